@@ -1,0 +1,102 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Business_SimulationResult/SimulationResult.h"
+#include "Business_SimulationResult/SimulationUnit.h"
+#include "Business_TableProperties/Export.h"
+#include "Business_TableProperties/MaxValueGroupContainer.h"
+
+namespace Kestrel {
+
+struct SectionDefinition;
+
+/// Turns the stored results of one simulation unit into the data behind its result tables: for every element
+/// of one family and every result quantity of that family, the value of largest magnitude over the whole
+/// series.
+///
+/// The value of largest magnitude of a series keeps its sign; of values of equal magnitude the first one
+/// counts; a NaN never counts, and a series without any other value than NaN and zeros, or without values,
+/// gives 0.0. All stored steps count, not only the visible ones.
+///
+/// Lifetime: the unit must outlive the provider and all copies of it. The result may go at any time: the
+/// provider holds it weakly, and clamps, bolts, pilots and tools do not need it.
+///
+/// Threads: a provider, its copies and the unit are used from one thread at a time.
+///
+/// Errors: the operations throw what the standard containers throw (out of memory); nothing else is an error.
+/// A family without elements, or a number that is no family, gives a container without sections.
+class KESTREL_TABLEPROPERTIES_EXPORT SimUnitMaxValuesProvider {
+ public:
+  /// Elements of the tables' sub-groups: (display name, string identifiers of its tools), in display order.
+  using ToolGrouping = std::vector<std::pair<std::string, std::vector<std::string>>>;
+
+  /// Translated once, when the library is loaded: what the joining families append to the name of a failed
+  /// join. It begins with a blank.
+  static std::string const s_invalidValues_elementNameAppendix;
+
+  /// Keeps the address of `simulationUnit` and the weak reference; reads nothing.
+  SimUnitMaxValuesProvider(SimulationUnit const& simulationUnit,
+                           std::weak_ptr<SimulationResult> simulationResult);
+  SimUnitMaxValuesProvider(SimUnitMaxValuesProvider const& other);
+  SimUnitMaxValuesProvider& operator=(SimUnitMaxValuesProvider const&) = delete;
+  ~SimUnitMaxValuesProvider();
+
+  /// The table of one family. Clamps and bolts come without their teaching section; the tool families
+  /// (clamping tools, rollers, steels, hemming bed) and unknown numbers come empty, with `dataType` and
+  /// `simulationUnitId` set. Never null; each call builds a new container. Costs one pass over the series of
+  /// the family's elements.
+  [[nodiscard]] std::shared_ptr<MaxValueGroupContainer> genGetMaxValuesCollection(
+      MaxValueGroupContainer::DataType dataType) const;
+
+  /// The table of the bolts, when `dataType` is `Bolts`, and of the clamps for every other value, which the
+  /// container nevertheless carries. With `withTeaching` the teaching offsets are the third section. Never
+  /// null.
+  [[nodiscard]] std::shared_ptr<MaxValueGroupContainer> genGetClampMaxValuesCollection(
+      MaxValueGroupContainer::DataType dataType, bool withTeaching) const;
+
+  /// The table of a tool family, with the tools and the sub-groups that `grouping` lists. Never null.
+  [[nodiscard]] std::shared_ptr<MaxValueGroupContainer> genGetToolMaxValuesCollection(
+      ToolGrouping const& grouping, MaxValueGroupContainer::DataType dataType) const;
+
+ private:
+  friend struct SimUnitMaxValuesProviderTestAccess;
+
+  /// Empty when the result is gone.
+  [[nodiscard]] std::shared_ptr<SimulationResult> getSimulationResult() const;
+
+  /// Maps each name to its position. Of a name that occurs more than once the last position counts.
+  [[nodiscard]] std::map<std::string, unsigned int> createValueNameToColumnIndexMap(
+      std::vector<std::string> const& valueNames) const;
+
+  /// The value of largest magnitude, as the class describes it. One pass, nothing is copied.
+  [[nodiscard]] double computeMaxValue(StepValues<double>& values) const;
+
+  /// Appends to `group` one unnamed sub-group with one item per tool: named `itemNames[i]`, with the maxima
+  /// of the tool `itemIds[i]` in the columns of the map. Series that are no column are passed over; of series
+  /// of one name the last counts. Does nothing when the two lists differ in length.
+  void assembleGroup(std::vector<std::string> const& itemIds, std::vector<std::string> const& itemNames,
+                     std::map<std::string, unsigned int> const& valueNameToColumnIndex,
+                     MaxValueGroup& group) const;
+
+  /// A section with the name, flags, limit types and columns of `definition`, and the rows that
+  /// `assembleGroup` makes.
+  [[nodiscard]] MaxValueGroup genSection(SectionDefinition const& definition,
+                                         std::vector<std::string> const& itemIds,
+                                         std::vector<std::string> const& itemNames) const;
+
+  /// Leaves `container` as it is when the unit has no clamps (no bolts).
+  void assembleClampGroupContainer(MaxValueGroupContainer& container,
+                                   MaxValueGroupContainer::DataType dataType, bool withTeaching) const;
+
+  std::function<bool(double, double)> m_compare;  ///< whether the second value takes the place of the first
+  SimulationUnit const* m_simulationUnit;
+  std::weak_ptr<SimulationResult> m_simulationResult;
+};
+
+}  // namespace Kestrel

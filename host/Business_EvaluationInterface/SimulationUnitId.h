@@ -1,0 +1,20 @@
+#pragma once
+
+#include "VantaService_Identifier/GUIdentifier.h"
+
+namespace Kestrel {
+
+/// Identifier of a simulation unit; ordered, compared and printed as the `GUIdentifier` that it is.
+class SimulationUnitId : public GUIdentifier {
+ public:
+  SimulationUnitId() = default;
+  explicit SimulationUnitId(GUIdentifier const& id) : GUIdentifier(id) {}
+
+  /// Fills `record` (a `BaseClassRegister`) with the entry under which the archive stores the identifier.
+  static void serialization_register(void* record);
+};
+
+}  // namespace Kestrel
+
+template <>
+struct std::hash<Kestrel::SimulationUnitId> : std::hash<Kestrel::GUIdentifier> {};

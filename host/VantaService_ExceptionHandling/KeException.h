@@ -1,0 +1,21 @@
+#pragma once
+
+#include <exception>
+#include <string>
+
+namespace Kestrel {
+
+/// Base of the exceptions that the host's own operations throw; carries the message as given.
+class KeException : public std::exception {
+ public:
+  explicit KeException(std::string message);
+  ~KeException() override;
+
+  /// The message; valid as long as the exception.
+  [[nodiscard]] char const* what() const noexcept override;
+
+ private:
+  std::string m_message;
+};
+
+}  // namespace Kestrel
