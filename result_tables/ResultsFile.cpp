@@ -1,0 +1,435 @@
+#include "result_tables/ResultsFile.h"
+
+#include <fmt/format.h>
+
+#include <functional>
+#include <limits>
+#include <optional>
+#include <unordered_set>
+#include <utility>
+
+#include "Business_Skin/Skin.h"
+#include "result_tables/File.h"
+#include "result_tables/Text.h"
+#include "result_tables/json/JsonReader.h"
+
+namespace Kestrel::ResultTables {
+
+namespace {
+
+using DataType = MaxValueGroupContainer::DataType;
+using Presence = JsonMember::Presence;
+using JoinState = BodyJoinInterface::JoinState;
+
+constexpr auto s_required = Presence::required;
+constexpr auto s_optional = Presence::optional;
+constexpr std::uint64_t s_largest32Bit = std::numeric_limits<std::uint32_t>::max();
+
+struct ToolKind {
+  std::string_view name;
+  ToolForceDataType type;
+};
+
+constexpr ToolKind s_toolKinds[] = {
+    {"pilot", ToolForceDataType::pilot},
+    {"clamp", ToolForceDataType::clamp},
+    {"tool", ToolForceDataType::tool},
+    {"spotWeld", ToolForceDataType::spotWeld},
+    {"joiningTong", ToolForceDataType::joiningTong},
+    {"suctionZone", ToolForceDataType::suctionZone},
+    {"bolt", ToolForceDataType::bolt},
+};
+
+/// The series that is being read: numbers in either form.
+struct SeriesDraft {
+  std::string quantity;
+  std::vector<double> values;
+  std::vector<std::pair<double, double>> pairs;
+  double pair[2] = {};
+  std::size_t pairSize = 0;
+  int forms = 0;
+  bool isPairs = false;
+
+  StepValues<double> take() {
+    return isPairs ? StepValues<double>(std::exchange(pairs, {}))
+                   : StepValues<double>(std::exchange(values, {}));
+  }
+};
+
+struct ToolDraft {
+  std::string id;
+  ToolForceDataType type{};
+  std::vector<std::pair<std::string, std::shared_ptr<StepValues<double>>>> series;
+  std::optional<StepValues<double>> tangentialForce;
+};
+
+/// Any record of a step: the members of the four kinds of records together.
+struct RecordDraft {
+  GUIdentifier guid;
+  GUIdentifier simulationUnitJoin;
+  std::string id;
+  std::string name;
+  bool active = false;
+  std::uint32_t state = 0;
+  std::map<std::string, std::shared_ptr<SkinBase>, std::less<>> skins;
+  std::shared_ptr<SkinBase>* skin = nullptr;  ///< the one that is being read
+};
+
+struct VisibleSteps {
+  std::uint64_t first = 0;
+  std::uint64_t last = 0;
+};
+
+struct UnitDraft {
+  GUIdentifier id;
+  std::string name;
+  std::optional<VisibleSteps> visibleSteps;
+  std::vector<ToolDraft> tools;
+  std::unordered_set<std::string> toolIds;
+  std::vector<EvalSimulationUnitJoinGUID> joinsDefinedInUnit;
+  std::map<DataType, SimUnitMaxValuesProvider::ToolGrouping> toolGroupings;
+  std::vector<std::shared_ptr<SimulationStep>> steps;
+};
+
+/// The format of a results file as shapes whose functions fill the drafts.
+class ResultsReader {
+ public:
+  explicit ResultsReader(std::string const& name) : m_json(name) {}
+
+  ResultsFile read(std::string text) {
+    m_json.read(std::move(text), document());
+    return std::move(m_file);
+  }
+
+ private:
+  JsonShape document();
+  JsonShape unit();
+  JsonShape visibleSteps();
+  JsonShape tool();
+  JsonShape series(std::vector<JsonMember> members, std::function<void()> onEnd);
+  JsonShape values();
+  JsonShape pairs();
+  JsonShape toolGroupings();
+  JsonShape step();
+  JsonShape suctionZone();
+  JsonShape joiningTong();
+  JsonShape join();
+  JsonShape lineJoin();
+  JsonShape skins();
+
+  JsonShape text(std::string& target);
+  JsonShape identifier(std::function<void(GUIdentifier const&)> onIdentifier);
+  JsonShape identifier(GUIdentifier& target);
+  JsonShape state();
+  JsonShape record(std::vector<JsonMember> members, std::function<void()> onEnd);
+
+  void finishTool();
+  void finishUnit();
+  void checkVisibleStep(std::uint64_t step, std::string_view place);
+  void refuseRepeatedGuid(bool added);
+
+  JsonReader m_json;
+  ResultsFile m_file;
+  std::unordered_set<GUIdentifier> m_unitIds;
+  UnitDraft m_unit;
+  ToolDraft m_tool;
+  SeriesDraft m_series;
+  std::shared_ptr<SimulationStep> m_step;
+  RecordDraft m_record;
+  std::optional<double> m_rangeMinimum;
+  std::optional<double> m_rangeMaximum;
+};
+
+JsonShape ResultsReader::text(std::string& target) {
+  return jsonString([&target](std::string_view value) { target = value; });
+}
+
+JsonShape ResultsReader::identifier(std::function<void(GUIdentifier const&)> onIdentifier) {
+  return jsonString([this, onIdentifier = std::move(onIdentifier)](std::string_view value) {
+    auto const id = GUIdentifier::fromString(value);
+    if (!id) m_json.fail("a UUID of 8-4-4-4-12 hexadecimal digits", quote(value));
+    onIdentifier(*id);
+  });
+}
+
+JsonShape ResultsReader::identifier(GUIdentifier& target) {
+  return identifier([&target](GUIdentifier const& id) { target = id; });
+}
+
+JsonShape ResultsReader::state() {
+  return jsonInteger(s_largest32Bit,
+                     [this](std::uint64_t value) { m_record.state = static_cast<std::uint32_t>(value); });
+}
+
+JsonShape ResultsReader::document() {
+  auto const format = jsonString([this](std::string_view value) {
+    if (value != "simulation-results") m_json.fail("\"simulation-results\"", quote(value));
+  });
+  auto const version = jsonInteger(s_largest32Bit, [this](std::uint64_t value) {
+    if (value != 1) m_json.fail("version 1", fmt::format("version {}", value));
+  });
+  return jsonObject({
+      {"format", s_required, format},
+      {"version", s_required, version},
+      {"units", s_required, jsonArray(unit())},
+  });
+}
+
+JsonShape ResultsReader::unit() {
+  auto const toolList = jsonArray(tool());
+  auto const joinsDefinedInUnit =
+      jsonArray(identifier([this](GUIdentifier const& id) { m_unit.joinsDefinedInUnit.emplace_back(id); }));
+  auto const steps = jsonArray(jsonOrNull(step(), [this] { m_unit.steps.push_back(nullptr); }));
+  return jsonObject(
+      {
+          {"id", s_required, identifier(m_unit.id)},
+          {"name", s_required, text(m_unit.name)},
+          {"visibleSteps", s_optional, visibleSteps()},
+          {"tools", s_optional, toolList},
+          {"joinsDefinedInUnit", s_optional, joinsDefinedInUnit},
+          {"toolGroupings", s_optional, toolGroupings()},
+          {"steps", s_optional, steps},
+      },
+      [this] { m_unit = {}; }, [this] { finishUnit(); });
+}
+
+JsonShape ResultsReader::visibleSteps() {
+  auto const bound = [this](std::uint64_t VisibleSteps::*member) {
+    return jsonInteger(s_largest32Bit,
+                       [this, member](std::uint64_t value) { *m_unit.visibleSteps.*member = value; });
+  };
+  return jsonOrNull(jsonObject({{"first", s_required, bound(&VisibleSteps::first)},
+                                {"last", s_required, bound(&VisibleSteps::last)}},
+                               [this] { m_unit.visibleSteps.emplace(); }),
+                    [] {});
+}
+
+JsonShape ResultsReader::tool() {
+  auto const kind = jsonString([this](std::string_view value) {
+    std::string known;
+    for (auto const& toolKind : s_toolKinds) {
+      if (value == toolKind.name) {
+        m_tool.type = toolKind.type;
+        return;
+      }
+      known += (known.empty() ? "" : ", ") + std::string(toolKind.name);
+    }
+    m_json.fail("one of " + known, quote(value));
+  });
+  auto const seriesList = jsonArray(series({{"quantity", s_required, text(m_series.quantity)}}, [this] {
+    m_tool.series.emplace_back(m_series.quantity, std::make_shared<StepValues<double>>(m_series.take()));
+  }));
+  auto const tangentialForce = series({}, [this] { m_tool.tangentialForce = m_series.take(); });
+  return jsonObject(
+      {
+          {"id", s_required, text(m_tool.id)},
+          {"kind", s_required, kind},
+          {"series", s_optional, seriesList},
+          {"tangentialForce", s_optional, tangentialForce},
+      },
+      [this] { m_tool = {}; }, [this] { finishTool(); });
+}
+
+JsonShape ResultsReader::series(std::vector<JsonMember> members, std::function<void()> onEnd) {
+  members.push_back({"values", s_optional, values()});
+  members.push_back({"pairs", s_optional, pairs()});
+  return jsonObject(
+      std::move(members), [this] { m_series = {}; },
+      [this, onEnd = std::move(onEnd)] {
+        if (m_series.forms != 1) {
+          m_json.fail("exactly one of \"values\" and \"pairs\"", m_series.forms == 0 ? "none" : "both");
+        }
+        onEnd();
+      });
+}
+
+JsonShape ResultsReader::values() {
+  return jsonArray(jsonSeriesNumber([this](double value) { m_series.values.push_back(value); }), [this] {
+    ++m_series.forms;
+    m_series.values.reserve(m_json.countElementsAhead());
+  });
+}
+
+JsonShape ResultsReader::pairs() {
+  auto const number = jsonSeriesNumber([this](double value) {
+    if (m_series.pairSize < 2) m_series.pair[m_series.pairSize] = value;
+    ++m_series.pairSize;
+  });
+  auto const pair = jsonArray(
+      number, [this] { m_series.pairSize = 0; },
+      [this] {
+        if (m_series.pairSize != 2) {
+          m_json.fail("a pair of a value and its companion", fmt::format("{} numbers", m_series.pairSize));
+        }
+        m_series.pairs.emplace_back(m_series.pair[0], m_series.pair[1]);
+      });
+  return jsonArray(pair, [this] {
+    ++m_series.forms;
+    m_series.isPairs = true;
+    m_series.pairs.reserve(m_json.countElementsAhead());
+  });
+}
+
+JsonShape ResultsReader::toolGroupings() {
+  auto const groupingOf = [this](DataType family) {
+    auto const groups = [ this, family ]() -> auto& { return m_unit.toolGroupings[family]; };
+    auto const name = jsonString([groups](std::string_view value) { groups().back().first = value; });
+    auto const tool =
+        jsonString([groups](std::string_view value) { groups().back().second.emplace_back(value); });
+    return jsonArray(jsonObject({{"name", s_required, name}, {"tools", s_required, jsonArray(tool)}},
+                                [groups] { groups().emplace_back(); }),
+                     [groups] { groups(); });
+  };
+  return jsonObject({
+      {"ClampingTools", s_optional, groupingOf(DataType::ClampingTools)},
+      {"Rollers", s_optional, groupingOf(DataType::Rollers)},
+      {"Steels", s_optional, groupingOf(DataType::Steels)},
+      {"HemmingBed", s_optional, groupingOf(DataType::HemmingBed)},
+  });
+}
+
+JsonShape ResultsReader::step() {
+  return jsonObject(
+      {
+          {"suctionZones", s_optional, jsonArray(suctionZone())},
+          {"joiningTongs", s_optional, jsonArray(joiningTong())},
+          {"joins", s_optional, jsonArray(join())},
+          {"lineJoins", s_optional, jsonArray(lineJoin())},
+      },
+      [this] { m_step = std::make_shared<SimulationStep>(); },
+      [this] { m_unit.steps.push_back(std::exchange(m_step, nullptr)); });
+}
+
+JsonShape ResultsReader::record(std::vector<JsonMember> members, std::function<void()> onEnd) {
+  return jsonObject(
+      std::move(members), [this] { m_record = {}; }, std::move(onEnd));
+}
+
+void ResultsReader::refuseRepeatedGuid(bool added) {
+  if (!added) m_json.fail("an identifier that is unique in its list", m_record.guid.toString(), "/guid");
+}
+
+JsonShape ResultsReader::suctionZone() {
+  auto const active = jsonBoolean([this](bool value) { m_record.active = value; });
+  return record({{"guid", s_required, identifier(m_record.guid)},
+                 {"name", s_required, text(m_record.name)},
+                 {"active", s_required, active}},
+                [this] {
+                  refuseRepeatedGuid(m_step->addSuctionZone(
+                      EvalSuctionZoneGUID(m_record.guid),
+                      std::make_shared<EvalSuctionZone>(m_record.name, m_record.active)));
+                });
+}
+
+JsonShape ResultsReader::joiningTong() {
+  return record({{"id", s_required, text(m_record.id)},
+                 {"name", s_required, text(m_record.name)},
+                 {"state", s_required, state()}},
+                [this] {
+                  if (m_step->getJoiningTongByID(m_record.id)) {
+                    m_json.fail("an identifier that is unique in its list", quote(m_record.id), "/id");
+                  }
+                  m_step->addJoiningTong(std::make_shared<EvalJoiningTong>(m_record.id, m_record.name,
+                                                                           JoinState{m_record.state}));
+                });
+}
+
+JsonShape ResultsReader::join() {
+  return record(
+      {{"guid", s_required, identifier(m_record.guid)},
+       {"id", s_required, text(m_record.id)},
+       {"name", s_required, text(m_record.name)},
+       {"state", s_required, state()}},
+      [this] {
+        refuseRepeatedGuid(m_step->addJoin(
+            EvalJoinGUID(m_record.guid),
+            std::make_shared<SimulationBodyJoin>(m_record.id, m_record.name, JoinState{m_record.state})));
+      });
+}
+
+JsonShape ResultsReader::lineJoin() {
+  return record(
+      {
+          {"guid", s_required, identifier(m_record.guid)},
+          {"id", s_required, text(m_record.id)},
+          {"name", s_required, text(m_record.name)},
+          {"state", s_required, state()},
+          {"simulationUnitJoin", s_required, identifier(m_record.simulationUnitJoin)},
+          {"skins", s_optional, skins()},
+      },
+      [this] {
+        auto lineJoin =
+            std::make_shared<SimulationBodyLineJoin>(m_record.id, m_record.name, JoinState{m_record.state},
+                                                     EvalSimulationUnitJoinGUID(m_record.simulationUnitJoin));
+        for (auto& [name, skin] : m_record.skins)
+          lineJoin->setSkin(SkinKey(name, 0, "", ""), std::move(skin));
+        refuseRepeatedGuid(m_step->addLineJoin(EvalLineJoinGUID(m_record.guid), std::move(lineJoin)));
+      });
+}
+
+JsonShape ResultsReader::skins() {
+  auto const bound = [](std::optional<double>& target) {
+    return jsonOrNull(jsonNumber([&target](double value) { target = value; }), [] {});
+  };
+  auto const skin = jsonObject(
+      {{"min", s_optional, bound(m_rangeMinimum)}, {"max", s_optional, bound(m_rangeMaximum)}},
+      [this] {
+        m_rangeMinimum.reset();
+        m_rangeMaximum.reset();
+      },
+      [this] { *m_record.skin = std::make_shared<Skin<double>>(m_rangeMinimum, m_rangeMaximum); });
+  auto const skinOfAnotherType = [this] { *m_record.skin = std::make_shared<Skin<int>>(); };
+  auto const onName = [this](std::string_view name) {
+    auto const [entry, isNew] = m_record.skins.emplace(name, nullptr);
+    m_record.skin = &entry->second;
+    return isNew;
+  };
+  return jsonMap(onName, jsonOrNull(skin, skinOfAnotherType));
+}
+
+void ResultsReader::finishTool() {
+  if (!m_unit.toolIds.insert(m_tool.id).second) {
+    m_json.fail("an identifier that is unique in the unit", quote(m_tool.id), "/id");
+  }
+  m_unit.tools.push_back(std::move(m_tool));
+}
+
+void ResultsReader::checkVisibleStep(std::uint64_t step, std::string_view place) {
+  if (step >= m_unit.steps.size()) {
+    m_json.fail(fmt::format("the index of one of {} steps", m_unit.steps.size()), std::to_string(step),
+                place);
+  }
+}
+
+void ResultsReader::finishUnit() {
+  if (!m_unitIds.insert(m_unit.id).second) {
+    m_json.fail("an identifier that is unique in the file", m_unit.id.toString(), "/id");
+  }
+  auto unit = std::make_unique<SimulationUnit>(SimulationUnitId(m_unit.id), m_unit.name);
+  if (m_unit.visibleSteps) {
+    auto const [first, last] = *m_unit.visibleSteps;
+    checkVisibleStep(first, "/visibleSteps/first");
+    checkVisibleStep(last, "/visibleSteps/last");
+    unit->setVisibleSteps(static_cast<unsigned int>(first), static_cast<unsigned int>(last));
+  }
+  for (auto& tool : m_unit.tools) {
+    unit->addTool(tool.id, tool.type);
+    for (auto& [quantity, series] : tool.series) unit->addToolForce(tool.id, quantity, std::move(series));
+    if (tool.tangentialForce) unit->setJoinTangentialForce(tool.id, std::move(*tool.tangentialForce));
+  }
+  for (auto const& join : m_unit.joinsDefinedInUnit) unit->addJoinDefinedInSimUnit(join);
+  m_file.units.push_back({std::move(unit), std::make_shared<SimulationResult>(std::move(m_unit.steps)),
+                          std::move(m_unit.toolGroupings)});
+}
+
+}  // namespace
+
+ResultsFile readResultsFile(std::filesystem::path const& path) {
+  return readResults(path.string(), readFile(path));
+}
+
+ResultsFile readResults(std::string const& name, std::string text) {
+  return ResultsReader(name).read(std::move(text));
+}
+
+}  // namespace Kestrel::ResultTables

@@ -1,0 +1,61 @@
+#include "result_tables/json/JsonWriter.h"
+
+#include <cmath>
+
+#include "result_tables/Text.h"
+
+namespace Kestrel::ResultTables {
+
+JsonWriter::JsonWriter() : m_writer(m_buffer) { m_writer.SetIndent(' ', 2); }
+
+void JsonWriter::beginObject() { m_writer.StartObject(); }
+void JsonWriter::endObject() { m_writer.EndObject(); }
+void JsonWriter::beginArray() { m_writer.StartArray(); }
+void JsonWriter::endArray() { m_writer.EndArray(); }
+
+// The format applies when a value is written, and an array's closing bracket breaks the line unless it is on
+// one.
+void JsonWriter::beginInlineArray() {
+  m_writer.StartArray();
+  m_writer.SetFormatOptions(rapidjson::kFormatSingleLineArray);
+}
+
+void JsonWriter::endInlineArray() {
+  m_writer.EndArray();
+  m_writer.SetFormatOptions(rapidjson::kFormatDefault);
+}
+
+void JsonWriter::key(std::string_view name) { string(name); }
+
+void JsonWriter::string(std::string_view text) {
+  auto const valid = toValidUtf8(text);
+  m_writer.String(valid.data(), static_cast<rapidjson::SizeType>(valid.size()));
+}
+
+void JsonWriter::number(double value) {
+  if (std::isnan(value)) {
+    null();
+  } else if (std::isinf(value)) {
+    string(value > 0 ? "Infinity" : "-Infinity");
+  } else {
+    raw(shortestForm(value), rapidjson::kNumberType);
+  }
+}
+
+void JsonWriter::integer(std::uint64_t value) { m_writer.Uint64(value); }
+void JsonWriter::boolean(bool value) { m_writer.Bool(value); }
+void JsonWriter::null() { m_writer.Null(); }
+
+std::string JsonWriter::take() {
+  std::string document(m_buffer.GetString(), m_buffer.GetSize());
+  document += '\n';
+  m_buffer.Clear();
+  m_writer.Reset(m_buffer);
+  return document;
+}
+
+void JsonWriter::raw(std::string_view json, rapidjson::Type type) {
+  m_writer.RawValue(json.data(), json.size(), type);
+}
+
+}  // namespace Kestrel::ResultTables

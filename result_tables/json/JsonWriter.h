@@ -1,0 +1,47 @@
+#pragma once
+
+#include <rapidjson/prettywriter.h>
+#include <rapidjson/stringbuffer.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace Kestrel::ResultTables {
+
+/// Writes one JSON document of UTF-8 text, indented, arrays of numbers on one line. The calls must nest as
+/// JSON does.
+class JsonWriter {
+ public:
+  JsonWriter();
+
+  void beginObject();
+  void endObject();
+  void beginArray();
+  void endArray();
+
+  /// An array whose elements stay on the line; only plain values may stand in it. Closed by `endInlineArray`.
+  void beginInlineArray();
+  void endInlineArray();
+
+  void key(std::string_view name);
+  /// Bytes that are no UTF-8 become U+FFFD.
+  void string(std::string_view text);
+  /// The shortest form that reads back to the same double; "Infinity" and "-Infinity" as strings, NaN as
+  /// null.
+  void number(double value);
+  void integer(std::uint64_t value);
+  void boolean(bool value);
+  void null();
+
+  /// The document, closed by a line feed. The writer is empty afterwards.
+  [[nodiscard]] std::string take();
+
+ private:
+  void raw(std::string_view json, rapidjson::Type type);
+
+  rapidjson::StringBuffer m_buffer;
+  rapidjson::PrettyWriter<rapidjson::StringBuffer> m_writer;
+};
+
+}  // namespace Kestrel::ResultTables
