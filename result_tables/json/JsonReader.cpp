@@ -184,13 +184,13 @@ class JsonReader::Handler {
   };
 
   [[noreturn]] void failAtOffset(std::size_t offset, std::string_view expected) const;
-  JsonShape const& shapeOfValue() const;
+  [[nodiscard]] JsonShape const& shapeOfValue() const;
   /// What every value is followed by: the next element's turn.
   bool valueIsRead();
   void number(JsonShape const& shape, std::string_view text);
   void integer(JsonShape const& shape, std::string_view text);
   std::string_view decoded(char const* text, std::size_t length);
-  std::string pointer() const;
+  [[nodiscard]] std::string pointer() const;
 
   std::string const& m_fileName;
   std::string m_text;

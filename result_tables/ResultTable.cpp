@@ -1,0 +1,115 @@
+#include "result_tables/ResultTable.h"
+
+#include <fmt/format.h>
+#include <boost/algorithm/string/predicate.hpp>
+
+#include <algorithm>
+#include <cmath>
+#include <locale>
+#include <utility>
+
+#include "result_tables/Error.h"
+#include "result_tables/Family.h"
+#include "result_tables/Text.h"
+
+namespace Kestrel::ResultTables {
+
+namespace {
+
+using DataType = MaxValueGroupContainer::DataType;
+
+std::vector<TableColumn> genColumns(MaxValueGroup const& group) {
+  std::vector<TableColumn> columns(group.valueNames.size());
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    columns[i].key = group.valueNames[i];
+    if (i < group.limitTypes.size()) columns[i].limitType = group.limitTypes[i];
+  }
+  return columns;
+}
+
+bool isNamedBy(SimulationUnit const& unit, std::string const& idOrName) {
+  return unit.getSimulationUnitName() == idOrName ||
+         boost::algorithm::iequals(unit.getID().toString(), idOrName, std::locale::classic());
+}
+
+std::vector<ResultsUnit const*> selectUnits(ResultsFile const& file, std::string const& fileName,
+                                            std::vector<std::string> const& wanted) {
+  std::vector<ResultsUnit const*> selected;
+  std::vector<bool> found(wanted.size(), false);
+  for (auto const& unit : file.units) {
+    bool isSelected = wanted.empty();
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+      if (!isNamedBy(*unit.unit, wanted[i])) continue;
+      isSelected = true;
+      found[i] = true;
+    }
+    if (isSelected) selected.push_back(&unit);
+  }
+  auto const missing = std::find(found.begin(), found.end(), false);
+  if (missing != found.end()) {
+    throw Error(fmt::format("{}: expected the id or the name of one of its units, found {}",
+                            toPrintable(fileName),
+                            quote(wanted[static_cast<std::size_t>(missing - found.begin())])));
+  }
+  return selected;
+}
+
+std::shared_ptr<MaxValueGroupContainer> genContainer(ResultsUnit const& unit, DataType dataType,
+                                                     bool teaching) {
+  SimUnitMaxValuesProvider const provider(*unit.unit, unit.result);
+  switch (dataType) {
+    case DataType::Clamps:
+    case DataType::Bolts:
+      return provider.genGetClampMaxValuesCollection(dataType, teaching);
+    case DataType::ClampingTools:
+    case DataType::Rollers:
+    case DataType::Steels:
+    case DataType::HemmingBed: {
+      auto const grouping = unit.toolGroupings.find(dataType);
+      return provider.genGetToolMaxValuesCollection(
+          grouping == unit.toolGroupings.end() ? SimUnitMaxValuesProvider::ToolGrouping() : grouping->second,
+          dataType);
+    }
+    default:
+      return provider.genGetMaxValuesCollection(dataType);
+  }
+}
+
+}  // namespace
+
+ResultTable::ResultTable(SimulationUnit const& unit, std::shared_ptr<MaxValueGroupContainer const> container)
+    : m_unit(&unit), m_container(std::move(container)) {
+  for (auto const& group : m_container->groups) m_columns.push_back(genColumns(group));
+}
+
+bool ResultTable::isValid(MaxValueItem const& item) const {
+  auto const entry = m_container->valuesAreValid.find(item.name);
+  return entry == m_container->valuesAreValid.end() || entry->second;
+}
+
+std::string ResultTable::displayName(MaxValueItem const& item) const {
+  return isValid(item) ? item.name : item.name + m_container->invalidValuesNameAppendix;
+}
+
+bool ResultTable::isExceeded(std::size_t group, std::size_t column, MaxValueItem const& item) const {
+  if (column >= m_columns[group].size() || column >= item.maxValues.size()) return false;
+  auto const& limit = m_columns[group][column].limit;
+  return limit && std::abs(item.maxValues[column]) > limit->value && isValid(item);
+}
+
+std::vector<ResultTable> genResultTables(ResultsFile const& file, std::string const& fileName,
+                                         TableSelection const& selection) {
+  std::vector<ResultTable> tables;
+  for (auto const* unit : selectUnits(file, fileName, selection.units)) {
+    for (auto const& family : s_families) {
+      bool const isNamed = std::find(selection.families.begin(), selection.families.end(), family.dataType) !=
+                           selection.families.end();
+      if (!isNamed && !selection.families.empty()) continue;
+      auto container = genContainer(*unit, family.dataType, selection.teaching);
+      if (isNamed || !container->groups.empty()) tables.emplace_back(*unit->unit, std::move(container));
+    }
+  }
+  return tables;
+}
+
+}  // namespace Kestrel::ResultTables

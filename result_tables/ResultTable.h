@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Business_TableProperties/MaxValueGroupContainer.h"
+#include "result_tables/ResultsFile.h"
+
+namespace Kestrel::ResultTables {
+
+/// The limit that the values of a column are compared with.
+struct ColumnLimit {
+  double value;
+  std::string unit;
+};
+
+/// A column of a section with everything that a header can say. Texts that are not known are empty.
+struct TableColumn {
+  std::string key;
+  std::string displayName;
+  std::string shortDisplayName;
+  std::string tableDisplayName;
+  std::string shortTableDisplayName;
+  std::string unit;
+  TablePropertyLimitType limitType = TablePropertyLimitType::NoLimit;
+  std::optional<ColumnLimit> limit;
+};
+
+/// The table of one family of one unit, joined from maximum values, headers and limits. Knows nothing of how
+/// it is shown. Refers to the unit, which must outlive it.
+class ResultTable {
+ public:
+  ResultTable(SimulationUnit const& unit, std::shared_ptr<MaxValueGroupContainer const> container);
+
+  [[nodiscard]] SimulationUnit const& unit() const { return *m_unit; }
+  [[nodiscard]] MaxValueGroupContainer const& container() const { return *m_container; }
+
+  /// The columns of `container().groups[group]`, one per entry of its `valueNames`.
+  [[nodiscard]] std::vector<TableColumn> const& columns(std::size_t group) const { return m_columns[group]; }
+
+  /// Whether the item's values can be trusted: all but those that the container says no to.
+  [[nodiscard]] bool isValid(MaxValueItem const& item) const;
+
+  /// The item's name, marked when its values are invalid.
+  [[nodiscard]] std::string displayName(MaxValueItem const& item) const;
+
+  /// Whether the item is valid and its value in a column of `container().groups[group]` is beyond the
+  /// column's limit.
+  [[nodiscard]] bool isExceeded(std::size_t group, std::size_t column, MaxValueItem const& item) const;
+
+ private:
+  SimulationUnit const* m_unit;
+  std::shared_ptr<MaxValueGroupContainer const> m_container;
+  std::vector<std::vector<TableColumn>> m_columns;  ///< per group
+};
+
+/// What to show of a results file.
+struct TableSelection {
+  std::vector<std::string> units;                          ///< ids or names; none: all
+  std::vector<MaxValueGroupContainer::DataType> families;  ///< none: all that have sections
+  bool teaching = false;                                   ///< clamps and bolts with their teaching section
+};
+
+/// The selected tables: units in the file's order, families by number inside a unit. `fileName` is for the
+/// `Error` that an unknown unit is. The tables refer to `file`.
+[[nodiscard]] std::vector<ResultTable> genResultTables(ResultsFile const& file, std::string const& fileName,
+                                                       TableSelection const& selection);
+
+}  // namespace Kestrel::ResultTables

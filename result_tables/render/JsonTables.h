@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "result_tables/ResultTable.h"
+
+namespace Kestrel::ResultTables {
+
+/// The tables as one JSON object, everything that is known about them included.
+[[nodiscard]] std::string renderJson(std::vector<ResultTable> const& tables);
+
+}  // namespace Kestrel::ResultTables

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace Kestrel::ResultTables {
+
+struct ShellResult {
+  int exitCode;
+  std::string out;
+  std::string err;
+};
+
+/// Runs a script of the POSIX shell, in which "$P" is the program result-tables, with `folder` as working
+/// directory and English as the language unless the script chooses another.
+[[nodiscard]] ShellResult runShell(std::filesystem::path const& folder, std::string const& script);
+
+/// A new folder that is removed with everything in it.
+class TemporaryFolder {
+ public:
+  TemporaryFolder();
+  TemporaryFolder(TemporaryFolder const&) = delete;
+  TemporaryFolder& operator=(TemporaryFolder const&) = delete;
+  ~TemporaryFolder();
+
+  [[nodiscard]] std::filesystem::path const& path() const { return m_path; }
+  /// Writes a file of the folder and returns its path.
+  std::filesystem::path write(std::string const& name, std::string const& content) const;
+  /// The content of a file of the folder; fails the test where there is none.
+  [[nodiscard]] std::string read(std::string const& name) const;
+
+ private:
+  std::filesystem::path m_path;
+};
+
+}  // namespace Kestrel::ResultTables
