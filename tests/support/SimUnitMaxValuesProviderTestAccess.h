@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Business_TableProperties/SimUnitMaxValuesProvider.h"
+
+namespace Kestrel {
+
+/// The private members of a provider.
+struct SimUnitMaxValuesProviderTestAccess {
+  using Provider = SimUnitMaxValuesProvider;
+  using Names = std::vector<std::string>;
+  using Columns = std::map<std::string, unsigned int>;
+
+  static auto& compare(Provider& provider) { return provider.m_compare; }
+  static auto const& unit(Provider const& provider) { return provider.m_simulationUnit; }
+  static auto const& weakResult(Provider const& provider) { return provider.m_simulationResult; }
+
+  static auto result(Provider const& provider) { return provider.getSimulationResult(); }
+  static auto columns(Provider const& provider, Names const& valueNames) {
+    return provider.createValueNameToColumnIndexMap(valueNames);
+  }
+  static double maxValue(Provider const& provider, StepValues<double>& values) {
+    return provider.computeMaxValue(values);
+  }
+  static void assembleGroup(Provider const& provider, Names const& ids, Names const& names,
+                            Columns const& columns, MaxValueGroup& group) {
+    provider.assembleGroup(ids, names, columns, group);
+  }
+};
+
+}  // namespace Kestrel
