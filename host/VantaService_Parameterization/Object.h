@@ -1,0 +1,127 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "VantaService_Parameterization/ObjectTreeChangeReasonEx.h"
+#include "VantaService_Parameterization/Signals.h"
+
+namespace Kestrel {
+
+class ChildList;
+
+/// A node of the persistent object tree: ordered children, which it owns, a link to its parent, a name, a
+/// child id and a changed signal.
+///
+/// Objects are created with std::make_shared; a parent shares the ownership of its children. An object that
+/// is destroyed leaves its surviving children without a parent and its slots disconnected. Children come and
+/// go through `ObjectHelper` and `removeChild`; the children keep their order whatever is removed. There are
+/// no cycles: an object never becomes the child of itself or of its descendants.
+///
+/// Names and child ids are kept when an object leaves its parent.
+///
+/// Threads: a tree belongs to one thread; nothing here locks.
+///
+/// Errors: the operations throw what the standard containers throw (out of memory); `noexcept` is said where
+/// it holds. What a slot or an override of a virtual operation throws reaches the caller of the operation.
+///
+/// Cost: an object without children and observers allocates nothing but itself.
+class Object : public std::enable_shared_from_this<Object> {
+ public:
+  /// Child id of an object that never got one.
+  static constexpr int noChildId = -1;
+
+  /// No parent, no children, an empty name, no child id.
+  Object();
+  Object(Object const&) = delete;
+  Object& operator=(Object const&) = delete;
+
+  // The order of the virtual operations is part of the binary interface.
+
+  /// Called when the object's interfaces are to be made known; nothing to do here.
+  virtual void registerInterfaces();
+  /// Called when they are to be withdrawn; nothing to do here.
+  virtual void unregisterInterfaces();
+
+  virtual ~Object();
+
+  /// Brings data of an older document up to date; nothing to do here.
+  virtual void convertKEDDataToCurrent();
+  /// Called on the root after a document has been read; passes on to the children in their order. An object
+  /// whose `blockFinalizeLoading` is true is left out, with all below it.
+  virtual void finalizeLoading();
+  [[nodiscard]] virtual bool blockFinalizeLoading() const;  ///< false
+
+  /// The objects that are varied in a sigma analysis; none.
+  [[nodiscard]] virtual std::vector<std::shared_ptr<Object>> getSigmaVariationParameters() const;
+  /// The children that count for the object's content, in order; all of them.
+  [[nodiscard]] virtual std::vector<std::shared_ptr<Object>> getRelevantChildren() const;
+  /// The names from the root to the object, joined by "/".
+  [[nodiscard]] virtual std::string getStandardPath() const;
+  [[nodiscard]] virtual bool isDesignRootObject() const;    ///< false
+  [[nodiscard]] virtual bool isNominalRealization() const;  ///< true
+
+  /// Reports a change of the tree at or below the object to all objects from here up to the root: `objects`
+  /// are the ones that came, in order. An override calls the base to pass the report on. The tree has changed
+  /// already; what an override throws does not undo it.
+  virtual void propagateTreeChanged(ObjectTreeChangeReasonEx reason,
+                                    std::vector<std::shared_ptr<Object>> const& objects);
+  /// The same for a single object.
+  virtual void propagateTreeChanged(ObjectTreeChangeReasonEx reason, std::shared_ptr<Object> object);
+
+  /// Fills `record` (a `BaseClassRegister`) with the entry under which the archive stores the `Object` part.
+  static void serialization_register(void* record);
+
+  [[nodiscard]] Object* getParentObject() const noexcept { return m_parent; }  ///< null at the root
+  /// The topmost object above this one; the object itself when it has no parent. O(depth).
+  [[nodiscard]] Object* getRootObject() noexcept;
+  [[nodiscard]] std::string const& getObjectName() const noexcept { return m_name; }
+  /// Number that no other child of the parent has, when `ObjectHelper` was asked for fresh ids.
+  [[nodiscard]] int getChildId() const noexcept { return m_childId; }
+
+  [[nodiscard]] std::size_t getChildCount() const noexcept;
+  /// The child at a position of the list of children. O(log n). REQUIRES: position < getChildCount().
+  [[nodiscard]] std::shared_ptr<Object> getChild(std::size_t position) const;
+  /// Position in the list of children; nothing for an object that is no child of this one. O(log n).
+  [[nodiscard]] std::optional<std::size_t> getChildPosition(Object const& child) const;
+
+  /// Detaches a child and reports `ChildRemoved` with it from this object up to the root. The others keep
+  /// their order. An empty pointer or an object that is no child of this one changes and reports nothing.
+  /// O(log n), without allocation.
+  void removeChild(std::shared_ptr<Object> child);
+
+  /// Calls the slots that are connected to the changed signal, in the order in which they were connected. A
+  /// slot may disconnect itself or others, emit again, or destroy the object: then the remaining slots are
+  /// not called.
+  void emitSigChanged() const;
+  /// Calls `slot` on every change until the returned connection is disconnected or the object destroyed.
+  Signals::Connection connectToSigChanged(Signals::Slot<void()> const& slot);
+
+ protected:
+  /// Whether the object is among the children. O(1).
+  [[nodiscard]] bool existChild(std::shared_ptr<Object const> child) const;
+  void setObjectName(std::string const& name);
+
+ private:
+  friend class ChildList;
+  friend class ObjectHelper;
+  friend struct ObjectTestAccess;
+
+  void setParentObject(Object* parent) noexcept { m_parent = parent; }
+  /// Fills `ids` with `count` child ids that no child has yet, see `ChildList::genFreshIds`.
+  void getUniqueChildIds(std::size_t count, std::vector<int>& ids) const;
+  /// Makes room for `count` more children.
+  void reserveChildren(std::size_t count);
+
+  Object* m_parent = nullptr;
+  std::unique_ptr<ChildList> m_children;                  ///< made for the first child
+  std::shared_ptr<Signals::Signal<void()>> m_sigChanged;  ///< made for the first slot
+  std::string m_name;
+  std::size_t m_slot = 0;  ///< of the parent's list; kept by that list
+  int m_childId = noChildId;
+};
+
+}  // namespace Kestrel
