@@ -11,6 +11,7 @@
 #include "Business_Skin/Skin.h"
 #include "result_tables/File.h"
 #include "result_tables/Text.h"
+#include "result_tables/ToolKind.h"
 #include "result_tables/json/JsonReader.h"
 
 namespace Kestrel::ResultTables {
@@ -24,21 +25,6 @@ using JoinState = BodyJoinInterface::JoinState;
 constexpr auto s_required = Presence::required;
 constexpr auto s_optional = Presence::optional;
 constexpr std::uint64_t s_largest32Bit = std::numeric_limits<std::uint32_t>::max();
-
-struct ToolKind {
-  std::string_view name;
-  ToolForceDataType type;
-};
-
-constexpr ToolKind s_toolKinds[] = {
-    {"pilot", ToolForceDataType::pilot},
-    {"clamp", ToolForceDataType::clamp},
-    {"tool", ToolForceDataType::tool},
-    {"spotWeld", ToolForceDataType::spotWeld},
-    {"joiningTong", ToolForceDataType::joiningTong},
-    {"suctionZone", ToolForceDataType::suctionZone},
-    {"bolt", ToolForceDataType::bolt},
-};
 
 /// The series that is being read: numbers in either form.
 struct SeriesDraft {
@@ -206,15 +192,9 @@ JsonShape ResultsReader::visibleSteps() {
 
 JsonShape ResultsReader::tool() {
   auto const kind = jsonString([this](std::string_view value) {
-    std::string known;
-    for (auto const& toolKind : s_toolKinds) {
-      if (value == toolKind.name) {
-        m_tool.type = toolKind.type;
-        return;
-      }
-      known += (known.empty() ? "" : ", ") + std::string(toolKind.name);
-    }
-    m_json.fail("one of " + known, quote(value));
+    auto const type = toolKindOf(value);
+    if (!type) m_json.fail("one of " + toolKindNames(), quote(value));
+    m_tool.type = *type;
   });
   auto const seriesList = jsonArray(series({{"quantity", s_required, text(m_series.quantity)}}, [this] {
     m_tool.series.emplace_back(m_series.quantity, std::make_shared<StepValues<double>>(m_series.take()));
