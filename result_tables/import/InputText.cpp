@@ -1,0 +1,63 @@
+#include "result_tables/import/InputText.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <system_error>
+
+#include "result_tables/Error.h"
+
+namespace Kestrel::ResultTables {
+
+namespace {
+
+/// Reads a double at the beginning of `text`; returns what is left, or nothing where there is none.
+std::optional<std::string_view> readDouble(std::string_view text, double& value) {
+  auto const* const end = text.data() + text.size();
+  auto const result = std::from_chars(text.data(), end, value);
+  if (result.ec != std::errc()) return std::nullopt;
+  return std::string_view(result.ptr, static_cast<std::size_t>(end - result.ptr));
+}
+
+/// The exponent that follows a mantissa in Fortran's own spelling; empty for any other text.
+std::string_view fortranExponent(std::string_view mantissa, std::string_view rest) {
+  if (rest.front() == 'd' || rest.front() == 'D') return rest.substr(1);
+  bool const isSigned = rest.front() == '+' || rest.front() == '-';
+  constexpr std::size_t signAndThreeDigits = 4;
+  // A date or a range of numbers has no decimal point.
+  bool const isExponent =
+      isSigned && rest.size() == signAndThreeDigits && mantissa.find('.') != mantissa.npos;
+  return isExponent ? rest : std::string_view();
+}
+
+}  // namespace
+
+std::optional<double> parseNumber(std::string_view text) {
+  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
+  double value = 0.0;
+  auto const rest = readDouble(text, value);
+  if (!rest) return std::nullopt;
+  if (rest->empty()) return value;
+
+  auto const mantissa = text.substr(0, text.size() - rest->size());
+  auto const exponent = fortranExponent(mantissa, *rest);
+  if (exponent.empty()) return std::nullopt;
+  auto const usual = fmt::format("{}e{}", mantissa, exponent);
+  auto const restOfUsual = readDouble(usual, value);
+  return restOfUsual && restOfUsual->empty() ? std::optional(value) : std::nullopt;
+}
+
+std::string_view trimmed(std::string_view text) {
+  constexpr std::string_view blanks = " \t\r";
+  auto const first = text.find_first_not_of(blanks);
+  if (first == text.npos) return {};
+  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+void failAtLine(std::string_view source, std::size_t line, std::string_view expected,
+                std::string_view found) {
+  throw Error(fmt::format("{}: line {}: expected {}, found {}", source, line, expected, found));
+}
+
+}  // namespace Kestrel::ResultTables

@@ -1,0 +1,225 @@
+#include "result_tables/import/CalculixHistories.h"
+
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+
+#include <bit>
+#include <cmath>
+#include <limits>
+#include <random>
+
+#include "result_tables/File.h"
+#include "support/ImportTesting.h"
+
+namespace Kestrel::ResultTables {
+namespace {
+
+using testing::ElementsAre;
+
+Histories read(std::string_view text) { return readCalculixHistories("p.dat", text); }
+std::string errorIn(std::string_view text) {
+  return errorOf([text] { read(text); });
+}
+
+constexpr std::string_view s_block =
+    "\n forces (fx,fy,fz) for set C1_TIP and time  0.1000000E+00\n\n"
+    "      2001 -1.122702E-04 -1.522247E-05  1.113703E+01\n";
+
+HistoryTable const& tableOf(Histories const& histories, std::string_view name) {
+  return *histories.find(name).at(0).table;
+}
+
+TEST(CalculixHistories, HaveOneTimePerBlock) {
+  auto const histories = read(std::string(s_block) +
+                              "\n forces (fx,fy,fz) for set C1_TIP and time  0.2000000E+00\n\n"
+                              "      2001  0.000000E+00 -1.522247E+05  1.192707E+01\n");
+  EXPECT_THAT(valuesOf(histories, "C1_TIP.fx"), ElementsAre(-1.122702e-4, 0.0));
+  EXPECT_THAT(valuesOf(histories, "C1_TIP.fy"), ElementsAre(-1.522247e-5, -1.522247e5));
+  EXPECT_THAT(valuesOf(histories, "C1_TIP.fz"), ElementsAre(11.13703, 11.92707));
+  auto const& table = tableOf(histories, "C1_TIP.fz");
+  EXPECT_THAT(table.times, ElementsAre(0.1, 0.2));
+  EXPECT_THAT(table.nodes, ElementsAre(2001));
+  EXPECT_EQ(table.quantity, "forces");
+}
+
+TEST(CalculixHistories, OfDifferentSetsAndQuantitiesAreApart) {
+  auto const histories = read(
+      " forces (fx,fy,fz) for set A and time  1\n\n 1 2 3 4\n\n"
+      " forces (fx,fy,fz) for set B and time  1\n\n 1 5 6 7\n\n"
+      " displacements (vx,vy,vz) for set A and time  1\n\n 1 8 9 10\n\n"
+      " velocities (vx,vy,vz) for set A and time  1\n\n 1 11 12 13\n");
+  EXPECT_THAT(valuesOf(histories, "A.fy"), ElementsAre(3));
+  EXPECT_THAT(valuesOf(histories, "B.fy"), ElementsAre(6));
+  EXPECT_THAT(valuesOf(histories, "A.displacements vy"), ElementsAre(9));
+  EXPECT_THAT(valuesOf(histories, "A.velocities vy"), ElementsAre(12));
+  EXPECT_EQ(histories.find("A.vy").size(), 2U);
+}
+
+TEST(CalculixHistories, OfSeveralNodesKeepThemInTheirOrder) {
+  auto const histories = read(
+      " forces (fx,fy,fz) for set A and time 1\n\n 9 1 2 3\n 4 5 6 7\n\n"
+      " forces (fx,fy,fz) for set A and time 2\n\n 9 -1 -2 -3\n 4 -5 -6 -7\n");
+  auto const& table = tableOf(histories, "A.fz");
+  EXPECT_THAT(table.nodes, ElementsAre(9, 4));
+  EXPECT_THAT(table.values, ElementsAre(1, 2, 3, 5, 6, 7, -1, -2, -3, -5, -6, -7));
+}
+
+TEST(CalculixHistories, OfAQuantityWithoutComponentsAreNamedByIt) {
+  auto const histories = read(" temperatures for set A and time 1\n\n 9 20.5\n");
+  EXPECT_THAT(valuesOf(histories, "A.temperatures"), ElementsAre(20.5));
+  EXPECT_TRUE(tableOf(histories, "A.temperatures").quantity.empty());
+}
+
+TEST(CalculixHistories, OfTotalsHaveNoNodes) {
+  auto const histories = read(" total force (fx,fy,fz) for set A and time 1\n\n   1 2 -3\n");
+  EXPECT_THAT(valuesOf(histories, "A.total force fz"), ElementsAre(-3));
+  EXPECT_THAT(valuesOf(histories, "A.fz"), ElementsAre(-3));
+  EXPECT_TRUE(tableOf(histories, "A.fz").nodes.empty());
+}
+
+TEST(CalculixHistories, TakeValuesInLocalAxesAsTheyAre) {
+  auto const histories = read(" displacements (vx,vy,vz) for set A and time 1\n\n 7 1 2 3 L\n");
+  EXPECT_THAT(valuesOf(histories, "A.vz"), ElementsAre(3));
+}
+
+TEST(CalculixHistories, HoldWhatADivergingRunPrints) {
+  auto const histories = read(
+      " forces (fx,fy,fz) for set A and time 1\n\n 7           NaN      Infinity     -Infinity\n\n"
+      " forces (fx,fy,fz) for set A and time 2\n\n 7  1.234567-105  9.999999+299  1.500000D+02\n");
+  EXPECT_TRUE(std::isnan(valuesOf(histories, "A.fx")[0]));
+  EXPECT_EQ(valuesOf(histories, "A.fy")[0], std::numeric_limits<double>::infinity());
+  EXPECT_EQ(valuesOf(histories, "A.fz")[0], -std::numeric_limits<double>::infinity());
+  EXPECT_EQ(valuesOf(histories, "A.fx")[1], 1.234567e-105);
+  EXPECT_EQ(valuesOf(histories, "A.fy")[1], 9.999999e299);
+  EXPECT_EQ(valuesOf(histories, "A.fz")[1], 150.0);
+}
+
+TEST(CalculixHistories, MayHaveCarriageReturns) {
+  auto const histories = read("\r\n forces (fx,fy,fz) for set A and time  0.5\r\n\r\n 1 2 3 4\r\n\r\n");
+  EXPECT_THAT(valuesOf(histories, "A.fz"), ElementsAre(4));
+  EXPECT_THAT(tableOf(histories, "A.fz").times, ElementsAre(0.5));
+}
+
+TEST(CalculixHistories, PassOverStepsAndIncrements) {
+  auto const histories = read("\n                        S T E P       1\n\n INCREMENT     1\n\n" +
+                              std::string(s_block) + "\n INCREMENT     2\n\n");
+  EXPECT_THAT(valuesOf(histories, "C1_TIP.fz"), ElementsAre(11.13703));
+}
+
+TEST(CalculixHistories, MayHaveTheSameTimeTwice) {
+  auto const histories = read(std::string(s_block) + std::string(s_block));
+  EXPECT_THAT(tableOf(histories, "C1_TIP.fx").times, ElementsAre(0.1, 0.1));
+}
+
+// A print with totals, local axes, element values, and the tables of a frequency step.
+TEST(CalculixHistories, AreFoundAmongAllThatTheSolverPrints) {
+  std::string const source = KESTREL_SOURCE_DIR "/tests/data/import/cube.dat";
+  auto const histories = readCalculixHistories("cube.dat", readFile(source));
+  EXPECT_THAT(tableOf(histories, "BOTTOM.forces fz").values,
+              ElementsAre(-8.233402e1, -8.233402e1, -2.861326e2, 8.233402e1, -8.233402e1, -2.861326e2,
+                          8.233402e1, 8.233402e1, -2.861326e2, -8.233402e1, 8.233402e1, -2.861326e2,
+                          -1.652612e2, -1.652612e2, -5.766233e2, 1.652612e2, -1.652612e2, -5.766233e2,
+                          1.652612e2, 1.652612e2, -5.766233e2, -1.652612e2, 1.652612e2, -5.766233e2));
+  EXPECT_THAT(valuesOf(histories, "BOTTOM.total force fz"), ElementsAre(-1144.53, -2306.493));
+  EXPECT_THAT(valuesOf(histories, "TOP.fz"), ElementsAre(1144.53, 2306.493));
+  EXPECT_THAT(tableOf(histories, "TOP.vx").nodes, ElementsAre(5, 6, 7, 8));
+  EXPECT_THAT(tableOf(histories, "TOP.temperatures").values, ElementsAre(25, 25, 25, 25, 30, 30, 30, 30));
+  EXPECT_THAT(valuesOf(histories, "EALL.total internal energy"), ElementsAre(2.809853, 11.2962, 0, 0));
+  EXPECT_THAT(tableOf(histories, "CORNER.vz").times, ElementsAre(2, 2));
+  EXPECT_TRUE(histories.find("EALL.sxx").empty());
+}
+
+struct BadPrint {
+  char const* damage;
+  std::string_view text;
+  char const* message;
+};
+
+TEST(CalculixHistories, RefuseWhatIsNoPrint) {
+  BadPrint const cases[] = {
+      {"nothing", "",
+       R"(p.dat: expected blocks such as "forces (fx,fy,fz) for set NAME and time T", found none)"},
+      {"nothing that is used", " S T E P 1\n\n INCREMENT 1\n",
+       R"(p.dat: expected blocks such as "forces (fx,fy,fz) for set NAME and time T", found none)"},
+      {"cut in a row", " forces (fx,fy,fz) for set A and time 1\n\n 1 2.5 3.5 4",
+       "p.dat: line 3: expected the end of the line, found the end of the file"},
+      {"cut in a header", " forces (fx,fy,fz) for s",
+       "p.dat: line 1: expected the end of the line, found the end of the file"},
+      {"cut after a header", " forces (fx,fy,fz) for set A and time 1\n\n",
+       "p.dat: line 2: expected rows of values after the header, found the end of the file"},
+      {"no rows",
+       " forces (fx,fy,fz) for set A and time 1\n\n forces (fx,fy,fz) for set B and time 1\n\n 1 2 3 4\n",
+       R"(p.dat: line 3: expected the number of a node, found "forces")"},
+      {"no time", " forces (fx,fy,fz) for set A and\n\n 1 2 3 4\n",
+       R"(p.dat: line 1: expected "and time" and a number at the end of the header, found "forces (fx,fy,fz) for set A and")"},
+      {"time that is none", " forces (fx,fy,fz) for set A and time soon\n\n 1 2 3 4\n",
+       R"(p.dat: line 1: expected a time at the end of the header, found "soon")"},
+      {"time that is not finite", " forces (fx,fy,fz) for set A and time NaN\n\n 1 2 3 4\n",
+       R"(p.dat: line 1: expected a time at the end of the header, found "NaN")"},
+      {"time that goes back",
+       " forces (fx,fy,fz) for set A and time 0.5\n\n 1 2 3 4\n\n forces (fx,fy,fz) for set A and time "
+       "0.25\n\n 1 2 3 4\n",
+       "p.dat: line 5: expected a time not before 0.5, found 0.25"},
+      {"node that is none", " forces (fx,fy,fz) for set A and time 1\n\n 1.5 2 3 4\n",
+       R"(p.dat: line 3: expected the number of a node, found "1.5")"},
+      {"number that is none", " forces (fx,fy,fz) for set A and time 1\n\n 1 2 ************* 4\n",
+       R"(p.dat: line 3: expected a number, found "*************")"},
+      {"decimal comma", " forces (fx,fy,fz) for set A and time 1\n\n 1 2 3,5 4\n",
+       R"(p.dat: line 3: expected a number, found "3,5")"},
+      {"short row", " forces (fx,fy,fz) for set A and time 1\n\n 1 2 3\n",
+       "p.dat: line 3: expected 3 values in the row, found 2"},
+      {"long row", " forces (fx,fy,fz) for set A and time 1\n\n 1 2 3 4 5\n",
+       R"(p.dat: line 3: expected the end of the line after 3 values, found "5")"},
+      {"text after the mark of local axes", " forces (fx,fy,fz) for set A and time 1\n\n 1 2 3 4 L 5\n",
+       R"(p.dat: line 3: expected the end of the line after 3 values, found "L")"},
+      {"a node less",
+       " forces (fx,fy,fz) for set A and time 1\n\n 1 2 3 4\n 2 3 4 5\n\n"
+       " forces (fx,fy,fz) for set A and time 2\n\n 1 2 3 4\n",
+       "p.dat: line 8: expected as many nodes as at the times before (2), found 1"},
+      {"a node more",
+       " forces (fx,fy,fz) for set A and time 1\n\n 1 2 3 4\n\n"
+       " forces (fx,fy,fz) for set A and time 2\n\n 1 2 3 4\n 2 3 4 5\n",
+       "p.dat: line 8: expected as many nodes as at the times before (1), found more"},
+      {"another node",
+       " forces (fx,fy,fz) for set A and time 1\n\n 1 2 3 4\n\n"
+       " forces (fx,fy,fz) for set A and time 2\n\n 2 2 3 4\n",
+       "p.dat: line 7: expected node 1 as at the times before, found 2"},
+      {"two rows of totals", " total force (fx,fy,fz) for set A and time 1\n\n 1 2 3\n 4 5 6\n",
+       R"(p.dat: line 4: expected a blank line after the row of totals, found "4 5 6")"},
+      {"rows without a block", " forces (fx,fy,fz) for set A and time 1\n\n 1 2 3 4\n\n 2 3 4 5\n",
+       R"(p.dat: line 5: expected the header of a block, found "2 3 4 5")"},
+  };
+  for (auto const& c : cases) EXPECT_EQ(errorIn(c.text), c.message) << c.damage;
+}
+
+TEST(CalculixHistories, ComeBackBitForBit) {
+  std::mt19937_64 random(7);
+  for (int round = 0; round < 50; ++round) {
+    auto const sets = 1 + random() % 5;
+    auto const nodes = 1 + random() % 4;
+    std::vector<std::vector<double>> written(sets);
+    std::string text;
+    auto const* const lineEnd = random() % 2 == 0 ? "\n" : "\r\n";
+    for (int time = 0; time < 20; ++time) {
+      for (std::size_t set = 0; set < sets; ++set) {
+        text += fmt::format("{1} forces (fx,fy,fz) for set S{0} and time {2:14.7E}{1}{1}", set, lineEnd,
+                            0.25 * time);
+        for (std::size_t node = 0; node < nodes; ++node) {
+          text += fmt::format("{:10}", 100 + node);
+          for (int i = 0; i < 3; ++i) {
+            written[set].push_back(anyDouble(random));
+            text += fmt::format(" {}", written[set].back());
+          }
+          text += lineEnd;
+        }
+      }
+    }
+    auto const histories = read(text);
+    for (std::size_t set = 0; set < sets; ++set) {
+      expectSameBits(tableOf(histories, fmt::format("S{}.fx", set)).values, written[set]);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace Kestrel::ResultTables

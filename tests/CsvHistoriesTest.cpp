@@ -1,0 +1,197 @@
+#include "result_tables/import/CsvHistories.h"
+
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+
+#include <bit>
+#include <cmath>
+#include <limits>
+#include <random>
+
+#include "support/ImportTesting.h"
+
+namespace Kestrel::ResultTables {
+namespace {
+
+using testing::ElementsAre;
+
+Histories read(std::string_view text) { return readCsvHistories("h.csv", text); }
+
+std::vector<double> const& timesOf(Histories const& histories, std::string_view name) {
+  return histories.find(name).at(0).table->times;
+}
+
+TEST(CsvHistories, OfTheLongFormAreNamedByEntityAndQuantity) {
+  auto const histories = read(
+      "entity,quantity,time,value\n"
+      "C1,fz,0,1.5\n"
+      "C2,fz,0,-2\n"
+      "C1,fx,0.5,3\n"
+      "C1,fz,0.25,+4\n");
+  EXPECT_THAT(valuesOf(histories, "C1.fz"), ElementsAre(1.5, 4));
+  EXPECT_THAT(timesOf(histories, "C1.fz"), ElementsAre(0, 0.25));
+  EXPECT_THAT(valuesOf(histories, "C1.fx"), ElementsAre(3));
+  EXPECT_THAT(valuesOf(histories, "C2.fz"), ElementsAre(-2));
+}
+
+TEST(CsvHistories, OfTheWideFormAreNamedByTheirHeaders) {
+  auto const histories = read("t,C1.fz,punch force\n0,1.5,-2\n0.25,4,+6e1\n");
+  EXPECT_THAT(valuesOf(histories, "C1.fz"), ElementsAre(1.5, 4));
+  EXPECT_THAT(valuesOf(histories, "punch force"), ElementsAre(-2, 60));
+  EXPECT_THAT(timesOf(histories, "punch force"), ElementsAre(0, 0.25));
+  EXPECT_TRUE(histories.find("t").empty());
+}
+
+TEST(CsvHistories, AreSeparatedByTheFirstSeparatorOfTheHeader) {
+  EXPECT_THAT(valuesOf(read("time;a,b\n0;1\n"), "a,b"), ElementsAre(1));
+  EXPECT_THAT(valuesOf(read("time\ta;b\n0\t1\n"), "a;b"), ElementsAre(1));
+  EXPECT_THAT(valuesOf(read("time,a b\n0,1\n"), "a b"), ElementsAre(1));
+  EXPECT_THAT(valuesOf(read("  time   a  b\n 0\t1   2  \n"), "a"), ElementsAre(1));
+  EXPECT_THAT(valuesOf(read("time \"a, b; c\" d\n0 1 2\n"), "a, b; c"), ElementsAre(1));
+}
+
+TEST(CsvHistories, MayHaveBlanksAroundTheirFields) {
+  auto const histories = read(" time ,  a , b\n 0 , 1 ,\t2 \n");
+  EXPECT_THAT(valuesOf(histories, "a"), ElementsAre(1));
+  EXPECT_THAT(valuesOf(histories, "b"), ElementsAre(2));
+}
+
+TEST(CsvHistories, MayHaveCommentsAndEmptyLines) {
+  auto const histories = read("# made by hand, \"today\n\ntime,a\n  # first\n0,1\n\n   \n#,,,\n1,2\n");
+  EXPECT_THAT(valuesOf(histories, "a"), ElementsAre(1, 2));
+}
+
+TEST(CsvHistories, MayHaveCarriageReturnsAByteOrderMarkAndNoLastLineEnd) {
+  EXPECT_THAT(valuesOf(read("\xEF\xBB\xBFtime,a\r\n0,1\r\n1,2\r\n\r\n"), "a"), ElementsAre(1, 2));
+  EXPECT_THAT(valuesOf(read("time a\r\n0 1 \r\n1 2\r"), "a"), ElementsAre(1, 2));
+  EXPECT_THAT(valuesOf(read("time,\"a\"\r\n0,\"1\"\r\n1,2"), "a"), ElementsAre(1, 2));
+}
+
+TEST(CsvHistories, MayHaveFieldsInQuotationMarks) {
+  auto const histories = read(
+      "\"entity\";quantity;time;value\n"
+      "\"clamp \"\"left\"\"; no. 1\" ;\"fz\";\"0\";\"1.5\"\n"
+      "\"two\nlines\";fz;0;2\n"
+      "\"#3\";\"\"\"\";0;3\n");
+  EXPECT_THAT(valuesOf(histories, "clamp \"left\"; no. 1.fz"), ElementsAre(1.5));
+  EXPECT_THAT(valuesOf(histories, "two\nlines.fz"), ElementsAre(2));
+  EXPECT_THAT(valuesOf(histories, "#3.\""), ElementsAre(3));
+}
+
+TEST(CsvHistories, HoldNotANumberAndInfinity) {
+  auto const histories = read("time,a,b\n0,NaN,Infinity\n1,nan,-inf\n");
+  EXPECT_TRUE(std::isnan(valuesOf(histories, "a")[0]));
+  EXPECT_TRUE(std::isnan(valuesOf(histories, "a")[1]));
+  EXPECT_THAT(valuesOf(histories, "b"),
+              ElementsAre(std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity()));
+}
+
+TEST(CsvHistories, MayHaveTheSameTimeTwice) {
+  EXPECT_THAT(timesOf(read("time,a\n0,1\n0,2\n"), "a"), ElementsAre(0, 0));
+}
+
+struct BadTable {
+  std::string_view text;
+  char const* message;
+};
+
+TEST(CsvHistories, RefuseWhatIsNoTable) {
+  BadTable const cases[] = {
+      {"", "h.csv: line 1: expected a header, found the end of the file"},
+      {"\n# nothing\n", "h.csv: line 1: expected a header, found the end of the file"},
+      {"time,a\n", "h.csv: line 1: expected rows of values after the header, found the end of the file"},
+      {"entity,quantity,time,value\n",
+       "h.csv: line 1: expected rows of values after the header, found the end of the file"},
+      {"time\n0\n",
+       R"(h.csv: line 1: expected the header "entity,quantity,time,value", or a time and the names of histories, found "time")"},
+      {"0,1\n1,2\n", "h.csv: line 1: expected a header, found the number 0"},
+      {"time,a,\n0,1,2\n", "h.csv: line 1: expected the name of a history, found an empty field"},
+      {"time,a,b,a\n0,1,2,3\n",
+       R"(h.csv: line 1: expected another name for another history, found a second "a")"},
+      {"time,a,b\n0,1\n", "h.csv: line 2: expected as many fields as in the header (3), found 2"},
+      {"# x\ntime,a,b\n\n0,1,2,3\n", "h.csv: line 4: expected as many fields as in the header (3), found 4"},
+      {"time a\n0 1 2\n", "h.csv: line 2: expected as many fields as in the header (2), found 3"},
+      {"time,a\n0,1,5\n", "h.csv: line 2: expected as many fields as in the header (2), found 3"},
+      {"time;a\n0;1,5\n", R"(h.csv: line 2: expected a number, found "1,5")"},
+      {"time,a\n0,\n", R"(h.csv: line 2: expected a number, found "")"},
+      {"time\ta\n0\t\n", R"(h.csv: line 2: expected a number, found "")"},
+      {"time,a\n0,1e999\n", R"(h.csv: line 2: expected a number, found "1e999")"},
+      {"time,a\nx,1\n", R"(h.csv: line 2: expected a time, found "x")"},
+      {"time,a\nInfinity,1\n", R"(h.csv: line 2: expected a time, found "Infinity")"},
+      {"time,a\n0.5,1\n0.25,1\n", "h.csv: line 3: expected a time not before 0.5, found 0.25"},
+      {"entity,quantity,time,value\nA,f,1,1\nB,f,0,1\nA,f,0.5,1\n",
+       "h.csv: line 4: expected a time not before 1, found 0.5"},
+      {"entity,quantity,time,value\nA,f,1\n",
+       "h.csv: line 2: expected as many fields as in the header (4), found 3"},
+      {"entity,quantity,time,value\n,f,1,1\n",
+       "h.csv: line 2: expected an entity and a quantity, found an empty field"},
+      {"entity,quantity,time,value\nA,\"\",1,1\n",
+       "h.csv: line 2: expected an entity and a quantity, found an empty field"},
+      {"entity,quantity,time,value\na.b,c,1,1\na,b.c,1,1\n",
+       R"(h.csv: line 3: expected another name for another history, found a second "a.b.c")"},
+      {"time,a\n0,\"1\n2,3\n", "h.csv: line 2: expected a closing quotation mark, found the end of the file"},
+      {"time,\"a\" b\n0,1\n",
+       R"(h.csv: line 1: expected a separator after the closing quotation mark, found "b")"},
+      {"time,5\" pipe\n0,1\n",
+       R"(h.csv: line 1: expected quotation marks around a whole field only, found "5"")"},
+      {"time,\"two\nlines\"\n0,x\n", R"(h.csv: line 3: expected a number, found "x")"},
+  };
+  for (auto const& c : cases) {
+    EXPECT_EQ(errorOf([&c] { read(c.text); }), c.message) << c.text;
+  }
+}
+
+std::string printed(double value, std::mt19937_64& random) {
+  auto text = fmt::format("{}", value);
+  if (!std::signbit(value) && random() % 2 == 0) text.insert(0, 1, '+');
+  return random() % 4 == 0 ? '"' + text + '"' : text;
+}
+
+TEST(CsvHistories, OfTheWideFormComeBackBitForBitFromEverySeparator) {
+  std::mt19937_64 random(11);
+  for (auto const* separator : {",", ";", "\t", " ", "   ", " , "}) {
+    for (int round = 0; round < 20; ++round) {
+      auto const count = 1 + random() % 6;
+      auto const* const lineEnd = random() % 2 == 0 ? "\n" : "\r\n";
+      std::vector<std::vector<double>> written(count);
+      std::string text = "time";
+      for (std::size_t i = 0; i < count; ++i) text += fmt::format("{}S{}.f", separator, i);
+      text += lineEnd;
+      for (int time = 0; time < 30; ++time) {
+        if (random() % 8 == 0) text += fmt::format("# comment{}{}", separator, lineEnd);
+        text += fmt::format("{}", 0.125 * time);
+        for (auto& series : written) {
+          series.push_back(anyDouble(random));
+          text += separator + printed(series.back(), random);
+        }
+        text += lineEnd;
+      }
+      auto const histories = read(text);
+      for (std::size_t i = 0; i < count; ++i)
+        expectSameBits(valuesOf(histories, fmt::format("S{}.f", i)), written[i]);
+    }
+  }
+}
+
+TEST(CsvHistories, OfTheLongFormComeBackBitForBitFromEverySeparator) {
+  std::mt19937_64 random(13);
+  for (auto const* separator : {",", ";", "\t", "  "}) {
+    for (int round = 0; round < 20; ++round) {
+      std::vector<std::vector<double>> written(4);
+      std::string text = fmt::format("entity{0}quantity{0}time{0}value\n", separator);
+      for (int time = 0; time < 100; ++time) {
+        auto const i = time < 4 ? static_cast<std::size_t>(time) : random() % written.size();
+        written[i].push_back(anyDouble(random));
+        text += fmt::format("S{1}{0}f{0}{2}{0}{3}\n", separator, i, 0.125 * time,
+                            printed(written[i].back(), random));
+      }
+      auto const histories = read(text);
+      for (std::size_t i = 0; i < written.size(); ++i) {
+        expectSameBits(valuesOf(histories, fmt::format("S{}.f", i)), written[i]);
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace Kestrel::ResultTables
