@@ -1,0 +1,404 @@
+#include "result_tables/import/Import.h"
+
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <iterator>
+#include <locale>
+#include <random>
+
+#include "Business_SimulationResult/SimulationResult.h"
+#include "Business_Skin/Skin.h"
+#include "Persistence_SkinBaseName/SkinBaseName.h"
+#include "result_tables/File.h"
+#include "result_tables/ResultsFile.h"
+#include "support/ImportTesting.h"
+
+namespace Kestrel::ResultTables {
+namespace {
+
+using testing::DoubleNear;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Optional;
+
+std::filesystem::path const s_source = KESTREL_SOURCE_DIR;
+std::filesystem::path const s_data = s_source / "tests/data/import";
+std::filesystem::path const s_panel = s_source / "examples/clamped_panel";
+
+/// A folder that goes away with its content.
+class Folder {
+ public:
+  Folder() : m_path(std::filesystem::temp_directory_path() / ("import_test_" + std::to_string(::getpid()))) {
+    std::filesystem::create_directory(m_path);
+  }
+  Folder(Folder const&) = delete;
+  Folder& operator=(Folder const&) = delete;
+  ~Folder() { std::filesystem::remove_all(m_path); }
+
+  std::filesystem::path write(std::string const& name, std::string_view text) const {
+    writeFile(m_path / name, text);
+    return m_path / name;
+  }
+
+ private:
+  std::filesystem::path m_path;
+};
+
+std::vector<double> valuesOf(StepValues<double> const& series) {
+  std::vector<double> values;
+  series.forEachValue([&](double value) { values.push_back(value); });
+  return values;
+}
+
+/// The values of the only series that the tool has of the quantity.
+std::vector<double> seriesOf(ResultsUnit const& unit, std::string const& tool, std::string const& quantity) {
+  for (auto const& [name, series] : *unit.unit->getToolForces(tool)) {
+    if (name == quantity) return valuesOf(*series);
+  }
+  ADD_FAILURE() << tool << " has no series " << quantity;
+  return {};
+}
+
+std::vector<double> tangentialForceOf(ResultsUnit const& unit, std::string const& tool) {
+  return valuesOf(*unit.unit->genGetJoinTangentialForceStepValues(tool));
+}
+
+Skin<double> skinOf(SimulationStep const& step, std::string const& join, std::string const& name) {
+  for (auto entry = step.beginLineJoinMap(); entry != step.endLineJoinMap(); ++entry) {
+    if (entry->second->getStringID() != join) continue;
+    auto const skin =
+        std::dynamic_pointer_cast<Skin<double>>(entry->second->getSkin(SkinKey(name, 0, "", "")));
+    if (skin) return *skin;
+  }
+  ADD_FAILURE() << join << " has no skin " << name;
+  return {};
+}
+
+double largest(std::vector<double> const& values) {
+  return *std::max_element(values.begin(), values.end(),
+                           [](double a, double b) { return std::abs(a) < std::abs(b); });
+}
+
+TEST(Import, WritesTheMembersOfAResultsFileInTheirOrder) {
+  EXPECT_EQ(importHistories(ImportFormat::csv, s_data / "bead.csv", s_data / "bead.map.json"), R"({
+  "format": "simulation-results",
+  "version": 1,
+  "units": [
+    {
+      "id": "5d1c1f0e-3f0a-4c1e-9c50-6a8f0b6f3a11",
+      "name": "Bead",
+      "visibleSteps": {
+        "first": 1,
+        "last": 2
+      },
+      "tools": [
+        {
+          "id": "Spot 1",
+          "kind": "spotWeld",
+          "series": [
+            {
+              "quantity": "JoinForceN",
+              "pairs": [
+                [1.5, 0],
+                [3.5, 1],
+                [-4.5, 2]
+              ]
+            }
+          ],
+          "tangentialForce": {
+            "values": [0, 5, 13]
+          }
+        }
+      ],
+      "joinsDefinedInUnit": [
+        "5d1c1f0e-3f0a-4c1e-9c50-6a8f0b6f3a12"
+      ],
+      "steps": [
+        null,
+        {
+          "lineJoins": [
+            {
+              "guid": "5d1c1f0e-3f0a-4c1e-9c50-6a8f0b6f3a14",
+              "id": "B1",
+              "name": "Bead 1",
+              "state": 2,
+              "simulationUnitJoin": "5d1c1f0e-3f0a-4c1e-9c50-6a8f0b6f3a12",
+              "skins": {
+                "LineJoinGap": {
+                  "min": 0.0625,
+                  "max": 0.125
+                },
+                "LineJoinSumForceN": {
+                  "min": 3,
+                  "max": 3
+                }
+              }
+            }
+          ]
+        },
+        {
+          "joins": [
+            {
+              "guid": "5d1c1f0e-3f0a-4c1e-9c50-6a8f0b6f3a13",
+              "id": "Spot 1",
+              "name": "First spot",
+              "state": 3
+            }
+          ],
+          "lineJoins": [
+            {
+              "guid": "5d1c1f0e-3f0a-4c1e-9c50-6a8f0b6f3a14",
+              "id": "B1",
+              "name": "Bead 1",
+              "state": 3,
+              "simulationUnitJoin": "5d1c1f0e-3f0a-4c1e-9c50-6a8f0b6f3a12",
+              "skins": {
+                "LineJoinGap": {
+                  "min": -0.125,
+                  "max": 0.03125
+                },
+                "LineJoinSumForceN": {
+                  "min": -5,
+                  "max": -5
+                }
+              }
+            }
+          ]
+        }
+      ]
+    }
+  ]
+}
+)");
+}
+
+TEST(Import, GroupsTools) {
+  auto const text = importHistories(ImportFormat::csv, s_data / "press.csv", s_data / "press.map.json");
+  auto const file = readResults("press.results.json", text);
+  auto const& unit = file.units.at(0);
+  auto const& grouping = unit.toolGroupings.at(MaxValueGroupContainer::DataType::HemmingBed);
+  ASSERT_EQ(grouping.size(), 1U);
+  EXPECT_EQ(grouping[0].first, "Upper half");
+  EXPECT_THAT(grouping[0].second, ElementsAre("Punch"));
+  EXPECT_THAT(text, HasSubstr(R"("values": [0, -1199.75, -1140.5])"));
+}
+
+TEST(Import, TakesNodeSetsFromAPrint) {
+  auto const text = importHistories(ImportFormat::calculix, s_data / "cube.dat", s_data / "cube.map.json");
+  auto const file = readResults("cube.results.json", text);
+  EXPECT_THAT(seriesOf(file.units.at(0), "Clamp 1", "ClampNormalForce"), ElementsAre(-1144.5304, -2306.4932));
+  EXPECT_THAT(seriesOf(file.units.at(0), "Clamp 1", "ClampClosingForce"), ElementsAre(1144.53, 2306.493));
+  EXPECT_THAT(seriesOf(file.units.at(0), "Clamp 1", "ClampSupportingForce"),
+              ElementsAre(-286.1326, -576.6233));
+  EXPECT_THAT(seriesOf(file.units.at(0), "Clamp 1", "ClampNormalDisplacement"), ElementsAre(0.005, 0.01));
+  EXPECT_FALSE(file.units.at(0).unit->hasVisibleSimulationSteps());
+}
+
+constexpr std::string_view s_everyRecord = R"({"format": "import-map", "version": 1, "units": [
+  {"id": "00000000-0000-0000-0000-000000000001", "name": "U \u00e4 \"q\"",
+   "visibleSteps": {"first": 1, "last": 0}, "stepTimes": [0, 1],
+   "tools": [{"id": "J", "kind": "joiningTong"}, {"id": "W", "kind": "spotWeld"}],
+   "suctionZones": [{"guid": "00000000-0000-0000-0000-000000000010", "name": "Z", "active": [false, true]},
+                    {"guid": "00000000-0000-0000-0000-000000000011", "name": "Y", "active": [null, false]}],
+   "joiningTongs": [{"id": "J", "name": "Tong", "states": [0, 4294967295]}],
+   "joins": [{"guid": "00000000-0000-0000-0000-000000000012", "id": "W", "name": "Weld", "states": [null, 9]}],
+   "lineJoins": [{"guid": "00000000-0000-0000-0000-000000000013", "id": "L", "name": "Line", "states": [1, 1],
+                  "simulationUnitJoin": "00000000-0000-0000-0000-000000000014",
+                  "skins": {"LineJoinGap": [{"sum": [{"history": "a"}]}, {"sum": [{"history": "b"}]}]}}]},
+  {"id": "00000000-0000-0000-0000-000000000002", "name": "without anything"}]})";
+
+TEST(Import, FillsTheRecordsOfTheSteps) {
+  Folder const folder;
+  auto const input = folder.write("a.csv", "time,a,b\n0,1,-3\n1,2,NaN\n");
+  auto const map = folder.write("m.json", s_everyRecord);
+  auto const file = readResults("r.json", importHistories(ImportFormat::csv, input, map));
+  ASSERT_EQ(file.units.size(), 2U);
+  EXPECT_EQ(file.units[0].unit->getSimulationUnitName(), "U \xC3\xA4 \"q\"");
+  EXPECT_EQ(file.units[0].unit->getFirstVisibleStep(), 1U);
+  EXPECT_EQ(file.units[0].unit->getLastVisibleStep(), 0U);
+  auto const first = file.units[0].result->getStep(0);
+  auto const second = file.units[0].result->getStep(1);
+  ASSERT_TRUE(first && second);
+  EXPECT_EQ(std::distance(first->beginSuctionZoneMap(), first->endSuctionZoneMap()), 1);
+  EXPECT_EQ(std::distance(second->beginSuctionZoneMap(), second->endSuctionZoneMap()), 2);
+  EXPECT_EQ(first->beginSuctionZoneMap()->second->getSuctionZonePresentationName(), "Z");
+  EXPECT_FALSE(first->beginSuctionZoneMap()->second->getActive());
+  EXPECT_TRUE(second->beginSuctionZoneMap()->second->getActive());
+  EXPECT_EQ(first->getJoiningTongByID("J")->getTongPresentationName(), "Tong");
+  EXPECT_EQ(first->getJoiningTongByID("J")->getState(), BodyJoinInterface::JoinState{0});
+  EXPECT_EQ(second->getJoiningTongByID("J")->getState(), BodyJoinInterface::JoinState{4294967295});
+  EXPECT_EQ(first->beginJoinMap(), first->endJoinMap());
+  EXPECT_EQ(second->beginJoinMap()->second->getState(), BodyJoinInterface::JoinState{9});
+  EXPECT_THAT(skinOf(*first, "L", "LineJoinGap").getRangeMinimum(), Optional(-3.0));
+  EXPECT_THAT(skinOf(*first, "L", "LineJoinGap").getRangeMaximum(), Optional(1.0));
+  EXPECT_EQ(file.units[1].unit->getFirstVisibleStep(), SimulationUnit::s_noStep);
+}
+
+TEST(Import, GivesAStepNoRangeWhereAValueIsNotFinite) {
+  Folder const folder;
+  auto const map = folder.write("m.json", s_everyRecord);
+  for (auto const* value : {"NaN", "Infinity", "-Infinity"}) {
+    auto const input = folder.write("a.csv", fmt::format("time,a,b\n0,1,-3\n1,2,{}\n", value));
+    auto const file = readResults("r.json", importHistories(ImportFormat::csv, input, map));
+    auto const skin = skinOf(*file.units[0].result->getStep(1), "L", "LineJoinGap");
+    EXPECT_EQ(skin.getRangeMinimum(), std::nullopt) << value;
+    EXPECT_EQ(skin.getRangeMaximum(), std::nullopt) << value;
+  }
+}
+
+constexpr std::string_view s_oneClamp = R"({"format": "import-map", "version": 1, "units": [
+  {"id": "00000000-0000-0000-0000-000000000001", "name": "U", "tools": [{"id": "C", "kind": "clamp",
+   "series": [{"quantity": "Q", "sum": [{"history": "a"}]}, {"quantity": "P", "form": "pairs", "sum": [{"history": "a"}]}]}]}]})";
+
+TEST(Import, WritesNotANumberAndInfinityAsAResultsFileHasThem) {
+  Folder const folder;
+  auto const input = folder.write("a.csv", "time,a\n0,NaN\n0.5,Infinity\n1,-Infinity\n");
+  auto const text = importHistories(ImportFormat::csv, input, folder.write("m.json", s_oneClamp));
+  EXPECT_THAT(text, HasSubstr(R"("values": [null, "Infinity", "-Infinity"])"));
+  EXPECT_THAT(text, HasSubstr(R"([null, 0])"));
+  EXPECT_THAT(text, HasSubstr(R"(["Infinity", 0.5])"));
+  EXPECT_EQ(readResults("r.json", text).units.size(), 1U);
+}
+
+TEST(Import, BringsNumbersThroughBitForBit) {
+  Folder const folder;
+  std::mt19937_64 random(17);
+  std::vector<double> written;
+  std::string csv = "time,a\n";
+  for (int time = 0; time < 2000; ++time) {
+    written.push_back(anyDouble(random));
+    if (written.back() == 0.0) written.back() = 0.0;  // a zero has no sign
+    csv += fmt::format("{},{}\n", time, written.back());
+  }
+  auto const input = folder.write("a.csv", csv);
+  auto const map = folder.write("m.json", s_oneClamp);
+  auto const file = readResults("r.json", importHistories(ImportFormat::csv, input, map));
+  expectSameBits(seriesOf(file.units[0], "C", "Q"), written);
+  expectSameBits(seriesOf(file.units[0], "C", "P"), written);
+}
+
+struct DecimalComma : std::numpunct<char> {
+  char do_decimal_point() const override { return ','; }
+  char do_thousands_sep() const override { return '.'; }
+  std::string do_grouping() const override { return "\3"; }
+};
+
+TEST(Import, DoesNotDependOnTheLocale) {
+  auto const before =
+      importHistories(ImportFormat::calculix, s_panel / "panel.dat", s_panel / "panel.map.json");
+  auto const old = std::locale::global(std::locale(std::locale(), new DecimalComma));
+  auto const after =
+      importHistories(ImportFormat::calculix, s_panel / "panel.dat", s_panel / "panel.map.json");
+  std::locale::global(old);
+  EXPECT_EQ(after, before);
+}
+
+TEST(Import, NamesTheFileThatCannotBeRead) {
+  EXPECT_EQ(
+      errorOf([] { (void)importHistories(ImportFormat::csv, "/no/such.csv", s_data / "press.map.json"); }),
+      "/no/such.csv: cannot read: No such file or directory");
+  EXPECT_EQ(errorOf([] { (void)importHistories(ImportFormat::csv, s_data / "press.csv", "/no/map.json"); }),
+            "/no/map.json: cannot read: No such file or directory");
+}
+
+TEST(Import, NamesTheFileAndThePlaceOfWhatIsWrong) {
+  Folder const folder;
+  auto const map = folder.write("m.json", s_oneClamp);
+  auto const good = folder.write("a.csv", "time,b\n0,1\n");
+  auto const bad = folder.write("b.csv", "time,a\n0,x\n");
+  auto const print = folder.write("c.dat", " forces (fx,fy,fz) for set A and time 1\n\n 1 2 3\n");
+  EXPECT_EQ(errorOf([&] { (void)importHistories(ImportFormat::csv, bad, map); }),
+            bad.string() + R"(: line 2: expected a number, found "x")");
+  EXPECT_EQ(errorOf([&] { (void)importHistories(ImportFormat::calculix, print, map); }),
+            print.string() + ": line 3: expected 3 values in the row, found 2");
+  EXPECT_EQ(errorOf([&] { (void)importHistories(ImportFormat::csv, good, map); }),
+            map.string() + ": /units/0/tools/0/series/0/sum/0/history: expected a history of " +
+                good.string() + R"( ("b"), found "a")");
+}
+
+TEST(ImportManual, HoldsItsExamplesAsTheyAreTested) {
+  auto const manual = readFile(s_source / "docs/importing.md");
+  for (auto const* name : {"press.csv", "press.map.json", "bead.csv", "bead.map.json", "cube.map.json"}) {
+    EXPECT_THAT(manual, HasSubstr(fmt::format("\n{}```\n", readFile(s_data / name)))) << name;
+  }
+}
+
+class ImportOfTheClampedPanel : public testing::Test {
+ protected:
+  ResultsFile m_file = readResultsFile(s_panel / "panel.results.json");
+  ResultsUnit const& m_unit = m_file.units.at(0);
+};
+
+TEST_F(ImportOfTheClampedPanel, MakesTheResultsFileThatStandsBesideIt) {
+  EXPECT_EQ(importHistories(ImportFormat::calculix, s_panel / "panel.dat", s_panel / "panel.map.json"),
+            readFile(s_panel / "panel.results.json"));
+}
+
+TEST_F(ImportOfTheClampedPanel, HasTheClampForcesOfThePrint) {
+  auto const closing = seriesOf(m_unit, "C3", "ClampClosingForce");
+  ASSERT_EQ(closing.size(), 35U);
+  EXPECT_EQ(closing[5], -1314.547);  // time 0.6
+  EXPECT_EQ(largest(closing), -1314.547);
+  auto const ofC5 = seriesOf(m_unit, "C5", "ClampClosingForce");
+  EXPECT_EQ(ofC5[8], -1029.041);  // time 0.9
+  EXPECT_EQ(largest(ofC5), -1029.041);
+  EXPECT_EQ(seriesOf(m_unit, "C3", "ClampSupportingForce")[5], 1313.63);
+  EXPECT_THAT(seriesOf(m_unit, "C3", "ClampNormalForce")[5], DoubleNear(-0.917, 1e-9));
+  EXPECT_THAT(seriesOf(m_unit, "C3", "ClampTangentialForce")[5], DoubleNear(0.132662, 1e-6));
+}
+
+TEST_F(ImportOfTheClampedPanel, CarriesTheWeightOnTipsAndRests) {
+  std::vector<double> sum(35);
+  for (auto const* clamp : {"C1", "C2", "C3", "C4", "C5", "C6"}) {
+    auto const force = seriesOf(m_unit, clamp, "ClampNormalForce");
+    for (std::size_t i = 0; i < sum.size(); ++i) sum.at(i) += force.at(i);
+  }
+  for (std::size_t i = 9; i < sum.size(); ++i) EXPECT_NEAR(sum[i], 8.1324, 0.0002) << i;  // from time 1 on
+}
+
+TEST_F(ImportOfTheClampedPanel, HasTheForcesOfThePilots) {
+  EXPECT_THAT(largest(seriesOf(m_unit, "Pilots", "PilotForce_P1")), DoubleNear(0.834561, 1e-6));
+  EXPECT_THAT(largest(seriesOf(m_unit, "Pilots", "PilotForce_P2")), DoubleNear(0.1877788, 1e-9));
+}
+
+TEST_F(ImportOfTheClampedPanel, HasTheForcesOfTheSpotWelds) {
+  auto const normal = seriesOf(m_unit, "W07", "JoinForceN");
+  EXPECT_EQ(normal.at(19), -9.620828);  // time 3
+  EXPECT_EQ(largest(normal), -9.620828);
+  auto const tangential = tangentialForceOf(m_unit, "W02");
+  EXPECT_NEAR(tangential.at(19), 132.8476, 1e-4);
+  EXPECT_NEAR(largest(tangential), 132.8476, 1e-4);
+}
+
+TEST_F(ImportOfTheClampedPanel, HoldsAWeldFromTheStepInWhichItIsMade) {
+  EXPECT_EQ(m_unit.unit->getFirstVisibleStep(), 1U);
+  EXPECT_EQ(m_unit.unit->getLastVisibleStep(), 5U);
+  EXPECT_FALSE(m_unit.result->getStep(0));
+  int const expected[] = {0, 4, 8, 12, 12};
+  for (unsigned int i = 1; i <= 5; ++i) {
+    auto const step = m_unit.result->getStep(i);
+    EXPECT_EQ(std::distance(step->beginJoinMap(), step->endJoinMap()), expected[i - 1]) << i;
+    EXPECT_EQ(std::distance(step->beginLineJoinMap(), step->endLineJoinMap()), i == 1 ? 0 : 2) << i;
+  }
+}
+
+TEST_F(ImportOfTheClampedPanel, HasTheGapsAndForcesOfTheSeams) {
+  auto const step = m_unit.result->getStep(2);
+  auto const gap = skinOf(*step, "SEAM_REAR", SkinBaseName::LINE_JOIN_GAP);
+  EXPECT_THAT(gap.getRangeMinimum(), Optional(DoubleNear(-1.406414, 1e-6)));
+  EXPECT_THAT(gap.getRangeMaximum(), Optional(DoubleNear(1.061088, 1e-6)));
+  EXPECT_THAT(skinOf(*step, "SEAM_FRONT", SkinBaseName::LINE_JOIN_SUMFORCE_T).getRangeMinimum(),
+              Optional(DoubleNear(-36.712764, 1e-6)));
+  EXPECT_THAT(skinOf(*step, "SEAM_REAR", SkinBaseName::LINE_JOIN_SUMFORCE_T).getRangeMaximum(),
+              Optional(DoubleNear(36.71276, 1e-6)));
+  EXPECT_THAT(skinOf(*step, "SEAM_FRONT", SkinBaseName::LINE_JOIN_SUMFORCE_N).getRangeMaximum(),
+              Optional(DoubleNear(-0.88604448, 1e-8)));
+}
+
+}  // namespace
+}  // namespace Kestrel::ResultTables
