@@ -16,6 +16,7 @@
 #include "result_tables/ResultsFile.h"
 #include "result_tables/Sample.h"
 #include "result_tables/Text.h"
+#include "result_tables/import/Import.h"
 #include "result_tables/render/JsonTables.h"
 #include "result_tables/render/TextTables.h"
 
@@ -31,6 +32,8 @@ struct Options {
   bool teaching = false;
   std::string format = "text";
   std::string output;
+  std::string input;
+  std::string map;
 };
 
 void write(std::string const& output, std::string_view text) {
@@ -111,6 +114,29 @@ void addDemo(CLI::App& app, Options& options, ExitCode& exitCode) {
   command.final_callback([&] { exitCode = show(readSample(), "built-in sample", options); });
 }
 
+void addImport(CLI::App& app, Options& options) {
+  auto& command = *app.add_subcommand("import", "Make a results file out of a solver's histories");
+  command.require_subcommand(1);
+  struct Source {
+    char const* name;
+    char const* description;
+    ImportFormat format;
+  };
+  for (auto const& source :
+       {Source{"calculix", "Histories that CalculiX printed (.dat)", ImportFormat::calculix},
+        Source{"csv", "Histories as comma-separated values, long or wide", ImportFormat::csv}}) {
+    auto& from = *command.add_subcommand(source.name, source.description);
+    from.add_option("INPUT", options.input, "File with the histories")->required();
+    from.add_option("--map", options.map, "File that says what the histories feed")
+        ->required()
+        ->type_name("MAP");
+    addOutput(from, options);
+    from.final_callback([&options, format = source.format] {
+      write(options.output, importHistories(format, options.input, options.map));
+    });
+  }
+}
+
 ExitCode fail(std::string_view message) {
   fmt::print(stderr, "result-tables: {}\n", message);
   return ExitCode::failed;
@@ -126,6 +152,7 @@ ExitCode runCommandLine(int argc, char const* const* argv) {
   app.require_subcommand(1);
   addShow(app, options, exitCode);
   addDemo(app, options, exitCode);
+  addImport(app, options);
   try {
     app.parse(argc, argv);
     return exitCode;

@@ -1,9 +1,13 @@
 #include "result_tables/Sample.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string>
 
 // Defined by Sample.S.
 extern "C" {
+extern char const kestrel_sample_panel_begin[];
+extern char const kestrel_sample_panel_end[];
 extern char const kestrel_sample_door_line_begin[];
 extern char const kestrel_sample_door_line_end[];
 }
@@ -11,7 +15,11 @@ extern char const kestrel_sample_door_line_end[];
 namespace Kestrel::ResultTables {
 
 ResultsFile readSample() {
-  return readResults("built-in door line", {kestrel_sample_door_line_begin, kestrel_sample_door_line_end});
+  auto sample = readResults("built-in panel", {kestrel_sample_panel_begin, kestrel_sample_panel_end});
+  auto doorLine =
+      readResults("built-in door line", {kestrel_sample_door_line_begin, kestrel_sample_door_line_end});
+  std::move(doorLine.units.begin(), doorLine.units.end(), std::back_inserter(sample.units));
+  return sample;
 }
 
 }  // namespace Kestrel::ResultTables

@@ -66,10 +66,9 @@ TEST_F(Program, ShowsANamedFamilyAlsoWhenItIsEmpty) {
 }
 
 TEST_F(Program, RefusesAnUnknownFamily) {
-  expectFailure(
-      "$P show r.json --family clamps",
-      "result-tables: --family: expected one of Clamps, ClampingTools, JoiningTongs, Pilots, Bolts, "
-      "LineJoiningTools, SuctionZones, Rollers, Steels, HemmingBed, SpotWelds, LineWelds, found \"clamps\"");
+  expectFailure("$P show r.json --family clamps",
+                "result-tables: --family: expected one of Clamps, ClampingTools, JoiningTongs, Pilots, Bolts, "
+                "LineJoiningTools, SuctionZones, Rollers, Steels, HemmingBed, SpotWelds, LineWelds, found \"clamps\"");
 }
 
 TEST_F(Program, ShowsTheTeachingSectionOnRequestOnly) {
@@ -91,16 +90,14 @@ TEST_F(Program, WritesTheOutputToAFileInPlaceOfStandardOutput) {
 TEST_F(Program, LeavesAnOldOutputFileAloneWhenTheResultsAreBad) {
   m_folder.write("out.txt", "old");
   m_folder.write("bad.json", "{");
-  expectFailure(
-      "$P show bad.json --output out.txt",
-      "result-tables: bad.json: line 1, column 2: expected a member name in quotation marks, found the end "
-      "of the file");
+  expectFailure("$P show bad.json --output out.txt",
+                "result-tables: bad.json: line 1, column 2: expected a member name in quotation marks, found the end "
+                "of the file");
   EXPECT_EQ(m_folder.read("out.txt"), "old");
 }
 
 TEST_F(Program, NamesAFileThatCannotBeRead) {
-  expectFailure("$P show missing.json",
-                "result-tables: missing.json: cannot read: No such file or directory");
+  expectFailure("$P show missing.json", "result-tables: missing.json: cannot read: No such file or directory");
   expectFailure("$P show .", "result-tables: .: cannot read: Is a directory");
 }
 
@@ -109,8 +106,7 @@ TEST_F(Program, NamesAnOutputThatCannotBeWritten) {
                 "result-tables: missing/out.txt: cannot write: No such file or directory");
   expectFailure("$P show r.json --output /dev/full",
                 "result-tables: /dev/full: cannot write: No space left on device");
-  expectFailure("$P show r.json >/dev/full",
-                "result-tables: standard output: cannot write: No space left on device");
+  expectFailure("$P show r.json >/dev/full", "result-tables: standard output: cannot write: No space left on device");
   expectFailure("$P show r.json >&-", "result-tables: standard output: cannot write: Bad file descriptor");
 }
 
@@ -134,13 +130,23 @@ TEST_F(Program, WritesColourToATerminalUnlessItIsUnwelcome) {
 TEST_F(Program, WritesNumbersIndependentlyOfTheLocale) {
   auto const text = run("LC_ALL=de_DE.UTF-8 LANGUAGE=en $P show r.json --unit OP20 --family Clamps");
   EXPECT_THAT(text.out, HasSubstr("-7.25"));
-  auto const json =
-      run("LC_ALL=de_DE.UTF-8 LANGUAGE=en $P show r.json --unit OP20 --family Clamps --format json");
+  auto const json = run("LC_ALL=de_DE.UTF-8 LANGUAGE=en $P show r.json --unit OP20 --family Clamps --format json");
   EXPECT_THAT(json.out, HasSubstr("[-7.25, -12, 0, 0]"));
 }
 
+TEST_F(Program, ShowsTheSampleWithoutAFile) {
+  auto const result = run("$P demo --family Clamps --unit 'Clamped panel'");
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_THAT(result.out, testing::ContainsRegex("C3 .* -1314\\.547"));
+}
+
+TEST_F(Program, HasAtLeastThreeUnitsInItsSample) {
+  EXPECT_THAT(run("$P demo | grep ': ' | sed 's/: .*//' | uniq").out,
+              "Clamped panel\nOP30 Joining\nOP40 Hemming, Tür links\n");
+}
+
 TEST_F(Program, ExplainsEveryCommand) {
-  for (auto const* const command : {"", "show", "demo"}) {
+  for (auto const* const command : {"", "show", "demo", "import", "import calculix", "import csv"}) {
     for (auto const* const option : {"-h", "--help"}) {
       auto const result = run(std::string("$P ") + command + " " + option);
       EXPECT_EQ(result.exitCode, 0) << command;
@@ -163,6 +169,7 @@ TEST_F(Program, RefusesWrongArgumentsInOneLine) {
                 "result-tables: --format: yaml not in {text,json} (--help says more)");
   expectFailure("$P show r.json more.json",
                 "result-tables: The following argument was not expected: more.json (--help says more)");
+  expectFailure("$P import calculix in.dat", "result-tables: --map is required (--help says more)");
 }
 
 TEST_F(Program, ReadsResultsFromAPipe) {
