@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <fstream>
 #include <iterator>
 #include <locale>
 #include <random>
@@ -41,7 +42,8 @@ class Folder {
   ~Folder() { std::filesystem::remove_all(m_path); }
 
   std::filesystem::path write(std::string const& name, std::string_view text) const {
-    writeFile(m_path / name, text);
+    std::filesystem::remove(m_path / name);  // some file systems wait for the disk when a file is overwritten
+    std::ofstream(m_path / name, std::ios::binary) << text;
     return m_path / name;
   }
 
@@ -319,6 +321,68 @@ TEST(Import, NamesTheFileAndThePlaceOfWhatIsWrong) {
   EXPECT_EQ(errorOf([&] { (void)importHistories(ImportFormat::csv, good, map); }),
             map.string() + ": /units/0/tools/0/series/0/sum/0/history: expected a history of " +
                 good.string() + R"( ("b"), found "a")");
+}
+
+/// `text` with one to three of its bytes, lines or pieces changed.
+std::string damaged(std::string text, std::mt19937_64& random) {
+  using namespace std::string_view_literals;
+  constexpr auto bytes = "\0\n\r\t \",;:{}[]0129.-+eENn#\\\x80\xFF"sv;
+  for (auto times = 1 + random() % 3; times > 0 && !text.empty(); --times) {
+    auto const at = random() % text.size();
+    auto const length = std::min<std::size_t>(random() % 40, text.size() - at);
+    switch (random() % 5) {
+      case 0:
+        text[at] = bytes[random() % bytes.size()];
+        break;
+      case 1:
+        text.insert(at, 1, bytes[random() % bytes.size()]);
+        break;
+      case 2:
+        text.erase(at, length);
+        break;
+      case 3:
+        text.insert(random() % text.size(), text.substr(at, length));
+        break;
+      default:
+        text.resize(random() % 4 == 0 ? at : text.size());
+    }
+  }
+  return text;
+}
+
+TEST(Import, TakesDamagedFilesAsAResultsFileTakesThemOrRefusesThem) {
+  struct {
+    ImportFormat format;
+    char const* input;
+    char const* map;
+  } const sources[] = {{ImportFormat::csv, "bead.csv", "bead.map.json"},
+                       {ImportFormat::csv, "press.csv", "press.map.json"},
+                       {ImportFormat::calculix, "cube.dat", "cube.map.json"}};
+  Folder const folder;
+  std::mt19937_64 random(23);
+  int taken = 0;
+  int refused = 0;
+  for (auto const& source : sources) {
+    auto const input = readFile(s_data / source.input);
+    auto const map = readFile(s_data / source.map);
+    for (int round = 0; round < 600; ++round) {
+      bool const damagesMap = round % 2 == 0;
+      auto const inputPath = folder.write("input", damagesMap ? input : damaged(input, random));
+      auto const mapPath = folder.write("map", damagesMap ? damaged(map, random) : map);
+      std::string text;
+      auto const error = errorOf([&] { text = importHistories(source.format, inputPath, mapPath); });
+      if (text.empty()) {
+        EXPECT_THAT(error, testing::StartsWith((damagesMap ? mapPath : inputPath).parent_path().string()));
+        EXPECT_THAT(error, testing::Not(HasSubstr("\n")));
+        ++refused;
+      } else {
+        EXPECT_NO_THROW((void)readResults("results", text)) << text;
+        ++taken;
+      }
+    }
+  }
+  EXPECT_GT(taken, 100);
+  EXPECT_GT(refused, 100);
 }
 
 TEST(ImportManual, HoldsItsExamplesAsTheyAreTested) {

@@ -20,7 +20,7 @@ class ResultsWriter {
 
  private:
   void unit(ImportUnit const& unit);
-  void visibleSteps(ImportUnit::VisibleSteps const& steps);
+  void visibleSteps(ImportVisibleSteps const& steps);
   void tool(ImportTool const& tool);
   void numbers(ImportSeries const& series);
   void toolGroupings(ImportUnit const& unit);
@@ -83,7 +83,7 @@ void ResultsWriter::unit(ImportUnit const& unit) {
   m_json.endObject();
 }
 
-void ResultsWriter::visibleSteps(ImportUnit::VisibleSteps const& steps) {
+void ResultsWriter::visibleSteps(ImportVisibleSteps const& steps) {
   m_json.key("visibleSteps");
   m_json.beginObject();
   m_json.key("first");
@@ -204,6 +204,7 @@ void ResultsWriter::lineJoin(ImportRecord const& lineJoin, std::size_t step, dou
 /// A range is of finite numbers; where a solver has diverged there is none.
 void ResultsWriter::range(std::vector<ImportFormula> const& formulas, double time) {
   std::vector<double> values;
+  values.reserve(formulas.size());
   for (auto const& formula : formulas) values.push_back(formula.at(*formula.indexOf(time)));
   bool const isFinite =
       std::all_of(values.begin(), values.end(), [](double value) { return std::isfinite(value); });

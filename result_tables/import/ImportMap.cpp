@@ -169,12 +169,12 @@ JsonShape MapReader::unit() {
 }
 
 JsonShape MapReader::visibleSteps() {
-  auto const bound = [this](std::uint64_t ImportUnit::VisibleSteps::*member) {
+  auto const bound = [this](std::uint64_t ImportVisibleSteps::*member) {
     return jsonInteger(s_largest32Bit,
                        [this, member](std::uint64_t value) { *m_unit.visibleSteps.*member = value; });
   };
-  return jsonObject({{"first", s_required, bound(&ImportUnit::VisibleSteps::first)},
-                     {"last", s_required, bound(&ImportUnit::VisibleSteps::last)}},
+  return jsonObject({{"first", s_required, bound(&ImportVisibleSteps::first)},
+                     {"last", s_required, bound(&ImportVisibleSteps::last)}},
                     [this] { m_unit.visibleSteps.emplace(); });
 }
 

@@ -65,16 +65,18 @@ struct ImportRecord {
   std::vector<std::pair<std::string, std::vector<ImportFormula>>> skins;
 };
 
+/// Inclusive bounds, indices of the step times.
+struct ImportVisibleSteps {
+  std::uint64_t first = 0;
+  std::uint64_t last = 0;
+};
+
 struct ImportUnit {
-  struct VisibleSteps {
-    std::uint64_t first = 0;
-    std::uint64_t last = 0;
-  };
   using Grouping = std::vector<std::pair<std::string, std::vector<std::string>>>;
 
   GUIdentifier id;
   std::string name;
-  std::optional<VisibleSteps> visibleSteps;
+  std::optional<ImportVisibleSteps> visibleSteps;
   std::vector<std::optional<double>> stepTimes;  ///< empty: the step has no data
   std::vector<ImportTool> tools;
   std::vector<GUIdentifier> joinsDefinedInUnit;
