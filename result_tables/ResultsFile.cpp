@@ -82,8 +82,8 @@ class ResultsReader {
  public:
   explicit ResultsReader(std::string const& name) : m_json(name) {}
 
-  ResultsFile read(std::string text) {
-    m_json.read(std::move(text), document());
+  ResultsFile read(std::string const& text) {
+    m_json.read(text, document());
     return std::move(m_file);
   }
 
@@ -408,8 +408,8 @@ ResultsFile readResultsFile(std::filesystem::path const& path) {
   return readResults(path.string(), readFile(path));
 }
 
-ResultsFile readResults(std::string const& name, std::string text) {
-  return ResultsReader(name).read(std::move(text));
+ResultsFile readResults(std::string const& name, std::string const& text) {
+  return ResultsReader(name).read(text);
 }
 
 }  // namespace Kestrel::ResultTables

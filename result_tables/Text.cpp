@@ -62,6 +62,13 @@ std::string toValidUtf8(std::string_view text) {
   return valid;
 }
 
+std::string_view firstCharacter(std::string_view text) {
+  utf8proc_int32_t codePoint = 0;
+  auto const length = utf8proc_iterate(reinterpret_cast<utf8proc_uint8_t const*>(text.data()),
+                                       static_cast<utf8proc_ssize_t>(text.size()), &codePoint);
+  return text.substr(0, length > 0 ? static_cast<std::size_t>(length) : 0);
+}
+
 std::string toPrintable(std::string_view text) {
   std::string printable;
   printable.reserve(text.size());
@@ -83,15 +90,17 @@ std::size_t displayWidth(std::string_view printable) {
   return width;
 }
 
-std::string quote(std::string_view text) {
+std::string brief(std::string_view text) {
   constexpr std::size_t longest = 60;
-  std::string out = "\"";
+  std::string out;
   std::size_t characters = 0;
   forEachCharacter(toPrintable(text), [&](utf8proc_int32_t, std::string_view bytes) {
     if (characters++ < longest) out += bytes;
   });
-  return out + (characters > longest ? "…\"" : "\"");
+  return characters > longest ? out + "…" : out;
 }
+
+std::string quote(std::string_view text) { return '"' + brief(text) + '"'; }
 
 std::string shortestForm(double value) {
   if (std::isnan(value)) return "nan";

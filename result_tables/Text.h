@@ -9,14 +9,21 @@ namespace Kestrel::ResultTables {
 /// `text` as valid UTF-8: every byte that is part of no character becomes U+FFFD.
 [[nodiscard]] std::string toValidUtf8(std::string_view text);
 
+/// The bytes of the character at the beginning of `text`; empty where the first byte is part of none.
+[[nodiscard]] std::string_view firstCharacter(std::string_view text);
+
 /// `text` for a terminal or a pager: valid UTF-8 in which control characters are shown by their pictures, so
-/// that a name can neither break a line nor send a command to the terminal.
+/// that a name can neither break a line nor send a command to the terminal; other characters that break or
+/// turn a line become U+FFFD.
 [[nodiscard]] std::string toPrintable(std::string_view text);
 
 /// Number of terminal columns that printable text takes; wide characters take two, combining marks none.
 [[nodiscard]] std::size_t displayWidth(std::string_view printable);
 
-/// `text` in quotation marks for a message: printable and cut after 60 characters.
+/// `text` for a message: printable and cut after 60 characters.
+[[nodiscard]] std::string brief(std::string_view text);
+
+/// The same in quotation marks.
 [[nodiscard]] std::string quote(std::string_view text);
 
 /// The shortest decimal form that reads back to the same double; "nan", "inf", "-inf". Independent of the

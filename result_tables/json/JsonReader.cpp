@@ -18,12 +18,19 @@ namespace Kestrel::ResultTables {
 
 namespace {
 
+constexpr std::string_view s_endOfDocument = "the end of the file after the document";
+constexpr std::string_view s_surrogatePair = "a surrogate pair";
+constexpr std::string_view s_blanks = " \t\r\n";
+constexpr std::string_view s_hexDigits = "0123456789ABCDEFabcdef";
+constexpr std::string_view s_wordCharacters =
+    "+-.0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ_abcdefghijklmnopqrstuvwxyz";
+
 std::string_view expectationOf(rapidjson::ParseErrorCode code) {
   switch (code) {
     case rapidjson::kParseErrorDocumentEmpty:
       return "a JSON document";
     case rapidjson::kParseErrorDocumentRootNotSingular:
-      return "the end of the file after the document";
+      return s_endOfDocument;
     case rapidjson::kParseErrorObjectMissName:
       return "a member name in quotation marks";
     case rapidjson::kParseErrorObjectMissColon:
@@ -35,11 +42,11 @@ std::string_view expectationOf(rapidjson::ParseErrorCode code) {
     case rapidjson::kParseErrorStringUnicodeEscapeInvalidHex:
       return "four hexadecimal digits after \\u";
     case rapidjson::kParseErrorStringUnicodeSurrogateInvalid:
-      return "a surrogate pair";
+      return s_surrogatePair;
     case rapidjson::kParseErrorStringEscapeInvalid:
       return "an escape sequence of JSON";
     case rapidjson::kParseErrorStringMissQuotationMark:
-      return "a string closed by a quotation mark on its line";
+      return "a quotation mark at the end of the string";
     case rapidjson::kParseErrorStringInvalidEncoding:
       return "UTF-8 text in the string";
     case rapidjson::kParseErrorNumberMissFraction:
@@ -64,12 +71,40 @@ void appendPointerToken(std::string& pointer, std::string_view token) {
   }
 }
 
-/// The text of a number, cut after 60 characters.
-std::string brief(std::string_view text) {
-  return text.size() > 60 ? std::string(text.substr(0, 60)) + "…" : std::string(text);
+/// What stands at the beginning of `rest`: a word, an escape sequence, a character or a byte.
+std::string describe(std::string_view rest) {
+  if (rest.empty()) return "the end of the file";
+  if (rest.front() == '\0') return "a zero byte";
+  auto const word = rest.substr(0, rest.find_first_not_of(s_wordCharacters));
+  if (!word.empty()) return quote(word);
+  if (rest.starts_with("\\u")) {
+    auto const escape = rest.substr(0, 6);
+    return quote(escape.substr(0, escape.find_first_not_of(s_hexDigits, 2)));
+  }
+  if (rest.front() == '\\') return quote(rest.substr(0, 1 + firstCharacter(rest.substr(1)).size()));
+  auto const character = firstCharacter(rest);
+  return character.empty() ? fmt::format("byte 0x{:02X}", static_cast<unsigned char>(rest.front()))
+                           : quote(character);
+}
+
+/// Where the lone low surrogate stands that the text has at or after `at`.
+std::size_t findLoneLowSurrogate(std::string_view text, std::size_t at) {
+  for (;;) {
+    at = text.find('\\', at);
+    auto const escape = text.substr(at, 4);
+    bool const isInRange = escape.starts_with("\\uD") || escape.starts_with("\\ud");
+    auto const isOneOf = [&](std::string_view digits) {
+      return isInRange && digits.find(escape[3]) != digits.npos;
+    };
+    if (isOneOf("CDEFcdef")) return at;
+    at += isOneOf("89ABab") ? std::string_view("\\uD800\\uDC00").size() : 2;
+  }
 }
 
 locale_t const s_classicLocale = newlocale(LC_ALL_MASK, "C", locale_t{});
+
+/// The double nearest to the number at `text`, which anything but a digit ends; infinity if there is none.
+double nearestDouble(char const* text) { return strtod_l(text, nullptr, s_classicLocale); }
 
 std::string listOfNames(std::vector<JsonMember> const& members) {
   std::string names;
@@ -77,7 +112,44 @@ std::string listOfNames(std::vector<JsonMember> const& members) {
   return names;
 }
 
+/// The text as the parser reads it: never changed and never read beyond its end, which the parser would do
+/// where a character of several bytes is cut. Strings are decoded into a buffer.
+class TextStream {
+ public:
+  using Ch = char;
+
+  TextStream(std::string const& text, std::string& decoded)
+      : m_begin(text.data()), m_end(text.data() + text.size()), m_at(m_begin), m_decoded(&decoded) {}
+
+  // The operations, in the parser's spelling.
+  [[nodiscard]] Ch Peek() const { return *m_at; }
+  Ch Take() { return m_at == m_end ? '\0' : *m_at++; }
+  [[nodiscard]] std::size_t Tell() const { return static_cast<std::size_t>(m_at - m_begin); }
+  Ch* PutBegin() {
+    m_decoded->clear();
+    return nullptr;
+  }
+  void Put(Ch c) { m_decoded->push_back(c); }
+  [[nodiscard]] std::size_t PutEnd(Ch const* /*begin*/) const { return m_decoded->size(); }
+
+ private:
+  char const* m_begin;
+  char const* m_end;
+  char const* m_at;
+  std::string* m_decoded;
+};
+
 }  // namespace
+
+}  // namespace Kestrel::ResultTables
+
+/// The parser reads numbers and strings through a copy, which the compiler keeps in registers.
+template <>
+struct rapidjson::StreamTraits<Kestrel::ResultTables::TextStream> {
+  enum { copyOptimization = 1 };
+};
+
+namespace Kestrel::ResultTables {
 
 JsonShape jsonString(std::function<void(std::string_view)> onString) {
   JsonShape shape;
@@ -151,14 +223,15 @@ JsonShape jsonOrNull(JsonShape shape, std::function<void()> onNull) {
 /// Follows the events of the parser through the shape.
 class JsonReader::Handler {
  public:
-  Handler(std::string const& fileName, std::string text, JsonShape const& root)
-      : m_fileName(fileName), m_text(std::move(text)), m_stream(m_text.data()), m_root(root) {}
+  Handler(std::string const& fileName, std::string const& text, JsonShape const& root)
+      : m_fileName(fileName), m_text(text), m_stream(text, m_decoded), m_root(root) {}
 
   void read();
   [[noreturn]] void fail(std::string_view expected, std::string_view found, std::string_view within) const;
-  std::size_t countElementsAhead();
+  [[nodiscard]] std::size_t countElementsAhead() const;
 
-  // The events, in the parser's spelling.
+  // The events, in the parser's spelling. The stream stands at the beginning of the number or the string, or
+  // behind the bracket or the brace. Texts that are handed over are not used: the stream has them.
   bool Null();
   bool Bool(bool value);
   bool RawNumber(char const* text, rapidjson::SizeType length, bool copy);
@@ -179,25 +252,28 @@ class JsonReader::Handler {
     JsonShape const* shape;
     std::size_t element = 0;             ///< index of the current element
     std::uint64_t membersSeen = 0;       ///< one bit per member
-    JsonMember const* member = nullptr;  ///< the current one
-    std::string name;                    ///< of the current member where there are no fixed ones
+    JsonMember const* member = nullptr;  ///< the current one, where there are fixed ones
+    std::string name;                    ///< of the current member
   };
 
+  [[noreturn]] void failAsParser(rapidjson::ParseErrorCode code, std::size_t offset) const;
   [[noreturn]] void failAtOffset(std::size_t offset, std::string_view expected) const;
+  [[noreturn]] void refuseNumber(std::size_t offset) const;
   [[nodiscard]] JsonShape const& shapeOfValue() const;
   /// What every value is followed by: the next element's turn.
   bool valueIsRead();
   void number(JsonShape const& shape, std::string_view text);
   void integer(JsonShape const& shape, std::string_view text);
-  std::string_view decoded(char const* text, std::size_t length);
+  /// The string that was decoded last.
+  [[nodiscard]] std::string_view decodedString() const;
   [[nodiscard]] std::string pointer() const;
 
   std::string const& m_fileName;
-  std::string m_text;
-  rapidjson::InsituStringStream m_stream;
+  std::string const& m_text;
+  std::string m_decoded;
+  TextStream m_stream;
   JsonShape const& m_root;
   std::vector<Frame> m_frames;
-  std::vector<char const*> m_decodedLineFeeds;  ///< line feeds in `m_text` that stand for an escape sequence
 };
 
 void JsonReader::Handler::read() {
@@ -206,18 +282,13 @@ void JsonReader::Handler::read() {
         fmt::format("{}: line 1, column 1: expected a JSON value, found a byte order mark", m_fileName));
   }
   rapidjson::Reader reader;
+  // "In situ" is what hands strings to the stream and does not copy numbers.
   constexpr unsigned flags = rapidjson::kParseInsituFlag | rapidjson::kParseNumbersAsStringsFlag |
                              rapidjson::kParseValidateEncodingFlag;
   auto const result = reader.Parse<flags>(m_stream, *this);
-  if (result.Code() == rapidjson::kParseErrorNumberTooBig) {
-    auto const text = std::string_view(m_text).substr(result.Offset());
-    fail("a number within the range of doubles",
-         brief(text.substr(0, text.find_first_not_of("+-.0123456789eE"))), {});
-  }
-  if (result.IsError()) failAtOffset(result.Offset(), expectationOf(result.Code()));
+  if (result.IsError()) failAsParser(result.Code(), result.Offset());
   // The parser takes a zero byte for the end of the text.
-  if (m_stream.Tell() < m_text.size())
-    failAtOffset(m_stream.Tell(), "the end of the file after the document");
+  if (m_stream.Tell() < m_text.size()) failAtOffset(m_stream.Tell(), s_endOfDocument);
 }
 
 void JsonReader::Handler::fail(std::string_view expected, std::string_view found,
@@ -227,36 +298,57 @@ void JsonReader::Handler::fail(std::string_view expected, std::string_view found
   throw Error(fmt::format("{}: {}: expected {}, found {}", m_fileName, toPrintable(place), expected, found));
 }
 
-void JsonReader::Handler::failAtOffset(std::size_t offset, std::string_view expected) const {
-  offset = std::min(offset, m_text.size());
-  std::size_t line = 1;
-  auto const* lineBegin = m_text.data();
-  auto const* const place = m_text.data() + offset;
-  for (auto const* c = m_text.data(); c < place; ++c) {
-    if (*c != '\n' || std::binary_search(m_decodedLineFeeds.begin(), m_decodedLineFeeds.end(), c)) continue;
-    ++line;
-    lineBegin = c + 1;
+void JsonReader::Handler::failAsParser(rapidjson::ParseErrorCode code, std::size_t offset) const {
+  if (code == rapidjson::kParseErrorNumberTooBig) refuseNumber(offset);
+  if (code == rapidjson::kParseErrorStringEscapeInvalid && m_text[offset] != '\\') {
+    failAtOffset(offset, "an escape sequence in place of a control character");
   }
-  auto const found = offset == m_text.size() ? "the end of the file"
-                     : *place == '\0'        ? "a zero byte"
-                                             : quote(std::string_view(place, 1));
-  throw Error(fmt::format("{}: line {}, column {}: expected {}, found {}", m_fileName, line,
-                          place - lineBegin + 1, expected, found));
+  // The parser stops inside a word, where it ceases to be one of its own.
+  if (code == rapidjson::kParseErrorValueInvalid) {
+    while (offset > 0 && s_wordCharacters.find(m_text[offset - 1]) != s_wordCharacters.npos) --offset;
+  }
+  failAtOffset(offset, expectationOf(code));
 }
 
-std::size_t JsonReader::Handler::countElementsAhead() {
-  std::size_t commas = 0;
-  std::size_t depth = 0;
-  for (auto const* c = m_text.data() + m_stream.Tell(); *c != '\0'; ++c) {
-    if (*c == ',') {
-      commas += depth == 0 ? 1 : 0;
-    } else if (*c == '[') {
-      ++depth;
-    } else if (*c == ']' && depth-- == 0) {
-      break;
-    }
+void JsonReader::Handler::failAtOffset(std::size_t offset, std::string_view expected) const {
+  auto const before = std::string_view(m_text).substr(0, offset);
+  auto const line = 1 + std::count(before.begin(), before.end(), '\n');
+  auto const lineBefore = before.substr(before.rfind('\n') + 1);
+  auto const column = 1 + std::count_if(lineBefore.begin(), lineBefore.end(), [](char c) {
+                        return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
+                      });
+  throw Error(fmt::format("{}: line {}, column {}: expected {}, found {}", m_fileName, line, column, expected,
+                          describe(std::string_view(m_text).substr(offset))));
+}
+
+void JsonReader::Handler::refuseNumber(std::size_t offset) const {
+  auto const rest = std::string_view(m_text).substr(offset);
+  auto const digits = rest.substr(0, rest.find_first_not_of("+-.0123456789eE"));
+  auto const& shape = shapeOfValue();
+  auto const expected = !shape.onNumber ? std::string_view(shape.expected)
+                        : std::isinf(nearestDouble(rest.data()))
+                            ? "a number within the range of doubles"
+                            : "at most 308 digits before the decimal point and no exponent above 308";
+  fail(expected, brief(digits), {});
+}
+
+std::size_t JsonReader::Handler::countElementsAhead() const {
+  auto const rest = std::string_view(m_text).substr(m_stream.Tell());
+  auto const first = rest.find_first_not_of(s_blanks);
+  auto bracket = rest.find(']');
+  if (bracket == rest.npos || first == bracket) return 0;
+  if (rest[first] != '[') {
+    auto const elements = rest.substr(0, bracket);
+    return 1 + static_cast<std::size_t>(std::count(elements.begin(), elements.end(), ','));
   }
-  return commas + 1;
+  std::size_t count = 0;
+  while (bracket != rest.npos) {
+    ++count;
+    auto const next = rest.find_first_not_of(s_blanks, bracket + 1);
+    if (next == rest.npos || rest[next] != ',') break;
+    bracket = rest.find(']', next);
+  }
+  return count;
 }
 
 bool JsonReader::Handler::Null() {
@@ -278,9 +370,9 @@ bool JsonReader::Handler::Bool(bool value) {
   return valueIsRead();
 }
 
-bool JsonReader::Handler::RawNumber(char const* text, rapidjson::SizeType length, bool /*copy*/) {
+bool JsonReader::Handler::RawNumber(char const* /*text*/, rapidjson::SizeType length, bool /*copy*/) {
   auto const& shape = shapeOfValue();
-  std::string_view const digits(text, length);
+  auto const digits = std::string_view(m_text).substr(m_stream.Tell(), length);
   if (shape.onNumber) {
     number(shape, digits);
   } else if (shape.onInteger) {
@@ -291,9 +383,9 @@ bool JsonReader::Handler::RawNumber(char const* text, rapidjson::SizeType length
   return valueIsRead();
 }
 
-bool JsonReader::Handler::String(char const* text, rapidjson::SizeType length, bool /*copy*/) {
+bool JsonReader::Handler::String(char const* /*text*/, rapidjson::SizeType /*length*/, bool /*copy*/) {
   auto const& shape = shapeOfValue();
-  auto const value = decoded(text, length);
+  auto const value = decodedString();
   if (shape.onString) {
     shape.onString(value);
   } else if (shape.mayBeNotFinite && (value == "Infinity" || value == "-Infinity")) {
@@ -313,10 +405,10 @@ bool JsonReader::Handler::StartObject() {
   return true;
 }
 
-bool JsonReader::Handler::Key(char const* text, rapidjson::SizeType length, bool /*copy*/) {
+bool JsonReader::Handler::Key(char const* /*text*/, rapidjson::SizeType /*length*/, bool /*copy*/) {
   auto& frame = m_frames.back();
   auto const& object = *frame.shape->object;
-  auto const name = decoded(text, length);
+  auto const name = decodedString();
   if (object.onName) {
     frame.name = name;
     if (!object.onName(name)) fail("each member once", "a second " + quote(name), {});
@@ -380,10 +472,9 @@ void JsonReader::Handler::number(JsonShape const& shape, std::string_view text) 
   double value = 0.0;
   auto const result = std::from_chars(text.data(), text.data() + text.size(), value);
   if (result.ec != std::errc()) {
-    // Too small a number is the nearest double, too large a one is none. What follows the text ends the
-    // number.
-    value = strtod_l(text.data(), nullptr, s_classicLocale);
-    if (std::isinf(value)) fail("a number within the range of doubles", brief(text), {});
+    // Too small a number is the nearest double, too large a one is none.
+    value = nearestDouble(text.data());
+    if (std::isinf(value)) refuseNumber(m_stream.Tell());
   }
   shape.onNumber(value);
 }
@@ -397,17 +488,13 @@ void JsonReader::Handler::integer(JsonShape const& shape, std::string_view text)
   shape.onInteger(value);
 }
 
-std::string_view JsonReader::Handler::decoded(char const* text, std::size_t length) {
-  std::string_view const value(text, length);
-  for (auto at = value.find('\n'); at != value.npos; at = value.find('\n', at + 1)) {
-    m_decodedLineFeeds.push_back(text + at);
-  }
+std::string_view JsonReader::Handler::decodedString() const {
+  auto const value = std::string_view(m_decoded).substr(0, m_decoded.size() - 1);  // closed by a zero byte
   // The parser refuses surrogates in the text and a lone high one in an escape sequence, but not a lone low
   // one.
   for (auto at = value.find('\xED'); at != value.npos; at = value.find('\xED', at + 1)) {
-    if (at + 1 < value.size() && static_cast<unsigned char>(value[at + 1]) >= 0xA0) {
-      failAtOffset(static_cast<std::size_t>(text + at - m_text.data()), "a surrogate pair");
-    }
+    if (static_cast<unsigned char>(value[at + 1]) >= 0xA0)
+      failAtOffset(findLoneLowSurrogate(m_text, m_stream.Tell()), s_surrogatePair);
   }
   return value;
 }
@@ -415,17 +502,17 @@ std::string_view JsonReader::Handler::decoded(char const* text, std::size_t leng
 std::string JsonReader::Handler::pointer() const {
   std::string place;
   for (auto const& frame : m_frames) {
-    appendPointerToken(place, frame.shape->array ? std::to_string(frame.element) : frame.name);
+    appendPointerToken(place, frame.shape->array ? std::to_string(frame.element) : brief(frame.name));
   }
   return place;
 }
 
-JsonReader::JsonReader(std::string fileName) : m_fileName(std::move(fileName)) {}
+JsonReader::JsonReader(std::string_view fileName) : m_fileName(toPrintable(fileName)) {}
 
 JsonReader::~JsonReader() = default;
 
-void JsonReader::read(std::string text, JsonShape const& shape) {
-  m_handler = std::make_unique<Handler>(m_fileName, std::move(text), shape);
+void JsonReader::read(std::string const& text, JsonShape const& shape) {
+  m_handler = std::make_unique<Handler>(m_fileName, text, shape);
   m_handler->read();
   m_handler.reset();
 }

@@ -69,21 +69,22 @@ JsonShape jsonArray(JsonShape element, std::function<void()> onBegin = {}, std::
 JsonShape jsonOrNull(JsonShape shape, std::function<void()> onNull);
 
 /// Reads documents strictly: what the shape does not provide for is an `Error` that names the file, the place
-/// and what was expected and found. The place is a JSON pointer ("document" for the whole), or line and
-/// column where the text is no JSON. The text is UTF-8 without a byte order mark; a lone surrogate escape, a
-/// repeated member and a number beyond the range of doubles are errors.
+/// and what was expected and found, on one line. The place is a JSON pointer ("document" for the whole), or
+/// line and column where the text is no JSON; columns count characters. The text is UTF-8 without a byte
+/// order mark; a lone surrogate escape, a repeated member and a number beyond the range of doubles are
+/// errors, and so is a number with more than 308 digits before the decimal point or an exponent above 308,
+/// even if its value is in that range.
 class JsonReader {
  public:
   /// `fileName` is what messages call the document.
-  explicit JsonReader(std::string fileName);
+  explicit JsonReader(std::string_view fileName);
   JsonReader(JsonReader const&) = delete;
   JsonReader& operator=(JsonReader const&) = delete;
   ~JsonReader();
 
-  /// Reads `text` once, from front to back; strings are decoded in place, so the text is spent afterwards.
-  /// Strings given to the shape's functions are valid during the call only. Needs no memory that grows with
-  /// the text.
-  void read(std::string text, JsonShape const& shape);
+  /// Reads `text` from front to back. Strings given to the shape's functions are valid during the call only.
+  /// Needs no memory that grows with the text.
+  void read(std::string const& text, JsonShape const& shape);
 
   /// For the shape's functions: refuses the value that is being read, or, in an object's `onEnd`, the object.
   /// `within` extends the place ("/guid").
@@ -91,7 +92,7 @@ class JsonReader {
                          std::string_view within = {}) const;
 
   /// For an array's `onBegin`: how many elements it seems to have; right for arrays of numbers and of arrays
-  /// of numbers. Costs one more look at the array's text.
+  /// of numbers. Costs one more, fast look at the array's text.
   [[nodiscard]] std::size_t countElementsAhead() const;
 
  private:

@@ -1,0 +1,122 @@
+#include "result_tables/Text.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <limits>
+#include <random>
+#include <sstream>
+
+#include "support/HostileLocale.h"
+
+namespace Kestrel::ResultTables {
+namespace {
+
+using namespace std::string_literals;
+
+TEST(Text, ReplacesEveryByteThatIsPartOfNoCharacter) {
+  EXPECT_EQ(toValidUtf8(""), "");
+  EXPECT_EQ(toValidUtf8("Clamp, Größe 漢 😀"), "Clamp, Größe 漢 😀");
+  EXPECT_EQ(toValidUtf8("a\xFF"
+                        "b"),
+            "a\uFFFDb");
+  EXPECT_EQ(toValidUtf8("\xE2\x82"), "\uFFFD\uFFFD") << "a character that is cut";
+  EXPECT_EQ(toValidUtf8("\xC0\x80"), "\uFFFD\uFFFD") << "an overlong form";
+  EXPECT_EQ(toValidUtf8("\xED\xA0\x80"), "\uFFFD\uFFFD\uFFFD") << "a surrogate";
+  EXPECT_EQ(toValidUtf8("\xF4\x90\x80\x80"), "\uFFFD\uFFFD\uFFFD\uFFFD") << "beyond the last character";
+  EXPECT_EQ(toValidUtf8("a\0b"s), "a\0b"s);
+}
+
+TEST(Text, FindsTheFirstCharacter) {
+  EXPECT_EQ(firstCharacter("ab"), "a");
+  EXPECT_EQ(firstCharacter("漢字"), "漢");
+  EXPECT_EQ(firstCharacter("\0a"s), "\0"s);
+  EXPECT_EQ(firstCharacter(""), "");
+  EXPECT_EQ(firstCharacter("\x82x"), "");
+  EXPECT_EQ(firstCharacter("\xE2\x82"), "");
+}
+
+TEST(Text, ShowsControlCharactersAsPictures) {
+  EXPECT_EQ(toPrintable("a\nb\tc\r"), "a␊b␉c␍");
+  EXPECT_EQ(toPrintable("\x1B[31mred\x7F"), "␛[31mred␡");
+  EXPECT_EQ(toPrintable("\0"s), "␀");
+  EXPECT_EQ(toPrintable("\x1F "), "␟ ");
+  EXPECT_EQ(toPrintable("\u0085\u009B"), "\uFFFD\uFFFD") << "control characters without pictures";
+}
+
+TEST(Text, ReplacesWhatBreaksOrTurnsALine) {
+  EXPECT_EQ(toPrintable("a\u2028b\u2029c"), "a\uFFFDb\uFFFDc");
+  EXPECT_EQ(toPrintable("\u202A\u202E\u2066\u2069"), "\uFFFD\uFFFD\uFFFD\uFFFD");
+  EXPECT_EQ(toPrintable("\u2027\u202F\u2065\u206A"), "\u2027\u202F\u2065\u206A") << "their neighbours";
+  EXPECT_EQ(toPrintable("\xFFÄ"), "\uFFFDÄ");
+}
+
+TEST(Text, MeasuresTerminalColumns) {
+  EXPECT_EQ(displayWidth(""), 0u);
+  EXPECT_EQ(displayWidth("Clamp 1"), 7u);
+  EXPECT_EQ(displayWidth("Größe"), 5u);
+  EXPECT_EQ(displayWidth("漢字"), 4u);
+  EXPECT_EQ(displayWidth("e\u0301"), 1u) << "a combining accent";
+  EXPECT_EQ(displayWidth("😀"), 2u);
+  EXPECT_EQ(displayWidth("␊…\uFFFD"), 3u);
+}
+
+TEST(Text, CutsLongTextsForMessages) {
+  std::string const sixty(60, 'x');
+  EXPECT_EQ(brief(sixty), sixty);
+  EXPECT_EQ(brief(sixty + "y"), sixty + "…");
+  std::string umlauts;
+  for (int i = 0; i < 60; ++i) umlauts += "ä";
+  EXPECT_EQ(brief(umlauts), umlauts) << "characters count, not bytes";
+  EXPECT_EQ(brief("a\nb"), "a␊b");
+}
+
+TEST(Text, QuotesForMessages) {
+  EXPECT_EQ(quote(""), "\"\"");
+  EXPECT_EQ(quote("Clamp\n1"), "\"Clamp␊1\"");
+  EXPECT_EQ(quote(std::string(61, 'x')), '"' + std::string(60, 'x') + "…\"");
+}
+
+TEST(Text, WritesNumbersInTheirShortestForm) {
+  constexpr double infinity = std::numeric_limits<double>::infinity();
+  constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+  EXPECT_EQ(shortestForm(0.0), "0");
+  EXPECT_EQ(shortestForm(-0.0), "-0");
+  EXPECT_EQ(shortestForm(3.5), "3.5");
+  EXPECT_EQ(shortestForm(-1314.547), "-1314.547");
+  EXPECT_EQ(shortestForm(0.1), "0.1");
+  EXPECT_EQ(shortestForm(0.1 + 0.2), "0.30000000000000004");
+  EXPECT_EQ(shortestForm(100000.0), "100000");
+  EXPECT_EQ(shortestForm(1e300), "1e+300");
+  EXPECT_EQ(shortestForm(5e-324), "5e-324");
+  EXPECT_EQ(shortestForm(1.7976931348623157e308), "1.7976931348623157e+308");
+  EXPECT_EQ(shortestForm(infinity), "inf");
+  EXPECT_EQ(shortestForm(-infinity), "-inf");
+  EXPECT_EQ(shortestForm(notANumber), "nan");
+  EXPECT_EQ(shortestForm(std::copysign(notANumber, -1.0)), "nan");
+}
+
+TEST(Text, NumbersReadBackToTheSameDouble) {
+  std::mt19937_64 random(1);
+  for (int i = 0; i < 20000; ++i) {
+    auto const value = std::bit_cast<double>(random());
+    if (std::isnan(value)) continue;
+    auto const text = shortestForm(value);
+    auto const readBack = std::strtod(text.c_str(), nullptr);
+    ASSERT_EQ(std::bit_cast<std::uint64_t>(readBack), std::bit_cast<std::uint64_t>(value)) << text;
+  }
+}
+
+TEST(Text, WritesNumbersTheSameInEveryLocale) {
+  HostileLocale const locale;
+  std::ostringstream stream;
+  stream << 1234.5;
+  ASSERT_EQ(stream.str(), "1.234,5");
+  EXPECT_EQ(shortestForm(1234567.25), "1234567.25");
+}
+
+}  // namespace
+}  // namespace Kestrel::ResultTables
