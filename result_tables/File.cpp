@@ -93,7 +93,7 @@ mode_t permissionsOfNewFiles() {
 /// Where a symbolic link leads, also when there is nothing yet.
 std::filesystem::path followLinks(std::filesystem::path path) {
   std::error_code error;
-  for (int depth = 0; depth < 40 && std::filesystem::is_symlink(path, error); ++depth) {
+  while (std::filesystem::is_symlink(path, error)) {
     path = path.parent_path() / std::filesystem::read_symlink(path, error);
   }
   return path;
@@ -128,14 +128,16 @@ std::string readFile(std::filesystem::path const& path) {
 }
 
 void writeFile(std::filesystem::path const& path, std::string_view text) {
-  auto const target = followLinks(path);
   struct stat status {};
-  bool const exists = ::stat(target.c_str(), &status) == 0;
+  bool const exists = ::stat(path.c_str(), &status) == 0;
+  if (!exists && errno != ENOENT) failWithErrno("write", path.native());
   if (exists && S_ISDIR(status.st_mode)) {
     errno = EISDIR;
     failWithErrno("write", path.native());
   }
-  if (exists && !S_ISREG(status.st_mode)) return writeDirectly(target, text);
+  if (exists && !S_ISREG(status.st_mode)) return writeDirectly(path, text);
+  if (exists && ::access(path.c_str(), W_OK) != 0) failWithErrno("write", path.native());
+  auto const target = followLinks(path);
   TemporaryFile file(target);
   file.write(text, exists ? status.st_mode & 07777U : permissionsOfNewFiles());
   file.replaceTarget();
