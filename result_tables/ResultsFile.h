@@ -27,8 +27,8 @@ struct ResultsFile {
 };
 
 /// Reads a results file (docs/results-file.md). Whatever the format does not provide for is an `Error`. Reads
-/// every byte once and counts the numbers of a series before; holds the file's text and the numbers, and no more
-/// that grows with the numbers.
+/// every byte once and counts the numbers of a series before; holds the file's text and the numbers, and no
+/// more that grows with the numbers.
 [[nodiscard]] ResultsFile readResultsFile(std::filesystem::path const& path);
 
 /// The same for a text that is in memory; `name` is what messages call it.
