@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace Kestrel {
+
+/// One value of a record.
+struct ArchiveField {
+  struct Null {};
+  struct Reference {
+    unsigned int address;  ///< of the object's record
+  };
+  struct Bytes {
+    std::string bytes;
+    bool isUnread;  ///< the class did not read them: a newer program wrote them, or the class is unknown
+  };
+
+  unsigned int offset;
+  std::variant<Null, Reference, unsigned int, double, std::string, Bytes> value;
+};
+
+/// One record of a document.
+struct ArchiveRecord {
+  unsigned int offset;    ///< its address
+  unsigned int depth;     ///< number of records around it
+  std::string className;  ///< empty: none of its own
+  unsigned int version;   ///< of the class, as the document says; 0 without a class
+  std::vector<ArchiveField> fields;  ///< its own, without those of the records in it
+};
+
+/// What a document holds, for people who look for the reason of a trouble.
+struct ArchiveListing {
+  std::vector<ArchiveRecord> records;  ///< in the order of the document
+  std::string damage;                  ///< what ended the listing before the end of the document; empty: nothing
+};
+
+/// Lists the records of any document. Fields are known by being read: what classes of this program do not
+/// read appears as bytes. Never throws for the sake of the document: a damaged one is listed as far as it can
+/// be read.
+[[nodiscard]] ArchiveListing genArchiveListing(std::string_view document);
+
+}  // namespace Kestrel

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <boost/endian/conversion.hpp>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace Kestrel {
+
+/// Reads the archive's elementary values from bytes, never beyond a bound. An ArchiveException names the
+/// offset at which a value does not fit.
+///
+/// Refers to the bytes. Everything is constant time.
+class ByteReader {
+ public:
+  ByteReader() = default;
+  /// From the first byte to the last. REQUIRES: fewer than 2^32 bytes.
+  explicit ByteReader(std::string_view bytes)
+      : m_begin(bytes.data()), m_position(m_begin), m_end(m_begin + bytes.size()) {}
+
+  /// In bytes from the first one.
+  [[nodiscard]] unsigned int getPosition() const { return static_cast<unsigned int>(m_position - m_begin); }
+  [[nodiscard]] unsigned int getEnd() const { return static_cast<unsigned int>(m_end - m_begin); }
+  [[nodiscard]] unsigned int getBytesLeft() const { return static_cast<unsigned int>(m_end - m_position); }
+
+  /// Goes to another place and bound. REQUIRES: position <= end, both inside the bytes.
+  void set(unsigned int position, unsigned int end) {
+    m_position = m_begin + position;
+    m_end = m_begin + end;
+  }
+
+  /// 1 to 5 bytes, seven bits each, the lowest first.
+  [[nodiscard]] std::uint32_t readNumber() {
+    if (m_position != m_end && static_cast<unsigned char>(*m_position) < 0x80)
+      return static_cast<unsigned char>(*m_position++);
+    return readLongNumber();
+  }
+  [[nodiscard]] std::uint32_t readWord() { return boost::endian::load_little_u32(readRaw(4)); }
+  [[nodiscard]] std::uint64_t readLongWord() { return boost::endian::load_little_u64(readRaw(8)); }
+  [[nodiscard]] std::string_view readBytes(unsigned int count) { return {take(count), count}; }
+
+  /// Reports damage at the current position.
+  [[noreturn]] void fail(std::string const& reason) const;
+
+ private:
+  [[nodiscard]] std::uint32_t readLongNumber();
+  [[nodiscard]] char const* take(unsigned int count) {
+    if (getBytesLeft() < count) failForWantOf(count);
+    char const* const bytes = m_position;
+    m_position += count;
+    return bytes;
+  }
+  [[nodiscard]] unsigned char const* readRaw(unsigned int count) {
+    return reinterpret_cast<unsigned char const*>(take(count));
+  }
+  [[noreturn]] void failForWantOf(unsigned int count) const;
+
+  char const* m_begin = nullptr;
+  char const* m_position = nullptr;
+  char const* m_end = nullptr;
+};
+
+}  // namespace Kestrel

@@ -1,0 +1,215 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "VantaService_PersistenceArchiver/BaseClassRegister.h"
+#include "VantaService_PersistenceArchiver/ByteReader.h"
+#include "VantaService_PersistenceArchiver/ByteWriter.h"
+#include "VantaService_PersistenceArchiver/PointerMapContainer.h"
+#include "VantaService_PersistenceArchiver/StreamposMap.h"
+#include "VantaService_PersistenceArchiver/TextTable.h"
+
+namespace Kestrel {
+
+class ArchiveObserver;
+class Caster;
+
+/// The object archive: writes objects into a document, or reads them from one.
+///
+/// An archive either writes or reads. It knows nothing of the layout of a class: the class's own functions
+/// write and read its fields in a fixed order, between the marks that frame them as records. How the bytes of
+/// a document look is told in docs/limits-document.md; `ObjectRecord.h` frames whole objects and pointers.
+///
+/// A record is opened with its address, the write position plus 4, and its type hash: the identifier of a
+/// registered class, or `noTypeHash`. It is closed with the position behind its last byte. A reader closes it
+/// by that position, so that it may read less than was written. Records nest; the innermost one bounds what
+/// can be read.
+///
+/// Errors: a document that cannot be read is answered by an ArchiveException that names the offset and the
+/// reason, whatever its bytes are: never by undefined behaviour, and no memory is allocated for what the
+/// document's size cannot hold. After an exception an archive can only be destroyed.
+///
+/// Ownership: an archive that reads refers to the bytes that it was given. The objects that it reads and
+/// writes live at least as long as the archive.
+///
+/// Threads: an archive belongs to one thread; the registry of classes may be used from any number at once.
+class PersistenceArchiver {
+ public:
+  /// No registered class: the type hash of nested containers, and of records whose class is known from where
+  /// they stand.
+  static constexpr unsigned int noTypeHash = 0xBBAFA6C8;
+
+  // The registry. It is there before the first library uses it and never destroyed, so that libraries may be
+  // loaded and unloaded in any order.
+
+  /// Stores a class under its name, with `version` as its current and its read version. The identifier is the
+  /// hash of the name. Returns the registry's copy with the identifier assigned, valid until the class is
+  /// withdrawn; null when the registry has the name, or another name with the same hash.
+  static BaseClassRegister const* registerFactory(std::string const& name, BaseClassRegister const& record,
+                                                  unsigned int version);
+  /// Takes a class out, with the hashes that are aliases of it. Archives that exist already keep it.
+  static void withdrawFactory(unsigned int identifier);
+
+  /// Hash of a type name, the same in every program; neither 0 nor `noTypeHash`.
+  [[nodiscard]] static unsigned int getHashForName(std::string const& name);
+  /// Makes the hash of a run-time type name an alias of an identifier.
+  static void registerHash(unsigned int hash, unsigned int identifier);
+  /// The identifier that the hash of a run-time type name stands for; `noTypeHash` if unknown.
+  [[nodiscard]] static unsigned int getHashForType(unsigned int hash);
+
+  /// Adds the caster between a base and a class derived from it. Both may be given by the hash of their
+  /// run-time type name while they are not registered. False, and nothing happens, for a null pointer and for
+  /// a pair that has a caster. The caster lives until it is destroyed by its owner, which withdraws it.
+  static bool registerCaster(unsigned int baseIdentifier, unsigned int derivedIdentifier, Caster* caster);
+  /// The caster between two identifiers, put together from others when they are related over further classes;
+  /// null when they are not related. Valid until one of its parts is withdrawn.
+  [[nodiscard]] static Caster const* getCaster(unsigned int baseIdentifier, unsigned int derivedIdentifier);
+
+  /// The version of documents that this program writes; there is only product 0.
+  [[nodiscard]] static unsigned int getCurrentVersion(unsigned int product);
+
+  /// An archive that writes. It knows the classes that are registered now.
+  PersistenceArchiver();
+  /// An archive that reads a document. Length, magic, format version and checksum are checked before anything
+  /// else is looked at, then the tables are read. Linear in the size of the document.
+  explicit PersistenceArchiver(std::string_view document);
+  PersistenceArchiver(PersistenceArchiver const&) = delete;
+  PersistenceArchiver& operator=(PersistenceArchiver const&) = delete;
+  ~PersistenceArchiver();
+
+  /// The classes that this archive knows, by identifier. When writing: the registered ones; their current
+  /// versions go into the document. When reading, the table of read records: those registered ones that the
+  /// document names, with the document's versions as read versions; readers may add to it.
+  [[nodiscard]] ClassMap& getMapOfClasses() { return m_classes; }
+
+  /// Address of the innermost open record; 0 when none is open.
+  [[nodiscard]] unsigned int getRecordAddress() const { return m_open.empty() ? 0 : m_open.back().address; }
+
+  /// State that the object tree keeps while one document is written or read; empty at first.
+  [[nodiscard]] std::shared_ptr<void>& getTreeState() { return m_treeState; }
+
+  // Writing. Errors: std::length_error when the document would become too large (2 GiB) or records nest too
+  // deeply; KeException as said. REQUIRES: an archive that writes.
+
+  [[nodiscard]] unsigned int tellp() const { return m_writer.getPosition(); }  ///< the write position
+
+  /// Opens a record. KeException for a hash that is neither `noTypeHash` nor a class that the archive knows.
+  /// REQUIRES: address == tellp() + 4.
+  void mark_object_start(unsigned int address, unsigned int typeHash);
+  /// Closes the innermost record. REQUIRES: its address, and tellp().
+  void mark_object_end(unsigned int address, unsigned int endPosition);
+  /// Writes a pointer to an object that was written, by the address of its first record and its type hash.
+  /// KeException when that record is still open: a reader could not follow the cycle.
+  void mark_pointer(unsigned int address, unsigned int typeHash);
+  void mark_null_pointer();
+
+  /// The objects of a class that this archive has written. The reference stays valid.
+  [[nodiscard]] StreamposMap& getStreamposMap(unsigned int typeHash);
+
+  PersistenceArchiver& operator<<(unsigned int const& value);
+  PersistenceArchiver& operator<<(double const& value);  ///< all bits, of a NaN too
+  PersistenceArchiver& operator<<(std::string const& value);
+  /// Writes bytes that are no text. Like texts they are stored once, however often they are written.
+  void write_bytes(std::string_view bytes);
+
+  /// Ends the writing and returns the document. REQUIRES: no record is open; nothing is written afterwards.
+  [[nodiscard]] std::string genDocument();
+
+  // Reading. REQUIRES: an archive that reads.
+
+  [[nodiscard]] unsigned int tellg() const { return m_reader.getPosition(); }  ///< the read position
+
+  /// What stands in front of a record.
+  struct AddressHeader {
+    unsigned int address;  ///< of the object's first record; 0: a null pointer
+    unsigned int end;      ///< position behind the record that was opened
+  };
+
+  /// Opens the record at the read position; the number read next is its type hash. A null pointer opens no
+  /// record: there is nothing more to read and nothing to close. The header of a pointer to an object that
+  /// was read already gives that object's address and hash.
+  [[nodiscard]] AddressHeader read_to_address_header();
+  /// Closes the innermost record, wherever in it the read position is. REQUIRES: `end` as its header gave it.
+  void end_read_to_address(unsigned int end);
+
+  /// The objects of a class that this archive has read; `record` is its registration. The reference stays
+  /// valid.
+  [[nodiscard]] PointerMapContainerBase& getPointerMap(unsigned int typeHash,
+                                                       BaseClassRegister const& record);
+  /// Called before the object at `address` is made and read, and after that. A damaged document when the
+  /// innermost record is not the object's own: a pointer led to where no object was.
+  void begin_read_pointer(unsigned int address);
+  void end_read_pointer(unsigned int address);
+
+  /// A damaged document when it cannot hold a container of `count` records behind the read position.
+  void check_container_size(unsigned int count);
+  /// A damaged document when it cannot hold `count` objects.
+  void check_object_count(unsigned int count);
+  /// Reports a damaged document at the read position. Does not return.
+  [[noreturn]] void handle_currupted_object(std::string const& reason = "the object is damaged");
+
+  PersistenceArchiver& operator>>(unsigned int& value);
+  PersistenceArchiver& operator>>(double& value);
+  PersistenceArchiver& operator>>(std::string& value);
+  /// What `write_bytes` wrote, inside the document.
+  [[nodiscard]] std::string_view read_bytes();
+
+  /// A damaged document unless all records were read.
+  void checkEndOfRecords();
+
+  /// Reports to `observer` what is read from now on; null: to nobody.
+  void setObserver(ArchiveObserver* observer) { m_observer = observer; }
+
+ private:
+  struct OpenRecord {
+    unsigned int address;
+    unsigned int end;  ///< when reading
+    bool isReference;  ///< stands for a pointer to an object that was read already
+  };
+  struct WrittenClass;
+  /// One entry of the document's table of classes.
+  struct StoredClass {
+    unsigned int typeHash;
+    std::string_view name;
+    unsigned int version;
+    unsigned int objectCount;
+  };
+
+  [[nodiscard]] unsigned int indexOfClass(unsigned int typeHash);
+  void writeTables();
+
+  void checkFrame(std::string_view document) const;
+  void readTables(std::string_view document);
+  void readClass();
+  [[nodiscard]] unsigned int readTypeHash();
+  [[nodiscard]] std::string_view readText();
+  [[nodiscard]] AddressHeader readReference(unsigned int offset, unsigned int address);
+  void open(OpenRecord const& record);
+  void reportRecord();
+
+  ClassMap m_classes;
+  std::vector<OpenRecord> m_open;
+  std::shared_ptr<void> m_treeState;
+
+  ByteWriter m_writer;
+  TextTable m_texts;
+  std::vector<std::unique_ptr<WrittenClass>> m_writtenClasses;
+
+  ByteReader m_reader;
+  std::vector<std::string_view> m_storedTexts;
+  std::vector<StoredClass> m_storedClasses;
+  std::map<unsigned int, unsigned int> m_objectCounts;  ///< of the stored classes, by type hash
+  std::size_t m_storedObjects = 0;                      ///< sum of the counts
+  std::map<unsigned int, std::unique_ptr<PointerMapContainerBase>> m_pointerMaps;
+  unsigned int m_recordsEnd = 0;
+  unsigned int m_hashPosition = 0;  ///< where the number to be read is a type hash
+  ArchiveObserver* m_observer = nullptr;
+};
+
+}  // namespace Kestrel

@@ -1,0 +1,39 @@
+#include "VantaService_PersistenceArchiver/TextTable.h"
+
+#include <xxhash.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace Kestrel {
+
+bool TextTable::holds(Entry const& entry, std::uint64_t hash, std::string_view text) const {
+  return entry.hash == hash && getBytes().substr(entry.offset, entry.length) == text;
+}
+
+std::uint32_t TextTable::add(std::string_view text) {
+  if (2 * m_entries.size() >= m_slots.size()) grow();
+  std::uint64_t const hash = XXH3_64bits(text.data(), text.size());
+  std::size_t const mask = m_slots.size() - 1;
+  std::size_t slot = hash & mask;
+  for (; m_slots[slot] != 0; slot = (slot + 1) & mask)
+    if (holds(m_entries[m_slots[slot] - 1], hash, text)) return m_slots[slot] - 1;
+  m_bytes.writeNumber(static_cast<std::uint32_t>(text.size()));
+  m_entries.push_back({m_bytes.getPosition(), static_cast<std::uint32_t>(text.size()), hash});
+  m_bytes.writeBytes(text);
+  m_slots[slot] = static_cast<std::uint32_t>(m_entries.size());
+  return m_slots[slot] - 1;
+}
+
+void TextTable::grow() {
+  constexpr std::size_t smallest = 64;
+  m_slots.assign(std::max(smallest, 2 * m_slots.size()), 0);
+  std::size_t const mask = m_slots.size() - 1;
+  for (std::uint32_t i = 0; i < m_entries.size(); ++i) {
+    std::size_t slot = m_entries[i].hash & mask;
+    while (m_slots[slot] != 0) slot = (slot + 1) & mask;
+    m_slots[slot] = i + 1;
+  }
+}
+
+}  // namespace Kestrel

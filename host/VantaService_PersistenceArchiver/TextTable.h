@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "VantaService_PersistenceArchiver/ByteWriter.h"
+
+namespace Kestrel {
+
+/// The texts of a document that is being written: each different one once, numbered in the order in which
+/// they came.
+class TextTable {
+ public:
+  /// Number of the text, which is copied when it is new. O(length).
+  [[nodiscard]] std::uint32_t add(std::string_view text);
+
+  [[nodiscard]] std::size_t size() const { return m_entries.size(); }
+  /// The texts in their order, each as its length and its bytes.
+  [[nodiscard]] std::string_view getBytes() const { return m_bytes.getBytes(); }
+
+ private:
+  struct Entry {
+    std::uint32_t offset;  ///< of the text's bytes
+    std::uint32_t length;
+    std::uint64_t hash;
+  };
+
+  [[nodiscard]] bool holds(Entry const& entry, std::uint64_t hash, std::string_view text) const;
+  void grow();
+
+  ByteWriter m_bytes;
+  std::vector<Entry> m_entries;
+  std::vector<std::uint32_t> m_slots;  ///< one more than a text's number, by hash; 0: free. At most half full
+};
+
+}  // namespace Kestrel
