@@ -1,0 +1,299 @@
+#include <gettext-po.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "Business_TableProperties/SimUnitMaxValuesProvider.h"
+#include "Business_TableProperties/TablePropertySettings.h"
+#include "VantaService_Translator/MessageCatalogue.h"
+#include "support/ChildProcess.h"
+#include "support/TranslatorSpy.h"
+
+// The catalogues hold what the code asks for, all of it and nothing else.
+
+namespace Kestrel {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::IsEmpty;
+using testing::IsSubsetOf;
+
+fs::path const sourceDirectory = KESTREL_SOURCE_DIR;
+fs::path const translationsDirectory = sourceDirectory / "translations";
+fs::path const builtDirectory = KESTREL_BINARY_DIR "/translations";
+
+/// A message's msgctxt and msgid.
+using Message = std::pair<std::string, std::string>;
+using Messages = std::set<Message>;
+
+Messages& asked() {
+  static Messages messages;
+  return messages;
+}
+
+Messages askedIn(std::string const& context) {
+  Messages messages;
+  for (auto const& message : asked()) {
+    if (message.first == context) messages.insert(message);
+  }
+  return messages;
+}
+
+Messages inContext(std::string const& context, std::vector<std::string> const& texts) {
+  Messages messages;
+  for (auto const& text : texts) messages.emplace(context, text);
+  return messages;
+}
+
+// ---- what the code asks for
+
+/// All texts of the provider; some of them are asked for only where a unit has such elements.
+Messages const providerMessages =
+    inContext("SimUnitMaxValuesProvider",
+              {"Clamps", "Bolts", "Pilots", "Suction Zones", "Clamping Tools", "Rollers", "Steels",
+               "Hemming Bed", "Joining Tools", "Joins", "Line Joins", "Line Joining Tools", "Forces",
+               "Distances", "Teaching", "Values", "Joining Failed", " (Joining Failed)"});
+
+template <typename Id>
+Id idEndingIn(char digit) {
+  return Id(*GUIdentifier::fromString(std::string("00000000-0000-0000-0000-00000000000") + digit));
+}
+
+/// A unit with an element of every family.
+struct FullUnit {
+  FullUnit() {
+    using enum ToolForceDataType;
+    for (auto const& [id, type] :
+         {std::pair("Pilot", pilot), std::pair("Clamp", clamp), std::pair("Tool", tool),
+          std::pair("Join", spotWeld), std::pair("Tong", joiningTong), std::pair("Zone", suctionZone),
+          std::pair("Bolt", bolt)}) {
+      unit.addTool(id, type);
+    }
+    unit.setVisibleSteps(0, 0);
+    auto const joinId = idEndingIn<EvalSimulationUnitJoinGUID>('1');
+    unit.addJoinDefinedInSimUnit(joinId);
+
+    constexpr BodyJoinInterface::JoinState state{1};
+    auto const step = std::make_shared<SimulationStep>();
+    step->addSuctionZone(idEndingIn<EvalSuctionZoneGUID>('2'),
+                         std::make_shared<EvalSuctionZone>("Zone", true));
+    step->addJoiningTong(std::make_shared<EvalJoiningTong>("Tong", "Tong", state));
+    step->addJoin(idEndingIn<EvalJoinGUID>('3'), std::make_shared<SimulationBodyJoin>("Join", "Join", state));
+    step->addLineJoin(idEndingIn<EvalLineJoinGUID>('4'),
+                      std::make_shared<SimulationBodyLineJoin>("Line", "Line", state, joinId));
+    result = std::make_shared<SimulationResult>(std::vector{step});
+  }
+
+  SimulationUnit unit{SimulationUnitId(), "OP20"};
+  std::shared_ptr<SimulationResult> result;
+};
+
+/// Asks the library for everything that it translates.
+void askTheLibrary() {
+  FullUnit const full;
+  SimUnitMaxValuesProvider const provider(full.unit, full.result);
+  for (unsigned int number = 0; number < 16; ++number) {
+    auto const family = static_cast<MaxValueGroupContainer::DataType>(number);
+    (void)provider.genGetMaxValuesCollection(family);
+    (void)provider.genGetClampMaxValuesCollection(family, true);
+    (void)provider.genGetToolMaxValuesCollection({{"Group", {"Tool"}}}, family);
+  }
+  (void)TablePropertySettings::getDisplayName("");
+}
+
+// ---- what the catalogues hold
+
+struct Entry {
+  std::vector<std::string> translations;  ///< the plural forms; one where there are none
+  bool isFuzzy = false;
+};
+
+[[noreturn]] void refuse(int, po_message_t, char const* file, std::size_t line, std::size_t, int,
+                         char const* text) {
+  throw std::runtime_error(std::string(file ? file : "?") + ':' + std::to_string(line) + ": " + text);
+}
+
+void refusePair(int severity, po_message_t message, char const* file, std::size_t line, std::size_t column,
+                int isLong, char const* text, po_message_t, char const*, std::size_t, std::size_t, int,
+                char const*) {
+  refuse(severity, message, file, line, column, isLong, text);
+}
+
+std::string orEmpty(char const* text) { return text ? text : ""; }
+
+Entry entryOf(po_message_t message) {
+  Entry entry;
+  entry.isFuzzy = po_message_is_fuzzy(message) != 0;
+  if (!po_message_msgid_plural(message)) {
+    entry.translations.push_back(orEmpty(po_message_msgstr(message)));
+  } else {
+    for (int i = 0; auto const* form = po_message_msgstr_plural(message, i); ++i)
+      entry.translations.emplace_back(form);
+  }
+  return entry;
+}
+
+/// The entries of a .po file, the header and obsolete ones left out.
+std::map<Message, Entry> readCatalogue(fs::path const& file) {
+  po_xerror_handler const handler = {&refuse, &refusePair};
+  std::unique_ptr<po_file, decltype(&po_file_free)> const catalogue(po_file_read(file.c_str(), &handler),
+                                                                    &po_file_free);
+  if (!catalogue) throw std::runtime_error("cannot read " + file.native());
+  std::unique_ptr<std::remove_pointer_t<po_message_iterator_t>, decltype(&po_message_iterator_free)> const
+      iterator(po_message_iterator(catalogue.get(), nullptr), &po_message_iterator_free);
+  std::map<Message, Entry> entries;
+  while (auto* message = po_next_message(iterator.get())) {
+    Message const key{orEmpty(po_message_msgctxt(message)), po_message_msgid(message)};
+    if (key == Message() || po_message_is_obsolete(message) != 0) continue;
+    entries.emplace(key, entryOf(message));
+  }
+  return entries;
+}
+
+std::vector<fs::path> catalogueFiles() {
+  std::vector<fs::path> files;
+  for (auto const& entry : fs::directory_iterator(translationsDirectory)) {
+    if (entry.path().extension() == ".po") files.push_back(entry.path());
+  }
+  return files;
+}
+
+/// The texts that the application marks with `tr("...")`.
+Messages applicationMessages() {
+  std::string sources;
+  for (auto const& entry : fs::recursive_directory_iterator(sourceDirectory / "result_tables")) {
+    auto const extension = entry.path().extension();
+    if (extension == ".cpp" || extension == ".h") sources += ' ' + quotedForShell(entry.path().native());
+  }
+  if (sources.empty()) return {};
+  auto const extracted = fs::temp_directory_path() / ("kestrel-" + std::to_string(::getpid()) + ".pot");
+  (void)outputOfCommand("xgettext --language=C++ --from-code=UTF-8 --keyword --keyword=tr --force-po -o " +
+                        quotedForShell(extracted.native()) + sources);
+  Messages messages;
+  for (auto const& [message, entry] : readCatalogue(extracted))
+    messages.emplace("result-tables", message.second);
+  fs::remove(extracted);
+  return messages;
+}
+
+Messages expectedMessages() {
+  askTheLibrary();
+  auto messages = asked();
+  messages.insert(providerMessages.begin(), providerMessages.end());
+  messages.merge(applicationMessages());
+  return messages;
+}
+
+Messages missingFrom(Messages const& all, Messages const& some) {
+  Messages missing;
+  std::set_difference(all.begin(), all.end(), some.begin(), some.end(),
+                      std::inserter(missing, missing.end()));
+  return missing;
+}
+
+std::size_t countPlaceholders(std::string const& text) {
+  std::size_t count = 0;
+  for (std::size_t at = 0; (at = text.find("%1", at)) != std::string::npos; at += 2) ++count;
+  return count;
+}
+
+}  // namespace
+
+void onTranslate(TranslatorCall const& call) {
+  asked().emplace(call.comment ? call.context + '|' + *call.comment : call.context, call.text);
+}
+
+namespace {
+
+TEST(Translations, TheProviderAsksForItsTextsOnly) {
+  askTheLibrary();
+  auto const messages = askedIn("SimUnitMaxValuesProvider");
+  EXPECT_THAT(messages, IsSubsetOf(providerMessages));
+  EXPECT_EQ(messages.count({"SimUnitMaxValuesProvider", " (Joining Failed)"}), 1u);
+  EXPECT_EQ(messages.count({"SimUnitMaxValuesProvider", "Teaching"}), 1u);
+}
+
+TEST(Translations, TheCatalogueAsksInFourRoles) {
+  askTheLibrary();
+  EXPECT_EQ(askedIn("TablePropertySettings|Property display name").size(), 18u);
+  EXPECT_EQ(askedIn("TablePropertySettings|Property short display name").size(), 16u);
+  EXPECT_EQ(askedIn("TablePropertySettings|Property table display name").size(), 24u);
+  EXPECT_EQ(askedIn("TablePropertySettings|Property short table display name").size(), 20u);
+  EXPECT_EQ(askedIn("SkinBaseNameUtilities|Skin display name"),
+            inContext("SkinBaseNameUtilities|Skin display name", {"Normal Force", "Tangential Force"}));
+  EXPECT_EQ(askedIn("SkinBaseNameUtilities|Skin short display name"),
+            inContext("SkinBaseNameUtilities|Skin short display name", {"Norm F", "Tang F"}));
+  EXPECT_EQ(askedIn("ToolForceBusinessName"), inContext("ToolForceBusinessName", {"Total Tool Forces"}));
+}
+
+TEST(Translations, ComeInGermanAndJapanese) {
+  EXPECT_TRUE(fs::exists(translationsDirectory / "de.po"));
+  EXPECT_TRUE(fs::exists(translationsDirectory / "ja.po"));
+}
+
+TEST(Translations, HaveEveryTextThatTheCodeAsksForAndNoOther) {
+  auto const expected = expectedMessages();
+  for (auto const& file : catalogueFiles()) {
+    Messages present;
+    for (auto const& [message, entry] : readCatalogue(file)) present.insert(message);
+    EXPECT_THAT(missingFrom(expected, present), IsEmpty()) << "missing in " << file;
+    EXPECT_THAT(missingFrom(present, expected), IsEmpty()) << "asked for by no code, in " << file;
+  }
+}
+
+TEST(Translations, AreCompleteAndSure) {
+  for (auto const& file : catalogueFiles()) {
+    for (auto const& [message, entry] : readCatalogue(file)) {
+      auto const place = file.filename().native() + ": " + message.first + ": " + message.second;
+      EXPECT_FALSE(entry.isFuzzy) << place;
+      ASSERT_FALSE(entry.translations.empty()) << place;
+      for (auto const& translation : entry.translations) {
+        EXPECT_NE(translation, "") << place;
+        EXPECT_EQ(countPlaceholders(translation), countPlaceholders(message.second)) << place;
+        EXPECT_EQ(translation.starts_with(' '), message.second.starts_with(' ')) << place;
+      }
+    }
+  }
+}
+
+TEST(Translations, AreBuilt) {
+  for (auto const& file : catalogueFiles()) {
+    auto const compiled = MessageCatalogue::read(builtDirectory / file.stem() / "LC_MESSAGES" / "kestrel.mo");
+    ASSERT_TRUE(compiled) << file;
+    for (auto const& [message, entry] : readCatalogue(file)) {
+      EXPECT_EQ(orEmpty(compiled->find(message.first.c_str(), message.second.c_str(), -1)),
+                entry.translations.at(0))
+          << file << message.first;
+    }
+  }
+}
+
+TEST(Translations, ShortNamesAreNotLongerThanTheNamesTheyStandFor) {
+  std::vector<std::pair<std::string, std::string>> const names = {{"Normal Force", "Norm F"},
+                                                                  {"Closing Force", "Clos F"},
+                                                                  {"Supporting Force", "Sup F"},
+                                                                  {"Tangential Force", "Tang F"},
+                                                                  {"Force in Working Direction", "F WorkDir"},
+                                                                  {"Suction Force X", "Frc X"}};
+  for (auto const& file : catalogueFiles()) {
+    auto const entries = readCatalogue(file);
+    for (auto const& [name, shortName] : names) {
+      auto const& full = entries.at({"TablePropertySettings|Property display name", name}).translations.at(0);
+      auto const& brief =
+          entries.at({"TablePropertySettings|Property short display name", shortName}).translations.at(0);
+      EXPECT_LE(brief.size(), full.size()) << file << ' ' << name;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace Kestrel
