@@ -20,6 +20,11 @@
 
 // The catalogues hold what the code asks for, all of it and nothing else.
 
+/// The reader of .po files keeps the texts that it has read.
+extern "C" [[gnu::visibility("default")]] char const* __lsan_default_suppressions() {
+  return "leak:libgettextpo";
+}
+
 namespace Kestrel {
 namespace {
 
