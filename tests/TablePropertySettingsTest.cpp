@@ -4,20 +4,21 @@
 #include <gtest/gtest.h>
 #include <pthread.h>
 
+#include <array>
 #include <atomic>
-#include <cstdlib>
 #include <functional>
 #include <iostream>
-#include <new>
 #include <stdexcept>
 #include <string>
 #include <thread>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "Business_IncSimulationPrimitives/ToolForceBusinessName.h"
 #include "Persistence_DaoAdapter/SolverTableDataKeys.h"
 #include "VantaService_UnicodeTools/UnicodeTools.h"
+#include "support/AllocationFailure.h"
 #include "support/ChildProcess.h"
 #include "support/TablePropertySettingsTestAccess.h"
 #include "support/TranslatorSpy.h"
@@ -26,6 +27,9 @@ namespace Kestrel {
 namespace {
 
 using testing::ElementsAre;
+using testing::Pair;
+using TestSupport::countLiveBlocks;
+using TestSupport::failEachAllocation;
 using Access = TablePropertySettingsTestAccess;
 using Texts = std::vector<std::string>;
 
@@ -117,30 +121,29 @@ class TablePropertySettingsTest : public testing::Test {
   }
 };
 
-/// Counts allocations, and refuses one of them, in this thread.
-struct Allocations {
-  static inline thread_local long live = 0;
-  static inline thread_local long untilRefusal = -1;  ///< negative: none is refused
-
-  static bool isRefused() { return untilRefusal >= 0 && untilRefusal-- == 0; }
-};
-
-/// The mutexes and allocations of the calling thread in order: L(ock), U(nlock), A(llocate).
+/// What the calling thread does with mutexes, L(ock) and U(nlock), and how many blocks it has at each.
 struct Trace {
   static inline thread_local bool isOn = false;
-  static inline thread_local char events[64] = {};
+  static inline thread_local std::array<std::pair<char, std::ptrdiff_t>, 8> events = {};
   static inline thread_local std::size_t size = 0;
 
   static void note(char event) {
-    if (isOn && size + 1 < sizeof events) events[size++] = event;
+    if (isOn && size < events.size()) events[size++] = {event, countLiveBlocks()};
   }
 
-  static std::string of(std::function<void()> const& action) {
+  /// Calls `lookup`; what it allocates is counted from 0.
+  template <typename Lookup>
+  static std::vector<std::pair<char, std::ptrdiff_t>> of(Lookup const& lookup) {
+    auto const before = countLiveBlocks();
     size = 0;
     isOn = true;
-    action();
+    std::string const text = lookup();
     isOn = false;
-    return {events, size};
+    std::ptrdiff_t const after = countLiveBlocks();
+    std::vector<std::pair<char, std::ptrdiff_t>> all(events.begin(), events.begin() + static_cast<int>(size));
+    all.emplace_back('E', after);
+    for (auto& event : all) event.second -= before;
+    return all;
   }
 };
 
@@ -170,23 +173,6 @@ void onTranslate(TranslatorCall const& call) {
 }
 
 }  // namespace Kestrel
-
-[[gnu::visibility("default"), gnu::noinline]] void* operator new(std::size_t size) {
-  Kestrel::Trace::note('A');
-  auto* memory = Kestrel::Allocations::isRefused() ? nullptr : std::malloc(size);
-  if (!memory) throw std::bad_alloc();
-  ++Kestrel::Allocations::live;
-  return memory;
-}
-
-[[gnu::visibility("default"), gnu::noinline]] void operator delete(void* memory) noexcept {
-  if (memory) --Kestrel::Allocations::live;
-  std::free(memory);
-}
-
-[[gnu::visibility("default"), gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
-  operator delete(memory);
-}
 
 #ifndef __SANITIZE_THREAD__  // which needs these functions for itself
 extern "C" [[gnu::visibility("default")]] int pthread_mutex_lock(pthread_mutex_t* mutex) noexcept {
@@ -346,37 +332,30 @@ TEST_F(TablePropertySettingsTest, KeepsTheRowsBeforeAKeyThatFails) {
   EXPECT_EQ(TablePropertySettings::getUnitString("PilotForce"), "");
 }
 
-TEST_F(TablePropertySettingsTest, AFirstLookupWithoutMemoryLeaksNothingAndLeavesWholeRows) {
-  (void)TablePropertySettings::getDisplayName("");  // what the host keeps of a first translation
-  Access::forget();
-  bool isComplete = false;
-  for (long refused = 0; !isComplete; ++refused) {
-    auto const live = Allocations::live;
-    Allocations::untilRefusal = refused;
-    try {
-      (void)TablePropertySettings::getUnitString("SuctionDistance");
-      isComplete = true;
-      EXPECT_GE(Allocations::untilRefusal, 0) << "a refused allocation went unnoticed";
-    } catch (std::bad_alloc const&) {
-    }
-    Allocations::untilRefusal = -1;
-    ASSERT_LT(refused, 10000);
+/// The catalogue before a first lookup, and again when it goes.
+struct NewCatalogue {
+  NewCatalogue() { Access::forget(); }
+  NewCatalogue(NewCatalogue const&) = delete;
+  NewCatalogue& operator=(NewCatalogue const&) = delete;
+  ~NewCatalogue() { Access::forget(); }
+};
 
-    // Without the first row the catalogue is still empty, and the next lookup is the first one.
+TEST_F(TablePropertySettingsTest, AFirstLookupWithoutMemoryLeaksNothingAndLeavesWholeRows) {
+  // Without the first row the catalogue is still empty, and the next lookup is the first one.
+  auto const expectWholeRows = [](NewCatalogue const&) {
     auto const size = Access::initMap().size();
-    std::size_t found = textsOf("DescriptionEntry") == header ? 1 : 0;
-    for (auto const& row : catalogue) {
-      auto const texts = textsOf(row.key);
-      if (texts == row.english)
-        ++found;
-      else
-        EXPECT_EQ(texts, nothing) << row.key;
+    EXPECT_EQ(textsOf("DescriptionEntry"), header);
+    for (std::size_t i = 0; i < catalogue.size(); ++i) {
+      EXPECT_EQ(textsOf(catalogue[i].key), i + 1 < size ? catalogue[i].english : nothing) << catalogue[i].key;
     }
-    EXPECT_EQ(found, size);
-    EXPECT_GE(size, 1u);
-    Access::forget();
-    EXPECT_EQ(Allocations::live, live) << "allocation " << refused;
-  }
+  };
+  auto const failures = failEachAllocation(
+      [] { return NewCatalogue(); },
+      [](NewCatalogue const&) { (void)TablePropertySettings::getUnitString("SuctionDistance"); },
+      expectWholeRows);
+  EXPECT_GT(failures.count, 100u);
+  EXPECT_EQ(failures.swallowed, 0u);
+  EXPECT_EQ(failures.leaking, 0u);
 }
 
 TEST_F(TablePropertySettingsTest, FirstLookupsOfManyThreadsWaitUntilTheCatalogueIsFull) {
@@ -406,9 +385,12 @@ TEST_F(TablePropertySettingsTest, EveryLookupTakesTheMutexAndCopiesAfterReleasin
   std::string const key = "ToolForceInWorkingDir";
   std::string const unknown = "none";
   (void)TablePropertySettings::getDisplayName(unknown);
-  EXPECT_EQ(Trace::of([&] { (void)TablePropertySettings::getTableDisplayName(key); }), "LUA");
-  EXPECT_EQ(Trace::of([&] { (void)TablePropertySettings::getUnitString(key); }), "LU");
-  EXPECT_EQ(Trace::of([&] { (void)TablePropertySettings::getShortDisplayName(unknown); }), "LU");
+  EXPECT_THAT(Trace::of([&] { return TablePropertySettings::getTableDisplayName(key); }),
+              ElementsAre(Pair('L', 0), Pair('U', 0), Pair('E', 1)));
+  EXPECT_THAT(Trace::of([&] { return TablePropertySettings::getUnitString(key); }),
+              ElementsAre(Pair('L', 0), Pair('U', 0), Pair('E', 0)));
+  EXPECT_THAT(Trace::of([&] { return TablePropertySettings::getShortDisplayName(unknown); }),
+              ElementsAre(Pair('L', 0), Pair('U', 0), Pair('E', 0)));
 }
 #endif
 
