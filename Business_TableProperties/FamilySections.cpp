@@ -32,14 +32,37 @@ std::vector<SectionDefinition> clampSections(std::vector<TablePropertyLimitType>
 
 }  // namespace
 
-std::vector<SectionDefinition> const& clamps() {
-  static auto const sections = clampSections({NoLimit, ClampClosingForce, NoLimit, NoLimit});
-  return sections;
+FamilyDefinition clamps() {
+  return {"Clamps", ToolForceDataType::clamp, true,
+          clampSections({NoLimit, ClampClosingForce, NoLimit, NoLimit})};
 }
 
-std::vector<SectionDefinition> const& bolts() {
-  static auto const sections = clampSections({BoltNormalForce, NoLimit, NoLimit, NoLimit});
-  return sections;
+FamilyDefinition bolts() {
+  return {"Bolts", ToolForceDataType::bolt, true,
+          clampSections({BoltNormalForce, NoLimit, NoLimit, NoLimit})};
+}
+
+FamilyDefinition joiningTongs() {
+  return {"Joining Tools",
+          ToolForceDataType::joiningTong,
+          false,
+          {{"Forces",
+            false,
+            true,
+            {JoiningTongNormalForce, NoLimit, NoLimit},
+            {Keys::getNameOfJoiningTongNormalForce(), Keys::getNameOfJoiningTongClosingForce(),
+             Keys::getNameOfJoiningTongSupportingForce()}},
+           {"Distances",
+            false,
+            false,
+            {JoiningTongDistance, JoiningTongGap},
+            {Keys::getNameOfJoiningTongDistance(), Keys::getNameOfJoiningTongGap()}},
+           {"Teaching",
+            true,
+            false,
+            {JoiningTeachingX, JoiningTeachingY, JoiningTeachingZ},
+            {Keys::getNameOfJoiningTeachingX(), Keys::getNameOfJoiningTeachingY(),
+             Keys::getNameOfJoiningTeachingZ()}}}};
 }
 
 }  // namespace Kestrel::FamilySections

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "Business_SimulationResult/ToolForceDataType.h"
 #include "Business_TableProperties/TablePropertyLimitType.h"
 
 namespace Kestrel {
@@ -16,11 +17,20 @@ struct SectionDefinition {
   std::vector<std::string> valueNames;             ///< in column order
 };
 
-/// The sections of each family, in display order. Made on first use, valid as long as the library is loaded.
+/// What is fixed about the table of one family.
+struct FamilyDefinition {
+  char const* title;                        ///< untranslated
+  ToolForceDataType toolKind;               ///< the unit's tools that are the family's elements
+  bool isDefaultFamily;                     ///< whether the table is among those shown first
+  std::vector<SectionDefinition> sections;  ///< in display order
+};
+
+/// The definition of each family.
 namespace FamilySections {
 
-[[nodiscard]] std::vector<SectionDefinition> const& clamps();
-[[nodiscard]] std::vector<SectionDefinition> const& bolts();
+[[nodiscard]] FamilyDefinition clamps();
+[[nodiscard]] FamilyDefinition bolts();
+[[nodiscard]] FamilyDefinition joiningTongs();
 
 }  // namespace FamilySections
 

@@ -1,6 +1,8 @@
 #include "Business_TableProperties/SimUnitMaxValuesProvider.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 #include "Business_TableProperties/FamilySections.h"
 #include "Persistence_DaoAdapter/SolverTableDataKeys.h"
@@ -11,6 +13,8 @@ namespace Kestrel {
 namespace {
 
 using DataType = MaxValueGroupContainer::DataType;
+
+constexpr unsigned int s_noStep = 0xFFFFFFFF;  // what the bounds read in a unit without visible steps
 
 struct GreaterMagnitude {
   bool operator()(double current, double value) const { return std::abs(value) > std::abs(current); }
@@ -27,6 +31,108 @@ double largest(StepValues<double> const& values, Compare const& compare) {
 
 std::string translate(char const* text) {
   return Translator::translate("SimUnitMaxValuesProvider", text, nullptr, -1);
+}
+
+std::vector<std::string> toolIdsOf(SimulationUnit const& unit, ToolForceDataType kind) {
+  std::vector<std::string> ids;
+  unit.getToolStringIDsOfToolForceType(ids, kind);
+  return ids;
+}
+
+MaxValueGroup newSection(SectionDefinition const& definition) {
+  return {translate(definition.name), definition.isTeachingGroup, definition.isForceGroup,
+          definition.limitTypes,      definition.valueNames,      {}};
+}
+
+void setFailureTexts(MaxValueGroupContainer& container) {
+  container.invalidValuesText = translate("Joining Failed");
+  container.invalidValuesNameAppendix = SimUnitMaxValuesProvider::s_invalidValues_elementNameAppendix;
+}
+
+/// Access to the entries of a map for keys that come in rounds, mostly the same keys in the same order in
+/// each round: such a key costs one comparison with the key that came at its place in the round before.
+template <typename Map>
+class RecurringKeys {
+ public:
+  explicit RecurringKeys(Map& map) : m_map(map) {}
+
+  void startRound() { m_place = 0; }
+
+  /// The entry of `key`, which is made if there is none.
+  typename Map::mapped_type& operator[](typename Map::key_type const& key) {
+    if (m_place == m_entries.size()) {
+      m_entries.push_back(m_map.try_emplace(key).first);
+    } else if (m_entries[m_place]->first != key) {
+      m_entries[m_place] = m_map.try_emplace(key).first;
+    }
+    return m_entries[m_place++]->second;
+  }
+
+ private:
+  Map& m_map;
+  std::vector<typename Map::iterator> m_entries;  // by place in the round
+  std::size_t m_place = 0;
+};
+
+/// Calls `visit` with each visible step, ascending. Steps without data, and those of a result that is gone,
+/// count as nothing to visit.
+template <typename Visit>
+void forEachVisibleStep(SimulationUnit const& unit, std::shared_ptr<SimulationResult> const& result,
+                        Visit const& visit) {
+  if (!unit.hasVisibleSimulationSteps() || !result) return;
+  auto const last = unit.getLastVisibleStep();
+  // The result bounds the walk too: the last visible step may be 0xFFFFFFFF, which no counter gets past.
+  for (auto step = unit.getFirstVisibleStep(); step <= last && step < result->getNumberOfSteps(); ++step) {
+    if (auto const data = result->getStep(step)) visit(data);
+  }
+}
+
+/// Fills `tongs` and returns the first visible step with tongs, if any, so that one walk serves both.
+template <typename JoiningTongMap>
+std::shared_ptr<SimulationStep> collectJoiningTongs(SimulationUnit const& unit,
+                                                    std::shared_ptr<SimulationResult> const& result,
+                                                    JoiningTongMap& tongs) {
+  tongs.clear();
+  RecurringKeys recordsOf(tongs);
+  std::shared_ptr<SimulationStep> firstWithTongs;
+  forEachVisibleStep(unit, result, [&](std::shared_ptr<SimulationStep> const& step) {
+    if (!firstWithTongs && step->getNumberOfJoiningTongs() != 0) firstWithTongs = step;
+    recordsOf.startRound();
+    std::for_each(step->beginJoiningTong(), step->endJoiningTong(), [&](auto const& tong) {
+      if (tong) recordsOf[tong->getJoiningTongStringID()].push_back(tong);
+    });
+  });
+  return firstWithTongs;
+}
+
+/// The solver's states of failed joins are the only ones that make the values of a join meaningless.
+bool isValid(BodyJoinInterface::JoinState state) {
+  auto const number = static_cast<unsigned int>(state);
+  return number != 5 && number != 9 && number != 10;
+}
+
+/// Whether the last records of the elements `ids` are valid, by the name that `nameOf` gives. Elements
+/// without records get no entry; of elements that share a name the last one counts.
+template <typename Records, typename NameOf>
+std::map<std::string, bool> validityOf(std::vector<std::string> const& ids, Records const& records,
+                                       NameOf const& nameOf) {
+  std::map<std::string, bool> validity;
+  for (auto const& id : ids) {
+    auto const found = records.find(id);
+    if (found == records.end()) continue;
+    auto const& last = *found->second.back();
+    validity[nameOf(last)] = isValid(last.getState());
+  }
+  return validity;
+}
+
+std::string const& nameOfTong(EvalJoiningTong const& tong) { return tong.getTongPresentationName(); }
+
+void setTitles(MaxValueGroupContainer& container, FamilyDefinition const& family,
+               SimulationUnit const& unit) {
+  container.title = translate(family.title);
+  container.unitTitle = unit.getSimulationUnitName() + container.title;
+  if (!family.isDefaultFamily) container.isDefaultFamily = false;
 }
 
 }  // namespace
@@ -51,6 +157,9 @@ std::shared_ptr<MaxValueGroupContainer> SimUnitMaxValuesProvider::genGetMaxValue
     case DataType::Clamps:
     case DataType::Bolts:
       assembleClampGroupContainer(*container, dataType, false);
+      break;
+    case DataType::JoiningTongs:
+      assembleJoiningTongGroupContainer(*container);
       break;
     default:
       break;
@@ -118,29 +227,61 @@ void SimUnitMaxValuesProvider::assembleGroup(
   }
 }
 
-MaxValueGroup SimUnitMaxValuesProvider::genSection(SectionDefinition const& definition,
-                                                   std::vector<std::string> const& itemIds,
-                                                   std::vector<std::string> const& itemNames) const {
-  MaxValueGroup section{translate(definition.name), definition.isTeachingGroup, definition.isForceGroup,
-                        definition.limitTypes,      definition.valueNames,      {}};
-  assembleGroup(itemIds, itemNames, createValueNameToColumnIndexMap(definition.valueNames), section);
-  return section;
-}
-
 void SimUnitMaxValuesProvider::assembleClampGroupContainer(MaxValueGroupContainer& container,
                                                            DataType dataType, bool withTeaching) const {
-  bool const isBolts = dataType == DataType::Bolts;
-  std::vector<std::string> ids;
-  m_simulationUnit->getToolStringIDsOfToolForceType(
-      ids, isBolts ? ToolForceDataType::bolt : ToolForceDataType::clamp);
+  auto const family = dataType == DataType::Bolts ? FamilySections::bolts() : FamilySections::clamps();
+  auto const ids = toolIdsOf(*m_simulationUnit, family.toolKind);
   if (ids.empty()) return;
 
-  container.title = translate(isBolts ? "Bolts" : "Clamps");
-  container.unitTitle = m_simulationUnit->getSimulationUnitName() + container.title;
-  for (auto const& section : isBolts ? FamilySections::bolts() : FamilySections::clamps()) {
-    if (section.isTeachingGroup && !withTeaching) continue;
-    container.groups.push_back(genSection(section, ids, ids));
+  setTitles(container, family, *m_simulationUnit);
+  for (auto const& section : family.sections) {
+    if (!section.isTeachingGroup || withTeaching) appendSection(container, section, ids, ids);
   }
+}
+
+void SimUnitMaxValuesProvider::assembleJoiningTongGroupContainer(MaxValueGroupContainer& container) const {
+  auto const family = FamilySections::joiningTongs();
+  auto const ids = toolIdsOf(*m_simulationUnit, family.toolKind);
+  if (ids.empty()) return;
+
+  JoiningTongMap tongs;
+  auto const referenceStep = collectJoiningTongs(*m_simulationUnit, getSimulationResult(), tongs);
+  container.elementNames = ids;
+  container.valuesAreValid = validityOf(ids, tongs, nameOfTong);
+  setFailureTexts(container);
+  setTitles(container, family, *m_simulationUnit);
+  if (m_simulationUnit->getLastVisibleStep() == s_noStep || !referenceStep) return;
+  std::vector<std::string> names;
+  names.reserve(ids.size());
+  for (auto const& id : ids) {
+    auto const tong = referenceStep->getJoiningTongByID(id);
+    names.push_back(tong ? tong->getTongPresentationName() : id);
+  }
+  for (auto const& section : family.sections) appendSection(container, section, ids, names);
+}
+
+void SimUnitMaxValuesProvider::getAllEvalJoiningTongs(JoiningTongMap& tongs) const {
+  collectJoiningTongs(*m_simulationUnit, getSimulationResult(), tongs);
+}
+
+std::map<std::string, bool> SimUnitMaxValuesProvider::getJoiningTongValuesAreValid(
+    std::vector<std::string> const& stringIDs) const {
+  JoiningTongMap tongs;
+  getAllEvalJoiningTongs(tongs);
+  return validityOf(stringIDs, tongs, nameOfTong);
+}
+
+bool SimUnitMaxValuesProvider::genGetJoinValueIsValid(BodyJoinInterface::JoinState state) const {
+  return isValid(state);
+}
+
+void SimUnitMaxValuesProvider::appendSection(MaxValueGroupContainer& container,
+                                             SectionDefinition const& definition,
+                                             std::vector<std::string> const& itemIds,
+                                             std::vector<std::string> const& itemNames) const {
+  auto section = newSection(definition);
+  assembleGroup(itemIds, itemNames, createValueNameToColumnIndexMap(section.valueNames), section);
+  container.groups.push_back(std::move(section));
 }
 
 }  // namespace Kestrel

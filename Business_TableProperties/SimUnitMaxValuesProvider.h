@@ -84,15 +84,33 @@ class KESTREL_TABLEPROPERTIES_EXPORT SimUnitMaxValuesProvider {
                      std::map<std::string, unsigned int> const& valueNameToColumnIndex,
                      MaxValueGroup& group) const;
 
-  /// A section with the name, flags, limit types and columns of `definition`, and the rows that
-  /// `assembleGroup` makes.
-  [[nodiscard]] MaxValueGroup genSection(SectionDefinition const& definition,
-                                         std::vector<std::string> const& itemIds,
-                                         std::vector<std::string> const& itemNames) const;
-
   /// Leaves `container` as it is when the unit has no clamps (no bolts).
   void assembleClampGroupContainer(MaxValueGroupContainer& container,
                                    MaxValueGroupContainer::DataType dataType, bool withTeaching) const;
+
+  /// The records of each tong, by string identifier, from the visible steps that have it in ascending order.
+  using JoiningTongMap = std::map<std::string, std::vector<std::shared_ptr<EvalJoiningTong>>>;
+
+  /// Leaves `container` as it is when the unit has no tongs, and without sections when no visible step has
+  /// any. The display names come from the first visible step with tongs; a tong that it lacks shows its
+  /// string identifier.
+  void assembleJoiningTongGroupContainer(MaxValueGroupContainer& container) const;
+
+  /// Replaces the content of `tongs`.
+  void getAllEvalJoiningTongs(JoiningTongMap& tongs) const;
+
+  /// Whether the tongs `stringIDs` joined, by presentation name, as of the last visible step that has the
+  /// tong. Tongs that no visible step has get no entry; of tongs that share a name the last one counts.
+  [[nodiscard]] std::map<std::string, bool> getJoiningTongValuesAreValid(
+      std::vector<std::string> const& stringIDs) const;
+
+  /// False for the states of failed joins; true for all others, those that the solver may add included.
+  [[nodiscard]] bool genGetJoinValueIsValid(BodyJoinInterface::JoinState state) const;
+
+  /// Appends the section that `definition` describes, with the rows that `assembleGroup` makes.
+  void appendSection(MaxValueGroupContainer& container, SectionDefinition const& definition,
+                     std::vector<std::string> const& itemIds,
+                     std::vector<std::string> const& itemNames) const;
 
   std::function<bool(double, double)> m_compare;  ///< whether the second value takes the place of the first
   SimulationUnit const* m_simulationUnit;

@@ -32,15 +32,6 @@ class ClampGroups : public ::testing::Test {
   SimUnitMaxValuesProvider const m_provider{m_test.unit, {}};
 };
 
-void expectSection(MaxValueGroup const& section, char const* name, bool isTeaching, bool isForce,
-                   std::vector<unsigned int> const& limitTypes, Names const& valueNames) {
-  EXPECT_EQ(section.name, name);
-  EXPECT_EQ(section.isTeachingGroup, isTeaching);
-  EXPECT_EQ(section.isForceGroup, isForce);
-  EXPECT_EQ(numbersOf(section.limitTypes), limitTypes);
-  EXPECT_EQ(section.valueNames, valueNames);
-}
-
 Names const forces{"ClampNormalForce", "ClampClosingForce", "ClampSupportingForce", "ClampTangentialForce"};
 Names const distances{"ClampNormalDisplacement"};
 Names const teaching{"ClampTeachingDistanceX", "ClampTeachingDistanceY", "ClampTeachingDistanceZ"};
@@ -58,8 +49,8 @@ TEST_F(ClampGroups, OfClampsAreForcesAndDistances) {
   EXPECT_EQ(table->invalidValuesNameAppendix, "");
 
   ASSERT_THAT(table->groups, SizeIs(2));
-  expectSection(table->groups[0], "Forces", false, true, {0, 24, 0, 0}, forces);
-  expectSection(table->groups[1], "Distances", false, false, {0}, distances);
+  EXPECT_EQ(sectionOf(table->groups[0]), (Section{"Forces", false, true, {0, 24, 0, 0}, forces}));
+  EXPECT_EQ(sectionOf(table->groups[1]), (Section{"Distances", false, false, {0}, distances}));
   EXPECT_THAT(rowsOf(table->groups[0]), ElementsAre(Row{"", "Clamp 10", {2.0, -12.0, -3.0, -4.5}},
                                                     Row{"", "Clamp 2", {0.0, 6.0, 0.0, 0.0}}));
   EXPECT_THAT(rowsOf(table->groups[1]), ElementsAre(Row{"", "Clamp 10", {-0.2}}, Row{"", "Clamp 2", {0.0}}));
@@ -73,23 +64,23 @@ TEST_F(ClampGroups, OfBoltsLimitTheNormalForceInstead) {
   EXPECT_EQ(table->unitTitle, "OP20Bolts");
   EXPECT_TRUE(table->isDefaultFamily);
   ASSERT_THAT(table->groups, SizeIs(2));
-  expectSection(table->groups[0], "Forces", false, true, {23, 0, 0, 0}, forces);
-  expectSection(table->groups[1], "Distances", false, false, {0}, distances);
+  EXPECT_EQ(sectionOf(table->groups[0]), (Section{"Forces", false, true, {23, 0, 0, 0}, forces}));
+  EXPECT_EQ(sectionOf(table->groups[1]), (Section{"Distances", false, false, {0}, distances}));
   EXPECT_THAT(rowsOf(table->groups[0]), ElementsAre(Row{"", "Bolt 1", {-50.0, 0.0, 0.0, 0.0}}));
 }
 
 TEST_F(ClampGroups, HaveTeachingAsThirdSectionOnRequest) {
   auto const clamps = m_provider.genGetClampMaxValuesCollection(DataType::Clamps, true);
   ASSERT_THAT(clamps->groups, SizeIs(3));
-  expectSection(clamps->groups[0], "Forces", false, true, {0, 24, 0, 0}, forces);
-  expectSection(clamps->groups[1], "Distances", false, false, {0}, distances);
-  expectSection(clamps->groups[2], "Teaching", true, false, {0, 0, 0}, teaching);
+  EXPECT_EQ(sectionOf(clamps->groups[0]), (Section{"Forces", false, true, {0, 24, 0, 0}, forces}));
+  EXPECT_EQ(sectionOf(clamps->groups[1]), (Section{"Distances", false, false, {0}, distances}));
+  EXPECT_EQ(sectionOf(clamps->groups[2]), (Section{"Teaching", true, false, {0, 0, 0}, teaching}));
   EXPECT_THAT(rowsOf(clamps->groups[2]),
               ElementsAre(Row{"", "Clamp 10", {0.5, -0.6, 0.7}}, Row{"", "Clamp 2", {0.0, 0.0, 0.0}}));
 
   auto const bolts = m_provider.genGetClampMaxValuesCollection(DataType::Bolts, true);
   ASSERT_THAT(bolts->groups, SizeIs(3));
-  expectSection(bolts->groups[0], "Forces", false, true, {23, 0, 0, 0}, forces);
+  EXPECT_EQ(sectionOf(bolts->groups[0]), (Section{"Forces", false, true, {23, 0, 0, 0}, forces}));
   EXPECT_THAT(rowsOf(bolts->groups[2]), ElementsAre(Row{"", "Bolt 1", {0.0, 1.5, 0.0}}));
 
   EXPECT_THAT(m_provider.genGetClampMaxValuesCollection(DataType::Clamps, false)->groups, SizeIs(2));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <vector>
 
@@ -11,6 +12,9 @@ namespace Kestrel {
 class SimulationResult {
  public:
   explicit SimulationResult(std::vector<std::shared_ptr<SimulationStep>> steps);
+
+  /// Steps without data count too; no step has this number or a greater one.
+  [[nodiscard]] std::size_t getNumberOfSteps() const { return m_steps.size(); }
 
   /// The step with the number `step`; empty when the step has no data or there is no such step.
   [[nodiscard]] std::shared_ptr<SimulationStep> getStep(unsigned int step) const;

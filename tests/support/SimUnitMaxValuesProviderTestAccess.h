@@ -25,6 +25,17 @@ struct SimUnitMaxValuesProviderTestAccess {
                             Columns const& columns, MaxValueGroup& group) {
     provider.assembleGroup(ids, names, columns, group);
   }
+
+  using JoiningTongMap = Provider::JoiningTongMap;
+  static void allJoiningTongs(Provider const& provider, JoiningTongMap& tongs) {
+    provider.getAllEvalJoiningTongs(tongs);
+  }
+  static auto joiningTongValidity(Provider const& provider, Names const& ids) {
+    return provider.getJoiningTongValuesAreValid(ids);
+  }
+  static bool joinIsValid(Provider const& provider, BodyJoinInterface::JoinState state) {
+    return provider.genGetJoinValueIsValid(state);
+  }
 };
 
 }  // namespace Kestrel

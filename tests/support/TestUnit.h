@@ -47,6 +47,11 @@ struct TestUnit {
   }
 };
 
+inline std::shared_ptr<EvalJoiningTong> joiningTong(std::string id, std::string name, unsigned int state) {
+  return std::make_shared<EvalJoiningTong>(std::move(id), std::move(name),
+                                           BodyJoinInterface::JoinState(state));
+}
+
 /// A row of a section with the name of the sub-group that holds it.
 struct Row {
   std::string subGroup;
@@ -73,6 +78,29 @@ inline std::vector<unsigned int> numbersOf(std::vector<TablePropertyLimitType> c
   std::vector<unsigned int> numbers;
   for (auto const limitType : limitTypes) numbers.push_back(static_cast<unsigned int>(limitType));
   return numbers;
+}
+
+/// A section without its rows; limit types by number.
+struct Section {
+  std::string name;
+  bool isTeachingGroup;
+  bool isForceGroup;
+  std::vector<unsigned int> limitTypes;
+  Names valueNames;
+
+  friend bool operator==(Section const&, Section const&) = default;
+  friend std::ostream& operator<<(std::ostream& out, Section const& section) {
+    out << section.name << (section.isTeachingGroup ? " teaching" : "")
+        << (section.isForceGroup ? " force" : "");
+    for (auto const limitType : section.limitTypes) out << ' ' << limitType;
+    for (auto const& valueName : section.valueNames) out << ' ' << valueName;
+    return out;
+  }
+};
+
+inline Section sectionOf(MaxValueGroup const& group) {
+  return {group.name, group.isTeachingGroup, group.isForceGroup, numbersOf(group.limitTypes),
+          group.valueNames};
 }
 
 /// Whether a family routine left `table` as the constructor made it.
