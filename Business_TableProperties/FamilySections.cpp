@@ -42,6 +42,13 @@ FamilyDefinition bolts() {
           clampSections({BoltNormalForce, NoLimit, NoLimit, NoLimit})};
 }
 
+FamilyDefinition pilots() {
+  return {"Pilots",
+          ToolForceDataType::pilot,
+          false,
+          {{"Forces", false, true, {PilotForce}, {Keys::getNameOfPilotForce()}}}};
+}
+
 FamilyDefinition joiningTongs() {
   return {"Joining Tools",
           ToolForceDataType::joiningTong,

@@ -30,6 +30,7 @@ namespace FamilySections {
 
 [[nodiscard]] FamilyDefinition clamps();
 [[nodiscard]] FamilyDefinition bolts();
+[[nodiscard]] FamilyDefinition pilots();
 [[nodiscard]] FamilyDefinition joiningTongs();
 
 }  // namespace FamilySections

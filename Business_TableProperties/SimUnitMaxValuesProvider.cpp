@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <string_view>
+#include <unordered_set>
 
 #include "Business_TableProperties/FamilySections.h"
 #include "Persistence_DaoAdapter/SolverTableDataKeys.h"
@@ -135,6 +137,13 @@ void setTitles(MaxValueGroupContainer& container, FamilyDefinition const& family
   if (!family.isDefaultFamily) container.isDefaultFamily = false;
 }
 
+/// What follows the quantity and its underscore in the name of a pilot's series. Where no underscore follows
+/// the quantity, the search's "not found" (the greatest number) plus the length of both wraps around to the
+/// length of the quantity.
+std::string pilotNameOf(std::string const& seriesName, std::string const& valueName) {
+  return seriesName.substr(seriesName.find(valueName + '_') + valueName.size() + 1);
+}
+
 }  // namespace
 
 std::string const SimUnitMaxValuesProvider::s_invalidValues_elementNameAppendix =
@@ -160,6 +169,9 @@ std::shared_ptr<MaxValueGroupContainer> SimUnitMaxValuesProvider::genGetMaxValue
       break;
     case DataType::JoiningTongs:
       assembleJoiningTongGroupContainer(*container);
+      break;
+    case DataType::Pilots:
+      assemblePilotGroupContainer(*container);
       break;
     default:
       break;
@@ -236,6 +248,42 @@ void SimUnitMaxValuesProvider::assembleClampGroupContainer(MaxValueGroupContaine
   setTitles(container, family, *m_simulationUnit);
   for (auto const& section : family.sections) {
     if (!section.isTeachingGroup || withTeaching) appendSection(container, section, ids, ids);
+  }
+}
+
+void SimUnitMaxValuesProvider::assemblePilotGroupContainer(MaxValueGroupContainer& container) const {
+  auto const family = FamilySections::pilots();
+  auto const pilotToolIds = toolIdsOf(*m_simulationUnit, family.toolKind);
+  if (pilotToolIds.empty()) return;
+
+  setTitles(container, family, *m_simulationUnit);
+  auto section = newSection(family.sections.front());
+  assemblePilotsGroup(pilotToolIds.front(), createValueNameToColumnIndexMap(section.valueNames), section,
+                      toolIdsOf(*m_simulationUnit, ToolForceDataType::bolt));
+  container.groups.push_back(std::move(section));
+}
+
+void SimUnitMaxValuesProvider::assemblePilotsGroup(
+    std::string const& pilotToolId, std::map<std::string, unsigned int> const& valueNameToColumnIndex,
+    MaxValueGroup& group, std::vector<std::string> const& boltIds) const {
+  if (group.subGroups.capacity() < 20) group.subGroups.reserve(20);
+  auto const* toolForces = m_simulationUnit->getToolForces(pilotToolId);
+  if (toolForces == nullptr) return;
+  std::unordered_set<std::string_view> const bolts(boltIds.begin(), boltIds.end());
+  std::map<std::string, std::size_t> rowOfPilot;
+  for (auto const& [valueName, column] : valueNameToColumnIndex) {
+    for (auto const& [seriesName, series] : *toolForces) {
+      if (!series || seriesName.find(valueName) == std::string::npos) continue;
+      auto const pilot = pilotNameOf(seriesName, valueName);
+      if (bolts.contains(pilot)) continue;
+      auto const [entry, isNew] = rowOfPilot.try_emplace(pilot, rowOfPilot.size());
+      if (isNew) {
+        group.subGroups.resize(entry->second + 1);
+        group.subGroups.back() = {"", {{pilot, std::vector<double>(valueNameToColumnIndex.size(), 0.0)}}};
+      }
+      auto& row = group.subGroups[entry->second].items.front().maxValues;
+      if (column < row.size()) row[column] = computeMaxValue(*series);
+    }
   }
 }
 

@@ -88,6 +88,16 @@ class KESTREL_TABLEPROPERTIES_EXPORT SimUnitMaxValuesProvider {
   void assembleClampGroupContainer(MaxValueGroupContainer& container,
                                    MaxValueGroupContainer::DataType dataType, bool withTeaching) const;
 
+  /// Leaves `container` as it is when the unit has no pilot tool; of several the first counts.
+  void assemblePilotGroupContainer(MaxValueGroupContainer& container) const;
+
+  /// Splits the series of the pilot tool, each named by quantity, underscore and pilot, into one row per
+  /// pilot, in the order in which they are met column by column. Series of `boltIds` are passed over; of
+  /// series of one quantity and pilot the last counts.
+  void assemblePilotsGroup(std::string const& pilotToolId,
+                           std::map<std::string, unsigned int> const& valueNameToColumnIndex,
+                           MaxValueGroup& group, std::vector<std::string> const& boltIds) const;
+
   /// The records of each tong, by string identifier, from the visible steps that have it in ascending order.
   using JoiningTongMap = std::map<std::string, std::vector<std::shared_ptr<EvalJoiningTong>>>;
 

@@ -26,6 +26,11 @@ struct SimUnitMaxValuesProviderTestAccess {
     provider.assembleGroup(ids, names, columns, group);
   }
 
+  static void assemblePilots(Provider const& provider, std::string const& toolId, Columns const& columns,
+                             MaxValueGroup& group, Names const& boltIds) {
+    provider.assemblePilotsGroup(toolId, columns, group, boltIds);
+  }
+
   using JoiningTongMap = Provider::JoiningTongMap;
   static void allJoiningTongs(Provider const& provider, JoiningTongMap& tongs) {
     provider.getAllEvalJoiningTongs(tongs);
