@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "Business_IncSimulationPrimitives/GlobalForcesDefinition.h"
+#include "Business_IncSimulationPrimitives/ToolForceBusinessName.h"
 #include "Persistence_DaoAdapter/SolverTableDataKeys.h"
 
 namespace Kestrel::FamilySections {
@@ -47,6 +49,34 @@ FamilyDefinition pilots() {
           ToolForceDataType::pilot,
           false,
           {{"Forces", false, true, {PilotForce}, {Keys::getNameOfPilotForce()}}}};
+}
+
+FamilyDefinition tools(MaxValueGroupContainer::DataType dataType) {
+  using enum MaxValueGroupContainer::DataType;
+  auto const family = [](char const* title, bool isDefaultFamily,
+                         std::vector<TablePropertyLimitType> limitTypes) {
+    return FamilyDefinition{
+        title,
+        ToolForceDataType::tool,
+        isDefaultFamily,
+        {{"Forces",
+          false,
+          true,
+          std::move(limitTypes),
+          {ToolForceBusinessName::getTranslated(GlobalForcesDefinition::s_totalToolForces)}}}};
+  };
+  switch (dataType) {
+    case ClampingTools:  // two limits for the one column: its own and that of the clamps' closing force
+      return family("Clamping Tools", true, {ClampingToolForce, ClampClosingForce});
+    case Rollers:
+      return family("Rollers", false, {RollerForce});
+    case Steels:
+      return family("Steels", false, {SteelForce});
+    case HemmingBed:
+      return family("Hemming Bed", false, {HemmingBedForce});
+    default:
+      return {"", ToolForceDataType::tool, true, {{"Forces", false, true, {}, {}}}};
+  }
 }
 
 FamilyDefinition joiningTongs() {

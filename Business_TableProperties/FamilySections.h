@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "Business_SimulationResult/ToolForceDataType.h"
+#include "Business_TableProperties/MaxValueGroupContainer.h"
 #include "Business_TableProperties/TablePropertyLimitType.h"
 
 namespace Kestrel {
@@ -31,6 +32,9 @@ namespace FamilySections {
 [[nodiscard]] FamilyDefinition clamps();
 [[nodiscard]] FamilyDefinition bolts();
 [[nodiscard]] FamilyDefinition pilots();
+/// The forming tools of one kind. A number that is none of theirs gives a section without columns and no
+/// title.
+[[nodiscard]] FamilyDefinition tools(MaxValueGroupContainer::DataType dataType);
 [[nodiscard]] FamilyDefinition joiningTongs();
 
 }  // namespace FamilySections

@@ -137,6 +137,14 @@ void setTitles(MaxValueGroupContainer& container, FamilyDefinition const& family
   if (!family.isDefaultFamily) container.isDefaultFamily = false;
 }
 
+void makeAbsolute(MaxValueGroup& section) {
+  for (auto& subGroup : section.subGroups) {
+    for (auto& item : subGroup.items) {
+      for (double& value : item.maxValues) value = std::abs(value);
+    }
+  }
+}
+
 /// What follows the quantity and its underscore in the name of a pilot's series. Where no underscore follows
 /// the quantity, the search's "not found" (the greatest number) plus the length of both wraps around to the
 /// length of the quantity.
@@ -187,8 +195,10 @@ std::shared_ptr<MaxValueGroupContainer> SimUnitMaxValuesProvider::genGetClampMax
 }
 
 std::shared_ptr<MaxValueGroupContainer> SimUnitMaxValuesProvider::genGetToolMaxValuesCollection(
-    ToolGrouping const& /*grouping*/, DataType dataType) const {
-  return std::make_shared<MaxValueGroupContainer>(dataType, m_simulationUnit->getID());
+    ToolGrouping const& grouping, DataType dataType) const {
+  auto container = std::make_shared<MaxValueGroupContainer>(dataType, m_simulationUnit->getID());
+  assembleToolContainer(*container, grouping, dataType);
+  return container;
 }
 
 std::shared_ptr<SimulationResult> SimUnitMaxValuesProvider::getSimulationResult() const {
@@ -212,29 +222,35 @@ double SimUnitMaxValuesProvider::computeMaxValue(StepValues<double>& values) con
   });
 }
 
+std::vector<double> SimUnitMaxValuesProvider::genRow(
+    std::string const& toolId, std::map<std::string, unsigned int> const& valueNameToColumnIndex) const {
+  std::vector<double> row(valueNameToColumnIndex.size(), 0.0);
+  auto const setMaxValue = [&](unsigned int column, StepValues<double>& series) {
+    // A map of repeated names holds a column beyond the row, which has one value per entry.
+    if (column < row.size()) row[column] = computeMaxValue(series);
+  };
+  if (auto const* toolForces = m_simulationUnit->getToolForces(toolId)) {
+    for (auto const& [quantity, series] : *toolForces) {
+      auto const column = valueNameToColumnIndex.find(quantity);
+      if (column != valueNameToColumnIndex.end() && series) setMaxValue(column->second, *series);
+    }
+  }
+  auto const tangentialForce =
+      valueNameToColumnIndex.find(SolverTableDataKeys::getNameOfJoinTangentialForce());
+  if (tangentialForce != valueNameToColumnIndex.end()) {
+    auto const series = m_simulationUnit->genGetJoinTangentialForceStepValues(toolId);
+    if (series) setMaxValue(tangentialForce->second, *series);
+  }
+  return row;
+}
+
 void SimUnitMaxValuesProvider::assembleGroup(
     std::vector<std::string> const& itemIds, std::vector<std::string> const& itemNames,
     std::map<std::string, unsigned int> const& valueNameToColumnIndex, MaxValueGroup& group) const {
   if (itemIds.size() != itemNames.size()) return;
-  auto const tangentialForce =
-      valueNameToColumnIndex.find(SolverTableDataKeys::getNameOfJoinTangentialForce());
   group.subGroups.reserve(itemIds.size());
   for (std::size_t i = 0; i < itemIds.size(); ++i) {
-    std::vector<double> row(valueNameToColumnIndex.size(), 0.0);
-    auto const setMaxValue = [&](unsigned int column, StepValues<double>& series) {
-      // A map of repeated names holds a column beyond the row, which has one value per entry.
-      if (column < row.size()) row[column] = computeMaxValue(series);
-    };
-    if (auto const* toolForces = m_simulationUnit->getToolForces(itemIds[i])) {
-      for (auto const& [quantity, series] : *toolForces) {
-        auto const column = valueNameToColumnIndex.find(quantity);
-        if (column != valueNameToColumnIndex.end() && series) setMaxValue(column->second, *series);
-      }
-    }
-    if (tangentialForce != valueNameToColumnIndex.end()) {
-      auto const series = m_simulationUnit->genGetJoinTangentialForceStepValues(itemIds[i]);
-      if (series) setMaxValue(tangentialForce->second, *series);
-    }
+    auto row = genRow(itemIds[i], valueNameToColumnIndex);
     group.subGroups.emplace_back().items.push_back({itemNames[i], std::move(row)});
   }
 }
@@ -284,6 +300,37 @@ void SimUnitMaxValuesProvider::assemblePilotsGroup(
       auto& row = group.subGroups[entry->second].items.front().maxValues;
       if (column < row.size()) row[column] = computeMaxValue(*series);
     }
+  }
+}
+
+void SimUnitMaxValuesProvider::assembleToolContainer(MaxValueGroupContainer& container,
+                                                     ToolGrouping const& grouping, DataType dataType) const {
+  auto const family = FamilySections::tools(dataType);
+  auto const ids = toolIdsOf(*m_simulationUnit, family.toolKind);
+  if (ids.empty()) return;
+
+  // The title is set afterwards: the tables of the forming tools are titled by the unit alone.
+  container.unitTitle = m_simulationUnit->getSimulationUnitName() + container.title;
+  if (*family.title != '\0') container.title = translate(family.title);
+  if (!family.isDefaultFamily) container.isDefaultFamily = false;
+  auto section = newSection(family.sections.front());
+  assembleGroupWithGrouping(ids, ids, createValueNameToColumnIndexMap(section.valueNames), grouping, section);
+  if (dataType == DataType::HemmingBed) makeAbsolute(section);
+  container.groups.push_back(std::move(section));
+}
+
+void SimUnitMaxValuesProvider::assembleGroupWithGrouping(
+    std::vector<std::string> const& itemIds, std::vector<std::string> const& itemNames,
+    std::map<std::string, unsigned int> const& valueNameToColumnIndex, ToolGrouping const& grouping,
+    MaxValueGroup& group) const {
+  if (itemIds.size() != itemNames.size()) return;
+  group.subGroups.reserve(itemIds.size());
+  for (auto const& [name, toolIds] : grouping) {
+    MaxValueSubGroup subGroup{name, {}};
+    subGroup.items.reserve(toolIds.size());
+    for (auto const& toolId : toolIds)
+      subGroup.items.push_back({toolId, genRow(toolId, valueNameToColumnIndex)});
+    group.subGroups.push_back(std::move(subGroup));
   }
 }
 

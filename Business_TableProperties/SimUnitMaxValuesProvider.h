@@ -98,6 +98,19 @@ class KESTREL_TABLEPROPERTIES_EXPORT SimUnitMaxValuesProvider {
                            std::map<std::string, unsigned int> const& valueNameToColumnIndex,
                            MaxValueGroup& group, std::vector<std::string> const& boltIds) const;
 
+  /// Leaves `container` as it is when the unit has no forming tools. The unit's title is its name alone, the
+  /// values of the hemming bed are absolute values.
+  void assembleToolContainer(MaxValueGroupContainer& container, ToolGrouping const& grouping,
+                             MaxValueGroupContainer::DataType dataType) const;
+
+  /// Appends one named sub-group per entry of `grouping`, with one item per tool that it lists, named by the
+  /// tool's identifier; a tool that the unit does not know has a row of zeros. `itemIds` says how many
+  /// sub-groups to make room for; does nothing when the two lists differ in length.
+  void assembleGroupWithGrouping(std::vector<std::string> const& itemIds,
+                                 std::vector<std::string> const& itemNames,
+                                 std::map<std::string, unsigned int> const& valueNameToColumnIndex,
+                                 ToolGrouping const& grouping, MaxValueGroup& group) const;
+
   /// The records of each tong, by string identifier, from the visible steps that have it in ascending order.
   using JoiningTongMap = std::map<std::string, std::vector<std::shared_ptr<EvalJoiningTong>>>;
 
@@ -116,6 +129,10 @@ class KESTREL_TABLEPROPERTIES_EXPORT SimUnitMaxValuesProvider {
 
   /// False for the states of failed joins; true for all others, those that the solver may add included.
   [[nodiscard]] bool genGetJoinValueIsValid(BodyJoinInterface::JoinState state) const;
+
+  /// The maxima of one tool, one per entry of the map; 0.0 in the columns that the tool has no series for.
+  [[nodiscard]] std::vector<double> genRow(
+      std::string const& toolId, std::map<std::string, unsigned int> const& valueNameToColumnIndex) const;
 
   /// Appends the section that `definition` describes, with the rows that `assembleGroup` makes.
   void appendSection(MaxValueGroupContainer& container, SectionDefinition const& definition,

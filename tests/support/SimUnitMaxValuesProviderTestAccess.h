@@ -31,6 +31,12 @@ struct SimUnitMaxValuesProviderTestAccess {
     provider.assemblePilotsGroup(toolId, columns, group, boltIds);
   }
 
+  static void assembleGroupWithGrouping(Provider const& provider, Names const& ids, Names const& names,
+                                        Columns const& columns, Provider::ToolGrouping const& grouping,
+                                        MaxValueGroup& group) {
+    provider.assembleGroupWithGrouping(ids, names, columns, grouping, group);
+  }
+
   using JoiningTongMap = Provider::JoiningTongMap;
   static void allJoiningTongs(Provider const& provider, JoiningTongMap& tongs) {
     provider.getAllEvalJoiningTongs(tongs);
