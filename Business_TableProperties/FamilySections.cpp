@@ -79,6 +79,18 @@ FamilyDefinition tools(MaxValueGroupContainer::DataType dataType) {
   }
 }
 
+// The one section of forces that is not marked as such: its second column is a distance.
+FamilyDefinition suctionZones() {
+  return {"Suction Zones",
+          ToolForceDataType::suctionZone,
+          true,
+          {{"Forces",
+            false,
+            false,
+            {SuctionZoneForce, SuctionDistance},
+            {Keys::getNameOfSuctionZoneAbsForce(), Keys::getNameOfSuctionDistance()}}}};
+}
+
 FamilyDefinition joiningTongs() {
   return {"Joining Tools",
           ToolForceDataType::joiningTong,

@@ -35,6 +35,7 @@ namespace FamilySections {
 /// The forming tools of one kind. A number that is none of theirs gives a section without columns and no
 /// title.
 [[nodiscard]] FamilyDefinition tools(MaxValueGroupContainer::DataType dataType);
+[[nodiscard]] FamilyDefinition suctionZones();
 [[nodiscard]] FamilyDefinition joiningTongs();
 
 }  // namespace FamilySections

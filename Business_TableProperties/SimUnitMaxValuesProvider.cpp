@@ -181,6 +181,9 @@ std::shared_ptr<MaxValueGroupContainer> SimUnitMaxValuesProvider::genGetMaxValue
     case DataType::Pilots:
       assemblePilotGroupContainer(*container);
       break;
+    case DataType::SuctionZones:
+      assembleSuctionZoneContainer(*container);
+      break;
     default:
       break;
   }
@@ -332,6 +335,31 @@ void SimUnitMaxValuesProvider::assembleGroupWithGrouping(
       subGroup.items.push_back({toolId, genRow(toolId, valueNameToColumnIndex)});
     group.subGroups.push_back(std::move(subGroup));
   }
+}
+
+void SimUnitMaxValuesProvider::assembleSuctionZoneContainer(MaxValueGroupContainer& container) const {
+  auto const family = FamilySections::suctionZones();
+  auto const ids = toolIdsOf(*m_simulationUnit, family.toolKind);
+  if (ids.empty()) return;
+
+  container.valuesAreValid = getSuctionZoneValuesAreValid();
+  setTitles(container, family, *m_simulationUnit);
+  for (auto const& section : family.sections) appendSection(container, section, ids, ids);
+}
+
+std::map<std::string, bool> SimUnitMaxValuesProvider::getSuctionZoneValuesAreValid() const {
+  std::map<std::string, bool> validity;
+  RecurringKeys wasActive(validity);
+  forEachVisibleStep(*m_simulationUnit, getSimulationResult(), [&](auto const& step) {
+    wasActive.startRound();
+    std::for_each(step->beginSuctionZoneMap(), step->endSuctionZoneMap(), [&](auto const& entry) {
+      auto const& zone = entry.second;
+      if (!zone) return;
+      bool& isValid = wasActive[zone->getSuctionZonePresentationName()];
+      if (!isValid) isValid = zone->getActive();
+    });
+  });
+  return validity;
 }
 
 void SimUnitMaxValuesProvider::assembleJoiningTongGroupContainer(MaxValueGroupContainer& container) const {

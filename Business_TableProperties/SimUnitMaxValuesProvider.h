@@ -111,6 +111,13 @@ class KESTREL_TABLEPROPERTIES_EXPORT SimUnitMaxValuesProvider {
                                  std::map<std::string, unsigned int> const& valueNameToColumnIndex,
                                  ToolGrouping const& grouping, MaxValueGroup& group) const;
 
+  /// Leaves `container` as it is when the unit has no suction zones.
+  void assembleSuctionZoneContainer(MaxValueGroupContainer& container) const;
+
+  /// Whether each suction zone was active in at least one visible step, by presentation name. Zones that no
+  /// visible step has get no entry; zones that share a name share the entry.
+  [[nodiscard]] std::map<std::string, bool> getSuctionZoneValuesAreValid() const;
+
   /// The records of each tong, by string identifier, from the visible steps that have it in ascending order.
   using JoiningTongMap = std::map<std::string, std::vector<std::shared_ptr<EvalJoiningTong>>>;
 

@@ -37,6 +37,10 @@ struct SimUnitMaxValuesProviderTestAccess {
     provider.assembleGroupWithGrouping(ids, names, columns, grouping, group);
   }
 
+  static auto suctionZoneValidity(Provider const& provider) {
+    return provider.getSuctionZoneValuesAreValid();
+  }
+
   using JoiningTongMap = Provider::JoiningTongMap;
   static void allJoiningTongs(Provider const& provider, JoiningTongMap& tongs) {
     provider.getAllEvalJoiningTongs(tongs);

@@ -47,6 +47,10 @@ struct TestUnit {
   }
 };
 
+inline std::shared_ptr<EvalSuctionZone> suctionZone(std::string name, bool active) {
+  return std::make_shared<EvalSuctionZone>(std::move(name), active);
+}
+
 inline std::shared_ptr<EvalJoiningTong> joiningTong(std::string id, std::string name, unsigned int state) {
   return std::make_shared<EvalJoiningTong>(std::move(id), std::move(name),
                                            BodyJoinInterface::JoinState(state));
