@@ -114,4 +114,15 @@ FamilyDefinition joiningTongs() {
              Keys::getNameOfJoiningTeachingZ()}}}};
 }
 
+FamilyDefinition spotWelds() {
+  return {"Joins",
+          ToolForceDataType::spotWeld,
+          true,
+          {{"Forces",
+            false,
+            true,
+            {JoinNormalForce, JoinTangentialForce},
+            {Keys::getNameOfJoinForceN(), Keys::getNameOfJoinTangentialForce()}}}};
+}
+
 }  // namespace Kestrel::FamilySections

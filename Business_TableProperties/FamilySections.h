@@ -37,6 +37,7 @@ namespace FamilySections {
 [[nodiscard]] FamilyDefinition tools(MaxValueGroupContainer::DataType dataType);
 [[nodiscard]] FamilyDefinition suctionZones();
 [[nodiscard]] FamilyDefinition joiningTongs();
+[[nodiscard]] FamilyDefinition spotWelds();
 
 }  // namespace FamilySections
 

@@ -130,6 +130,8 @@ std::map<std::string, bool> validityOf(std::vector<std::string> const& ids, Reco
 
 std::string const& nameOfTong(EvalJoiningTong const& tong) { return tong.getTongPresentationName(); }
 
+std::string nameOfPointJoin(SimulationBodyJoin const& join) { return join.getName(0); }
+
 void setTitles(MaxValueGroupContainer& container, FamilyDefinition const& family,
                SimulationUnit const& unit) {
   container.title = translate(family.title);
@@ -183,6 +185,9 @@ std::shared_ptr<MaxValueGroupContainer> SimUnitMaxValuesProvider::genGetMaxValue
       break;
     case DataType::SuctionZones:
       assembleSuctionZoneContainer(*container);
+      break;
+    case DataType::SpotWelds:
+      assembleSpotWeldGroupContainer(*container);
       break;
     default:
       break;
@@ -392,6 +397,43 @@ std::map<std::string, bool> SimUnitMaxValuesProvider::getJoiningTongValuesAreVal
   JoiningTongMap tongs;
   getAllEvalJoiningTongs(tongs);
   return validityOf(stringIDs, tongs, nameOfTong);
+}
+
+void SimUnitMaxValuesProvider::assembleSpotWeldGroupContainer(MaxValueGroupContainer& container) const {
+  auto const family = FamilySections::spotWelds();
+  PointJoinMap joins;
+  getAllPointJoins(joins);
+  auto ids = toolIdsOf(*m_simulationUnit, family.toolKind);
+  std::erase_if(ids, [&joins](std::string const& id) { return !joins.contains(id); });
+  if (ids.empty()) return;
+
+  std::vector<std::string> names;
+  names.reserve(ids.size());
+  for (auto const& id : ids) names.push_back(nameOfPointJoin(*joins.at(id).front()));
+  container.elementNames = ids;
+  container.valuesAreValid = validityOf(ids, joins, nameOfPointJoin);
+  setFailureTexts(container);
+  setTitles(container, family, *m_simulationUnit);
+  for (auto const& section : family.sections) appendSection(container, section, ids, names);
+}
+
+void SimUnitMaxValuesProvider::getAllPointJoins(PointJoinMap& joins) const {
+  joins.clear();
+  RecurringKeys recordsOf(joins);
+  forEachVisibleStep(*m_simulationUnit, getSimulationResult(), [&](auto const& step) {
+    recordsOf.startRound();
+    std::for_each(step->beginJoinMap(), step->endJoinMap(), [&](auto const& entry) {
+      auto const& join = entry.second;
+      if (join) recordsOf[join->getStringID()].push_back(join);
+    });
+  });
+}
+
+std::map<std::string, bool> SimUnitMaxValuesProvider::getPointJoinValuesAreValid(
+    std::vector<std::string> const& stringIDs) const {
+  PointJoinMap joins;
+  getAllPointJoins(joins);
+  return validityOf(stringIDs, joins, nameOfPointJoin);
 }
 
 bool SimUnitMaxValuesProvider::genGetJoinValueIsValid(BodyJoinInterface::JoinState state) const {

@@ -134,6 +134,21 @@ class KESTREL_TABLEPROPERTIES_EXPORT SimUnitMaxValuesProvider {
   [[nodiscard]] std::map<std::string, bool> getJoiningTongValuesAreValid(
       std::vector<std::string> const& stringIDs) const;
 
+  /// The records of each spot weld, by string identifier, from the visible steps that have it in ascending
+  /// order.
+  using PointJoinMap = std::map<std::string, std::vector<std::shared_ptr<SimulationBodyJoin>>>;
+
+  /// Leaves `container` as it is when no visible step has any of the unit's spot welds; those that none has
+  /// are left out. A weld is named by its first visible record.
+  void assembleSpotWeldGroupContainer(MaxValueGroupContainer& container) const;
+
+  /// Replaces the content of `joins`.
+  void getAllPointJoins(PointJoinMap& joins) const;
+
+  /// As `getJoiningTongValuesAreValid`, for spot welds and their display names.
+  [[nodiscard]] std::map<std::string, bool> getPointJoinValuesAreValid(
+      std::vector<std::string> const& stringIDs) const;
+
   /// False for the states of failed joins; true for all others, those that the solver may add included.
   [[nodiscard]] bool genGetJoinValueIsValid(BodyJoinInterface::JoinState state) const;
 

@@ -48,6 +48,14 @@ struct SimUnitMaxValuesProviderTestAccess {
   static auto joiningTongValidity(Provider const& provider, Names const& ids) {
     return provider.getJoiningTongValuesAreValid(ids);
   }
+  using PointJoinMap = Provider::PointJoinMap;
+  static void allPointJoins(Provider const& provider, PointJoinMap& joins) {
+    provider.getAllPointJoins(joins);
+  }
+  static auto pointJoinValidity(Provider const& provider, Names const& ids) {
+    return provider.getPointJoinValuesAreValid(ids);
+  }
+
   static bool joinIsValid(Provider const& provider, BodyJoinInterface::JoinState state) {
     return provider.genGetJoinValueIsValid(state);
   }

@@ -56,6 +56,11 @@ inline std::shared_ptr<EvalJoiningTong> joiningTong(std::string id, std::string 
                                            BodyJoinInterface::JoinState(state));
 }
 
+inline std::shared_ptr<SimulationBodyJoin> spotWeld(std::string id, std::string name, unsigned int state) {
+  return std::make_shared<SimulationBodyJoin>(std::move(id), std::move(name),
+                                              BodyJoinInterface::JoinState(state));
+}
+
 /// A row of a section with the name of the sub-group that holds it.
 struct Row {
   std::string subGroup;
