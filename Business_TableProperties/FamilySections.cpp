@@ -5,6 +5,7 @@
 #include "Business_IncSimulationPrimitives/GlobalForcesDefinition.h"
 #include "Business_IncSimulationPrimitives/ToolForceBusinessName.h"
 #include "Persistence_DaoAdapter/SolverTableDataKeys.h"
+#include "Persistence_SkinBaseName/SkinBaseName.h"
 
 namespace Kestrel::FamilySections {
 
@@ -123,6 +124,28 @@ FamilyDefinition spotWelds() {
             true,
             {JoinNormalForce, JoinTangentialForce},
             {Keys::getNameOfJoinForceN(), Keys::getNameOfJoinTangentialForce()}}}};
+}
+
+FamilyDefinition lineWelds() {
+  return {"Line Joins",
+          ToolForceDataType{},
+          true,
+          {{"Values",
+            false,
+            false,
+            {NoLimit, NoLimit},
+            {SkinBaseName::LINE_JOIN_SUMFORCE_N, SkinBaseName::LINE_JOIN_SUMFORCE_T}}}};
+}
+
+FamilyDefinition lineJoiningTools() {
+  return {"Line Joining Tools",
+          ToolForceDataType{},
+          true,
+          {{"Values",
+            false,
+            false,
+            {LineJoiningToolDistanceToInput, LineJoiningToolGap},
+            {SkinBaseName::LINE_JOIN_DIST_TO_INPUT, SkinBaseName::LINE_JOIN_GAP}}}};
 }
 
 }  // namespace Kestrel::FamilySections

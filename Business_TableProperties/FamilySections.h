@@ -20,9 +20,9 @@ struct SectionDefinition {
 
 /// What is fixed about the table of one family.
 struct FamilyDefinition {
-  char const* title;                        ///< untranslated
-  ToolForceDataType toolKind;               ///< the unit's tools that are the family's elements
-  bool isDefaultFamily;                     ///< whether the table is among those shown first
+  char const* title;           ///< untranslated
+  ToolForceDataType toolKind;  ///< the unit's tools that are the elements; 0 for line joins, no tools
+  bool isDefaultFamily;        ///< whether the table is among those shown first
   std::vector<SectionDefinition> sections;  ///< in display order
 };
 
@@ -38,6 +38,8 @@ namespace FamilySections {
 [[nodiscard]] FamilyDefinition suctionZones();
 [[nodiscard]] FamilyDefinition joiningTongs();
 [[nodiscard]] FamilyDefinition spotWelds();
+[[nodiscard]] FamilyDefinition lineWelds();
+[[nodiscard]] FamilyDefinition lineJoiningTools();
 
 }  // namespace FamilySections
 

@@ -6,7 +6,9 @@
 #include <string_view>
 #include <unordered_set>
 
+#include "Business_Skin/Skin.h"
 #include "Business_TableProperties/FamilySections.h"
+#include "Business_TableProperties/NaturalStringCompare.h"
 #include "Persistence_DaoAdapter/SolverTableDataKeys.h"
 #include "VantaService_Translator/Translator.h"
 
@@ -188,6 +190,12 @@ std::shared_ptr<MaxValueGroupContainer> SimUnitMaxValuesProvider::genGetMaxValue
       break;
     case DataType::SpotWelds:
       assembleSpotWeldGroupContainer(*container);
+      break;
+    case DataType::LineJoiningTools:
+      assembleLineJoiningToolGroupContainer(*container);
+      break;
+    case DataType::LineWelds:
+      assembleLineWeldGroupContainer(*container);
       break;
     default:
       break;
@@ -434,6 +442,114 @@ std::map<std::string, bool> SimUnitMaxValuesProvider::getPointJoinValuesAreValid
   PointJoinMap joins;
   getAllPointJoins(joins);
   return validityOf(stringIDs, joins, nameOfPointJoin);
+}
+
+void SimUnitMaxValuesProvider::assembleLineWeldGroupContainer(MaxValueGroupContainer& container) const {
+  LineJoinMap lineJoins;
+  getAllLineJoins(lineJoins);
+  assembleLineJoinContainer(container, FamilySections::lineWelds(), lineJoins);
+}
+
+void SimUnitMaxValuesProvider::assembleLineJoiningToolGroupContainer(
+    MaxValueGroupContainer& container) const {
+  LineJoinMap lineJoins;
+  getLineJoinsDefinedInCurrentSimUnit(lineJoins);
+  assembleLineJoinContainer(container, FamilySections::lineJoiningTools(), lineJoins);
+}
+
+void SimUnitMaxValuesProvider::assembleLineJoinContainer(MaxValueGroupContainer& container,
+                                                         FamilyDefinition const& family,
+                                                         LineJoinMap const& lineJoins) const {
+  if (lineJoins.empty()) return;
+  container.elementNames = genGetLineJoinsStringIDs(lineJoins);
+  container.valuesAreValid = getLineJoinValuesAreValid(lineJoins);
+  setFailureTexts(container);
+  setTitles(container, family, *m_simulationUnit);
+  auto section = newSection(family.sections.front());
+  assembleLineWeldGroup(createValueNameToColumnIndexMap(section.valueNames), lineJoins, section);
+  container.groups.push_back(std::move(section));
+}
+
+void SimUnitMaxValuesProvider::assembleLineWeldGroup(
+    std::map<std::string, unsigned int> const& valueNameToColumnIndex, LineJoinMap const& lineJoins,
+    MaxValueGroup& group) const {
+  std::vector<std::pair<SkinKey, unsigned int>> columns;
+  for (auto const& [valueName, column] : valueNameToColumnIndex)
+    columns.emplace_back(SkinKey(valueName, 0, "", ""), column);
+  group.subGroups.reserve(group.subGroups.size() + lineJoins.size());
+  for (auto const& [name, records] : lineJoins) {
+    std::vector<double> row(columns.size(), 0.0);
+    for (auto const& [key, column] : columns) {
+      if (column < row.size()) row[column] = computeMaxValueOfSkins(records, key);
+    }
+    group.subGroups.emplace_back().items.push_back({name, std::move(row)});
+  }
+}
+
+double SimUnitMaxValuesProvider::computeMaxValueOfSkins(
+    std::vector<std::shared_ptr<SimulationBodyLineJoin>> const& records, SkinKey const& key) const {
+  double current = 0.0;
+  for (auto const& record : records) {
+    if (!record) continue;
+    auto const skin = record->getSkin(key);
+    auto const* values = dynamic_cast<Skin<double> const*>(skin.get());
+    if (values == nullptr) continue;
+    auto const& minimum = values->getRangeMinimum();
+    auto const& maximum = values->getRangeMaximum();
+    if (!minimum || !maximum) continue;
+    double const candidate = std::abs(*minimum) > std::abs(*maximum) ? *minimum : *maximum;
+    if (m_compare(current, candidate)) current = candidate;
+  }
+  return current;
+}
+
+void SimUnitMaxValuesProvider::getAllLineJoins(LineJoinMap& lineJoins) const {
+  lineJoins.clear();
+  RecurringKeys recordsOf(lineJoins);
+  forEachVisibleStep(*m_simulationUnit, getSimulationResult(), [&](auto const& step) {
+    recordsOf.startRound();
+    std::for_each(step->beginLineJoinMap(), step->endLineJoinMap(), [&](auto const& entry) {
+      auto const& lineJoin = entry.second;
+      if (lineJoin) recordsOf[lineJoin->getDisplayName()].push_back(lineJoin);
+    });
+  });
+}
+
+void SimUnitMaxValuesProvider::getLineJoinsDefinedInCurrentSimUnit(LineJoinMap& lineJoins) const {
+  lineJoins.clear();
+  std::map<EvalSimulationUnitJoinGUID, bool> definedHere;
+  for (auto const& id : m_simulationUnit->getEvalIDOfJoinDefinedInSimUnitVector()) definedHere[id] = true;
+  RecurringKeys isDefinedHere(definedHere);
+  RecurringKeys recordsOf(lineJoins);
+  forEachVisibleStep(*m_simulationUnit, getSimulationResult(), [&](auto const& step) {
+    isDefinedHere.startRound();
+    recordsOf.startRound();
+    std::for_each(step->beginLineJoinMap(), step->endLineJoinMap(), [&](auto const& entry) {
+      auto const& lineJoin = entry.second;
+      if (lineJoin && isDefinedHere[lineJoin->getEvalSimulationUnitJoinGUID()])
+        recordsOf[lineJoin->getDisplayName()].push_back(lineJoin);
+    });
+  });
+}
+
+std::vector<std::string> SimUnitMaxValuesProvider::genGetLineJoinsStringIDs(
+    LineJoinMap const& lineJoins) const {
+  std::vector<std::string> ids;
+  ids.reserve(lineJoins.size());
+  for (auto const& [name, records] : lineJoins) {
+    if (!records.empty() && records.front()) ids.push_back(records.front()->getStringID());
+  }
+  return ids;
+}
+
+std::map<std::string, bool> SimUnitMaxValuesProvider::getLineJoinValuesAreValid(
+    LineJoinMap const& lineJoins) const {
+  std::map<std::string, bool> validity;
+  for (auto const& [name, records] : lineJoins) {
+    if (!records.empty() && records.back())
+      validity[records.back()->getDisplayName()] = isValid(records.back()->getState());
+  }
+  return validity;
 }
 
 bool SimUnitMaxValuesProvider::genGetJoinValueIsValid(BodyJoinInterface::JoinState state) const {

@@ -14,6 +14,8 @@
 
 namespace Kestrel {
 
+struct FamilyDefinition;
+struct NaturalStringCompare;
 struct SectionDefinition;
 
 /// Turns the stored results of one simulation unit into the data behind its result tables: for every element
@@ -149,12 +151,46 @@ class KESTREL_TABLEPROPERTIES_EXPORT SimUnitMaxValuesProvider {
   [[nodiscard]] std::map<std::string, bool> getPointJoinValuesAreValid(
       std::vector<std::string> const& stringIDs) const;
 
+  /// The records of each line join, by display name in natural order, from the visible steps that have it in
+  /// ascending order. Joins of one display name are one join here.
+  using LineJoinMap =
+      std::map<std::string, std::vector<std::shared_ptr<SimulationBodyLineJoin>>, NaturalStringCompare>;
+
+  /// Both leave `container` as it is when there are no line joins in the visible steps (none that are defined
+  /// in the unit).
+  void assembleLineWeldGroupContainer(MaxValueGroupContainer& container) const;
+  void assembleLineJoiningToolGroupContainer(MaxValueGroupContainer& container) const;
+
+  /// Appends to `group` one unnamed sub-group with one item per line join, named by the key of the map. The
+  /// value of a column is the one of largest magnitude among the range values of all the join's skins of that
+  /// name; records without such a skin of numbers, or without both range values, are passed over.
+  void assembleLineWeldGroup(std::map<std::string, unsigned int> const& valueNameToColumnIndex,
+                             LineJoinMap const& lineJoins, MaxValueGroup& group) const;
+
+  /// Both replace the content of `lineJoins`; the latter keeps to the joins that are defined in the unit.
+  void getAllLineJoins(LineJoinMap& lineJoins) const;
+  void getLineJoinsDefinedInCurrentSimUnit(LineJoinMap& lineJoins) const;
+
+  /// The string identifiers of the first records, in the order of the map.
+  [[nodiscard]] std::vector<std::string> genGetLineJoinsStringIDs(LineJoinMap const& lineJoins) const;
+
+  /// As `getJoiningTongValuesAreValid`, by the display names of the last records.
+  [[nodiscard]] std::map<std::string, bool> getLineJoinValuesAreValid(LineJoinMap const& lineJoins) const;
+
   /// False for the states of failed joins; true for all others, those that the solver may add included.
   [[nodiscard]] bool genGetJoinValueIsValid(BodyJoinInterface::JoinState state) const;
 
   /// The maxima of one tool, one per entry of the map; 0.0 in the columns that the tool has no series for.
   [[nodiscard]] std::vector<double> genRow(
       std::string const& toolId, std::map<std::string, unsigned int> const& valueNameToColumnIndex) const;
+
+  /// The value of one column of a line join, 0.0 where no record has it.
+  [[nodiscard]] double computeMaxValueOfSkins(
+      std::vector<std::shared_ptr<SimulationBodyLineJoin>> const& records, SkinKey const& key) const;
+
+  /// What the two tables of line joins have in common, which is all but the selection of the joins.
+  void assembleLineJoinContainer(MaxValueGroupContainer& container, FamilyDefinition const& family,
+                                 LineJoinMap const& lineJoins) const;
 
   /// Appends the section that `definition` describes, with the rows that `assembleGroup` makes.
   void appendSection(MaxValueGroupContainer& container, SectionDefinition const& definition,

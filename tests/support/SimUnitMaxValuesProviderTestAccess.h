@@ -56,6 +56,24 @@ struct SimUnitMaxValuesProviderTestAccess {
     return provider.getPointJoinValuesAreValid(ids);
   }
 
+  using LineJoinMap = Provider::LineJoinMap;
+  static void allLineJoins(Provider const& provider, LineJoinMap& lineJoins) {
+    provider.getAllLineJoins(lineJoins);
+  }
+  static void lineJoinsOfTheUnit(Provider const& provider, LineJoinMap& lineJoins) {
+    provider.getLineJoinsDefinedInCurrentSimUnit(lineJoins);
+  }
+  static auto lineJoinIds(Provider const& provider, LineJoinMap const& lineJoins) {
+    return provider.genGetLineJoinsStringIDs(lineJoins);
+  }
+  static auto lineJoinValidity(Provider const& provider, LineJoinMap const& lineJoins) {
+    return provider.getLineJoinValuesAreValid(lineJoins);
+  }
+  static void assembleLineWeldGroup(Provider const& provider, Columns const& columns,
+                                    LineJoinMap const& lineJoins, MaxValueGroup& group) {
+    provider.assembleLineWeldGroup(columns, lineJoins, group);
+  }
+
   static bool joinIsValid(Provider const& provider, BodyJoinInterface::JoinState state) {
     return provider.genGetJoinValueIsValid(state);
   }

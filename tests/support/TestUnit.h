@@ -61,6 +61,12 @@ inline std::shared_ptr<SimulationBodyJoin> spotWeld(std::string id, std::string 
                                               BodyJoinInterface::JoinState(state));
 }
 
+inline std::shared_ptr<SimulationBodyLineJoin> lineJoin(std::string id, std::string name, unsigned int state,
+                                                        EvalSimulationUnitJoinGUID const& definition = {}) {
+  return std::make_shared<SimulationBodyLineJoin>(std::move(id), std::move(name),
+                                                  BodyJoinInterface::JoinState(state), definition);
+}
+
 /// A row of a section with the name of the sub-group that holds it.
 struct Row {
   std::string subGroup;
