@@ -27,12 +27,18 @@ struct SectionDefinition;
 /// gives 0.0. All stored steps count, not only the visible ones.
 ///
 /// Lifetime: the unit must outlive the provider and all copies of it. The result may go at any time: the
-/// provider holds it weakly, and clamps, bolts, pilots and tools do not need it.
+/// provider holds it weakly. Clamps, bolts, pilots and forming tools do not need it; without it the suction
+/// zones come without validity, and the joining families, whose elements the visible steps name, without
+/// sections.
 ///
 /// Threads: a provider, its copies and the unit are used from one thread at a time.
 ///
-/// Errors: the operations throw what the standard containers throw (out of memory); nothing else is an error.
-/// A family without elements, or a number that is no family, gives a container without sections.
+/// Errors: the operations throw what the standard containers and the host throw; nothing else is an error. A
+/// family without elements, or a number that is no family, gives a container without sections. What the host
+/// owes and does not give (a step, a record, a series, the series of a tool) is passed over.
+///
+/// Cost: a request passes once over the series of the family's elements and, where the family's records lie
+/// in the steps, once over the visible steps. Nothing is kept between requests.
 class KESTREL_TABLEPROPERTIES_EXPORT SimUnitMaxValuesProvider {
  public:
   /// Elements of the tables' sub-groups: (display name, string identifiers of its tools), in display order.
@@ -51,8 +57,7 @@ class KESTREL_TABLEPROPERTIES_EXPORT SimUnitMaxValuesProvider {
 
   /// The table of one family. Clamps and bolts come without their teaching section; the tool families
   /// (clamping tools, rollers, steels, hemming bed) and unknown numbers come empty, with `dataType` and
-  /// `simulationUnitId` set. Never null; each call builds a new container. Costs one pass over the series of
-  /// the family's elements.
+  /// `simulationUnitId` set. Never null; each call builds a new container.
   [[nodiscard]] std::shared_ptr<MaxValueGroupContainer> genGetMaxValuesCollection(
       MaxValueGroupContainer::DataType dataType) const;
 
@@ -62,7 +67,9 @@ class KESTREL_TABLEPROPERTIES_EXPORT SimUnitMaxValuesProvider {
   [[nodiscard]] std::shared_ptr<MaxValueGroupContainer> genGetClampMaxValuesCollection(
       MaxValueGroupContainer::DataType dataType, bool withTeaching) const;
 
-  /// The table of a tool family, with the tools and the sub-groups that `grouping` lists. Never null.
+  /// The table of a tool family: one sub-group per entry of `grouping`, with one row per tool that it lists,
+  /// in the order given, whatever the kind of the tool. Comes empty when the unit has no forming tools, and
+  /// with rows without columns when `dataType` is no tool family. Never null.
   [[nodiscard]] std::shared_ptr<MaxValueGroupContainer> genGetToolMaxValuesCollection(
       ToolGrouping const& grouping, MaxValueGroupContainer::DataType dataType) const;
 
