@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <limits>
 #include <numeric>
 #include <stdexcept>
 
@@ -10,6 +11,8 @@
 namespace Kestrel {
 
 namespace {
+
+using SlotNumber = std::uint32_t;
 
 constexpr std::size_t bitsPerWord = 64;
 
@@ -24,6 +27,7 @@ void ChildList::reserve(std::size_t count) {
   if (m_size * 2 <= m_slots.size()) closeGaps();
   if (m_slots.capacity() - m_slots.size() >= count) return;
   std::size_t const capacity = std::max(m_slots.size() + count, 2 * m_slots.size());
+  if (capacity > std::numeric_limits<SlotNumber>::max()) throw std::length_error("too many children");
   std::size_t const words = (capacity + bitsPerWord - 1) / bitsPerWord;
   m_occupied.reserve(words);
   m_counts.reserve(words);
@@ -39,7 +43,7 @@ void ChildList::append(std::shared_ptr<Object> const& child) noexcept {
     m_occupied.push_back(0);
   }
   m_slots.push_back(child);
-  child->m_slot = slot;
+  child->m_slot = static_cast<SlotNumber>(slot);
   m_occupied[slot / bitsPerWord] |= bitOf(slot);
   count(slot / bitsPerWord, 1);
   ++m_size;
@@ -57,6 +61,14 @@ void ChildList::remove(Object const& child) noexcept {
     m_occupied.clear();
     m_counts.clear();
     m_freshIds = allIds;
+  }
+}
+
+void ChildList::releaseAll() noexcept {
+  for (auto& child : m_slots) {
+    if (!child) continue;
+    child->m_parent = nullptr;
+    child.reset();
   }
 }
 
@@ -116,7 +128,7 @@ void ChildList::closeGaps() noexcept {
   std::size_t slot = 0;
   for (auto& child : m_slots) {
     if (!child) continue;
-    child->m_slot = slot;
+    child->m_slot = static_cast<SlotNumber>(slot);
     if (&child != &m_slots[slot]) m_slots[slot] = std::move(child);
     ++slot;
   }

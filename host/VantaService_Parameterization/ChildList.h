@@ -33,6 +33,9 @@ class ChildList {
   /// Takes a child out. O(log n). REQUIRES: holds(child); the caller keeps the child alive.
   void remove(Object const& child) noexcept;
 
+  /// Unlinks the children from their parent and lets go of them, in order.
+  void releaseAll() noexcept;
+
   /// O(1); any object may be asked for.
   [[nodiscard]] bool holds(Object const& child) const;
 

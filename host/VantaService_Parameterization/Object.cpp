@@ -4,12 +4,18 @@
 
 namespace Kestrel {
 
+struct Object::Attachments {
+  ChildList children;
+  std::shared_ptr<Signals::Signal<void()>> sigChanged;  ///< made for the first slot
+};
+
 Object::Object() = default;
 
 Object::~Object() {
+  if (!m_attachments) return;
   // A slot may hold the last reference to the object: the emission that calls it goes on without the object.
-  if (m_sigChanged) m_sigChanged->disconnect_all_slots();
-  if (m_children) m_children->forEach([](auto const& child) { child->m_parent = nullptr; });
+  if (auto const& signal = m_attachments->sigChanged) signal->disconnect_all_slots();
+  m_attachments->children.releaseAll();
 }
 
 void Object::registerInterfaces() {}
@@ -19,8 +25,11 @@ void Object::unregisterInterfaces() {}
 void Object::convertKEDDataToCurrent() {}
 
 void Object::finalizeLoading() {
-  if (blockFinalizeLoading()) return;
-  for (std::size_t i = 0; i < getChildCount(); ++i) getChild(i)->finalizeLoading();
+  // By position: an override may add and remove children.
+  for (std::size_t i = 0; i < getChildCount(); ++i) {
+    auto const child = getChild(i);
+    if (!child->blockFinalizeLoading()) child->finalizeLoading();
+  }
 }
 
 bool Object::blockFinalizeLoading() const { return false; }
@@ -30,12 +39,12 @@ std::vector<std::shared_ptr<Object>> Object::getSigmaVariationParameters() const
 std::vector<std::shared_ptr<Object>> Object::getRelevantChildren() const {
   std::vector<std::shared_ptr<Object>> children;
   children.reserve(getChildCount());
-  if (m_children) m_children->forEach([&](auto const& child) { children.push_back(child); });
+  if (m_attachments) m_attachments->children.forEach([&](auto const& child) { children.push_back(child); });
   return children;
 }
 
 std::string Object::getStandardPath() const {
-  return m_parent != nullptr ? m_parent->getStandardPath() + '/' + m_name : m_name;
+  return m_parent != nullptr ? m_parent->getStandardPath() + '/' + getObjectName() : getObjectName();
 }
 
 bool Object::isDesignRootObject() const { return false; }
@@ -57,48 +66,68 @@ Object* Object::getRootObject() noexcept {
   return root;
 }
 
-std::size_t Object::getChildCount() const noexcept { return m_children ? m_children->size() : 0; }
+std::string const& Object::getObjectName() const noexcept {
+  static std::string const noName;
+  return m_name ? *m_name : noName;
+}
 
-std::shared_ptr<Object> Object::getChild(std::size_t position) const { return m_children->at(position); }
+std::size_t Object::getChildCount() const noexcept {
+  return m_attachments ? m_attachments->children.size() : 0;
+}
+
+std::shared_ptr<Object> Object::getChild(std::size_t position) const {
+  return m_attachments->children.at(position);
+}
 
 std::optional<std::size_t> Object::getChildPosition(Object const& child) const {
-  if (!m_children || !m_children->holds(child)) return std::nullopt;
-  return m_children->positionOf(child);
+  if (!m_attachments || !m_attachments->children.holds(child)) return std::nullopt;
+  return m_attachments->children.positionOf(child);
 }
 
 void Object::removeChild(std::shared_ptr<Object> child) {
-  if (!existChild(child)) return;
-  m_children->remove(*child);
+  if (!child || !m_attachments || !m_attachments->children.holds(*child)) return;
+  m_attachments->children.remove(*child);
   child->setParentObject(nullptr);
   propagateTreeChanged(ObjectTreeChangeReasonEx::ChildRemoved, std::move(child));
 }
 
 void Object::emitSigChanged() const {
+  if (!m_attachments) return;
   // Keeps the signal while it calls the slots: one of them may destroy the object.
-  if (auto const signal = m_sigChanged) (*signal)();
+  if (auto const signal = m_attachments->sigChanged) (*signal)();
 }
 
 Signals::Connection Object::connectToSigChanged(Signals::Slot<void()> const& slot) {
-  if (!m_sigChanged) m_sigChanged = std::make_shared<Signals::Signal<void()>>();
-  return m_sigChanged->connect(slot);
+  auto& signal = getAttachments().sigChanged;
+  if (!signal) signal = std::make_shared<Signals::Signal<void()>>();
+  return signal->connect(slot);
 }
 
 bool Object::existChild(std::shared_ptr<Object const> child) const {
-  return child && m_children && m_children->holds(*child);
+  return child && m_attachments && m_attachments->children.holds(*child);
 }
 
-void Object::setObjectName(std::string const& name) { m_name = name; }
+void Object::setObjectName(std::string const& name) {
+  setSharedName(std::make_shared<std::string const>(name));
+}
 
 void Object::getUniqueChildIds(std::size_t count, std::vector<int>& ids) const {
-  if (m_children)
-    m_children->genFreshIds(count, ids);
+  if (m_attachments)
+    m_attachments->children.genFreshIds(count, ids);
   else
     ChildList().genFreshIds(count, ids);
 }
 
-void Object::reserveChildren(std::size_t count) {
-  if (!m_children) m_children = std::make_unique<ChildList>();
-  m_children->reserve(count);
+void Object::reserveChildren(std::size_t count) { getAttachments().children.reserve(count); }
+
+void Object::appendChild(std::shared_ptr<Object> const& child) noexcept {
+  m_attachments->children.append(child);
+  child->setParentObject(this);
+}
+
+Object::Attachments& Object::getAttachments() {
+  if (!m_attachments) m_attachments = std::make_unique<Attachments>();
+  return *m_attachments;
 }
 
 }  // namespace Kestrel

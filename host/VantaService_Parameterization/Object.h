@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "VantaService_Parameterization/ObjectTreeChangeReasonEx.h"
@@ -28,7 +30,7 @@ class ChildList;
 /// Errors: the operations throw what the standard containers throw (out of memory); `noexcept` is said where
 /// it holds. What a slot or an override of a virtual operation throws reaches the caller of the operation.
 ///
-/// Cost: an object without children and observers allocates nothing but itself.
+/// Cost: an object without children and observers allocates nothing but itself and its name.
 class Object : public std::enable_shared_from_this<Object> {
  public:
   /// Child id of an object that never got one.
@@ -65,8 +67,8 @@ class Object : public std::enable_shared_from_this<Object> {
   [[nodiscard]] virtual bool isNominalRealization() const;  ///< true
 
   /// Reports a change of the tree at or below the object to all objects from here up to the root: `objects`
-  /// are the ones that came, in order. An override calls the base to pass the report on. The tree has changed
-  /// already; what an override throws does not undo it.
+  /// are the ones that came or went, in order. An override calls the base to pass the report on. The tree has
+  /// changed already; what an override throws does not undo it.
   virtual void propagateTreeChanged(ObjectTreeChangeReasonEx reason,
                                     std::vector<std::shared_ptr<Object>> const& objects);
   /// The same for a single object.
@@ -78,7 +80,8 @@ class Object : public std::enable_shared_from_this<Object> {
   [[nodiscard]] Object* getParentObject() const noexcept { return m_parent; }  ///< null at the root
   /// The topmost object above this one; the object itself when it has no parent. O(depth).
   [[nodiscard]] Object* getRootObject() noexcept;
-  [[nodiscard]] std::string const& getObjectName() const noexcept { return m_name; }
+  /// Valid until the object is named again or destroyed.
+  [[nodiscard]] std::string const& getObjectName() const noexcept;
   /// Number that no other child of the parent has, when `ObjectHelper` was asked for fresh ids.
   [[nodiscard]] int getChildId() const noexcept { return m_childId; }
 
@@ -110,18 +113,26 @@ class Object : public std::enable_shared_from_this<Object> {
   friend class ObjectHelper;
   friend struct ObjectTestAccess;
 
+  /// What few objects have.
+  struct Attachments;
+
   void setParentObject(Object* parent) noexcept { m_parent = parent; }
+  void setSharedName(std::shared_ptr<std::string const> name) noexcept { m_name = std::move(name); }
   /// Fills `ids` with `count` child ids that no child has yet, see `ChildList::genFreshIds`.
   void getUniqueChildIds(std::size_t count, std::vector<int>& ids) const;
   /// Makes room for `count` more children.
   void reserveChildren(std::size_t count);
+  /// REQUIRES: room, and a child of no other object.
+  void appendChild(std::shared_ptr<Object> const& child) noexcept;
 
+  [[nodiscard]] Attachments& getAttachments();
+
+  // What a move from one parent to another touches lies together.
   Object* m_parent = nullptr;
-  std::unique_ptr<ChildList> m_children;                  ///< made for the first child
-  std::shared_ptr<Signals::Signal<void()>> m_sigChanged;  ///< made for the first slot
-  std::string m_name;
-  std::size_t m_slot = 0;  ///< of the parent's list; kept by that list
+  std::uint32_t m_slot = 0;  ///< of the parent's list; kept by that list
   int m_childId = noChildId;
+  std::shared_ptr<std::string const> m_name;   ///< shared by objects that were named together
+  std::unique_ptr<Attachments> m_attachments;  ///< made for the first child or slot
 };
 
 }  // namespace Kestrel

@@ -29,17 +29,16 @@ void ObjectHelper::adopt(Object& parent, std::vector<std::shared_ptr<Object>> co
   if (idMode == freshIds) parent.getUniqueChildIds(children.size(), ids);
   if (reversed) std::reverse(ids.begin(), ids.end());
   parent.reserveChildren(children.size());
-  if (name)
-    for (auto const& child : children) child->m_name.reserve(name->size());
+  auto const sharedName = name ? std::make_shared<std::string const>(*name) : nullptr;
 
   // From here on nothing can fail.
   for (std::size_t i = 0; i < children.size(); ++i) {
     Object& child = *children[i];
-    if (parent.m_children->holds(child)) continue;
-    child.setParentObject(&parent);
-    if (name) child.setObjectName(*name);
+    // It occurs twice.
+    if (child.getParentObject() == &parent) continue;
+    if (name) child.setSharedName(sharedName);
     if (idMode == freshIds) child.m_childId = ids[i];
-    parent.m_children->append(children[i]);
+    parent.appendChild(children[i]);
   }
 }
 

@@ -47,14 +47,15 @@ class ObjectHelper {
     parent->getRootObject()->propagateTreeChanged(ObjectTreeChangeReasonEx::ChildrenAdded, children);
   }
 
-  /// Removes the objects of `target` from the children of `parent`, one report each, and empties `target`.
-  /// Empty pointers and objects that are no children of `parent` are passed over. `target` is emptied after
-  /// the last report and keeps its capacity. O(log n) per object.
+  /// Removes the objects of `target` from the children of `parent`, in order and with one report each, and
+  /// empties `target`, which keeps its capacity. Empty pointers and objects that are no children of `parent`
+  /// are passed over. During the reports, and when one throws, `target` holds empty pointers in place of the
+  /// objects that are done. O(log n) per object.
   template <typename T>
   static void removeAllFromVector(Object* parent, std::vector<std::shared_ptr<T>>& target) {
-    // By index: an override of the report may look at the vector, and add to it.
+    // By index: an override of the report may add to the vector.
     for (std::size_t i = 0; i < target.size(); ++i)
-      if (target[i]) parent->removeChild(target[i]);
+      if (target[i]) parent->removeChild(std::move(target[i]));
     target.clear();
   }
 
