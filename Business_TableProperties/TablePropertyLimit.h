@@ -1,0 +1,67 @@
+#pragma once
+
+#include <string>
+
+#include "Business_EvaluationInterface/SimulationUnitId.h"
+#include "Business_IncSimulationPrimitives/LimitAccessInterface.h"
+#include "Business_TableProperties/Export.h"
+#include "Business_TableProperties/TablePropertyLimitType.h"
+#include "VantaService_Parameterization/Object.h"
+
+namespace Kestrel {
+
+/// The user's threshold for one kind of result value in one simulation unit.
+///
+/// The limit and the max limit are one value under two names. Nothing is validated: any double is a limit,
+/// negative, infinite and NaN included, in the unit that `getUnitString` names. Neither the display name nor
+/// the unit text is translated.
+///
+/// Ownership: limits are created with std::make_shared and belong to the `TablePropertiesData` whose children
+/// they are; one that the collection dropped lives as long as somebody holds it.
+///
+/// Threads: a limit belongs to the thread that owns the object tree; nothing here locks.
+///
+/// Errors: none but memory exhaustion while strings are copied, and what a slot throws while `setLimit` calls
+/// it.
+class KESTREL_TABLEPROPERTIES_EXPORT TablePropertyLimit : public LimitAccessInterface, public Object {
+ public:
+  /// A limit of `limit` `unit` for the kind `type` in the simulation unit `id`, without a display name.
+  TablePropertyLimit(TablePropertyLimitType type, SimulationUnitId const& id, double limit,
+                     std::string const& unit);
+  ~TablePropertyLimit() override;
+
+  [[nodiscard]] double getLimit() const override;
+  /// Stores the value, then calls the slots of the changed signal: on every call, also with the value that
+  /// the limit has already. What a slot throws reaches the caller, with the value stored.
+  void setLimit(double limit) override;
+  /// A copy of the display name.
+  [[nodiscard]] std::string getLimitDisplayName() const override;
+  /// A copy of the unit text, "N" or "mm" for the defaults.
+  [[nodiscard]] std::string getUnitString() const override;
+  /// Calls `slot` after every `setLimit` and `setMaxLimit` until the returned connection is disconnected or
+  /// the limit destroyed. A slot may disconnect itself, set the limit again or release the limit.
+  Signals::Connection connectToSigLimitsChanged(Signals::Slot<void()> const& slot) override;
+
+  [[nodiscard]] double getMaxLimit() const;  ///< `getLimit`
+  void setMaxLimit(double limit);            ///< `setLimit`
+  /// The name shown for the limit; empty until somebody sets it, and not stored in documents.
+  [[nodiscard]] std::string const& getMaxLimitDisplayName() const;
+  /// Sets the display name and tells nobody.
+  void setMaxDisplayName(std::string const& name);
+  [[nodiscard]] SimulationUnitId const& getSimUnitID() const { return m_simUnitID; }
+  [[nodiscard]] TablePropertyLimitType getType() const { return m_type; }
+
+ private:
+  friend struct TablePropertyLimitTestAccess;
+
+  /// What the archive fills: type `NoLimit`, the nil unit, 0.0 and empty strings.
+  TablePropertyLimit();
+
+  TablePropertyLimitType m_type = TablePropertyLimitType::NoLimit;
+  SimulationUnitId m_simUnitID;
+  double m_limit = 0.0;  ///< the limit and the max limit
+  std::string m_maxLimitDisplayName;
+  std::string m_unitString;
+};
+
+}  // namespace Kestrel
