@@ -1,0 +1,198 @@
+// The cost of limits by the number of simulation units: sixteen limits per unit. `time/limit` must not grow
+// by more than a factor of 1.6 from 100 to 10,000 units. The peer of the removal is a ranked index of the
+// library Boost.MultiIndex, which keeps its order and knows its positions as well.
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <boost/multi_index/member.hpp>
+#include <boost/multi_index/ranked_index.hpp>
+#include <boost/multi_index_container.hpp>
+#include <boost/uuid/random_generator.hpp>
+#include <cstddef>
+#include <memory>
+#include <numeric>
+#include <optional>
+#include <random>
+#include <vector>
+
+#include "Business_TableProperties/TablePropertiesData.h"
+#include "VantaService_Parameterization/ObjectHelper.h"
+
+namespace Kestrel {
+namespace {
+
+using Ids = std::vector<SimulationUnitId>;
+
+constexpr std::size_t limitsPerUnit = 16;
+
+/// In which order the units are listed.
+enum UnitOrder {
+  Ascending,  ///< by identifier: the limits lie in memory as those of a document that was read
+  Scattered,  ///< at random: walking through the units by identifier jumps through the memory
+};
+
+Ids genIds(std::size_t count, UnitOrder order) {
+  std::mt19937 random(3);
+  boost::uuids::basic_random_generator<std::mt19937> generate(random);
+  Ids ids;
+  for (std::size_t i = 0; i < count; ++i) ids.emplace_back(GUIdentifier(generate()));
+  if (order == Ascending) std::sort(ids.begin(), ids.end());
+  return ids;
+}
+
+std::size_t unitCount(benchmark::State const& state) { return static_cast<std::size_t>(state.range(0)); }
+
+void countLimits(benchmark::State& state) {
+  using benchmark::Counter;
+  state.counters["time/limit"] =
+      Counter(static_cast<double>(limitsPerUnit) * static_cast<double>(state.range(0)),
+              Counter::kIsIterationInvariantRate | Counter::kInvert);
+}
+
+void setUp(benchmark::State& state, UnitOrder order) {
+  Ids const ids = genIds(unitCount(state), order);
+  for (auto _ : state) {
+    auto data = std::make_shared<TablePropertiesData>();
+    data->updateLimits(ids);
+    state.PauseTiming();
+    data.reset();
+    state.ResumeTiming();
+  }
+  countLimits(state);
+}
+
+void destroy(benchmark::State& state, UnitOrder order) {
+  Ids const ids = genIds(unitCount(state), order);
+  for (auto _ : state) {
+    state.PauseTiming();
+    auto data = std::make_shared<TablePropertiesData>();
+    data->updateLimits(ids);
+    state.ResumeTiming();
+    data.reset();
+  }
+  countLimits(state);
+}
+
+void synchronizeSameUnits(benchmark::State& state, UnitOrder order) {
+  Ids const ids = genIds(unitCount(state), order);
+  TablePropertiesData data;
+  data.updateLimits(ids);
+  for (auto _ : state) data.updateLimits(ids);
+  countLimits(state);
+}
+
+void synchronizeHalfReplaced(benchmark::State& state, UnitOrder order) {
+  std::size_t const units = unitCount(state);
+  Ids const all = genIds(units + units / 2, order);
+  // Every third unit is in both lists.
+  Ids first;
+  Ids second;
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    if (i % 3 != 1) first.push_back(all[i]);
+    if (i % 3 != 2) second.push_back(all[i]);
+  }
+  TablePropertiesData data;
+  data.updateLimits(second);
+  bool isFirst = true;
+  for (auto _ : state) {
+    data.updateLimits(isFirst ? first : second);
+    isFirst = !isFirst;
+  }
+  countLimits(state);
+}
+
+/// As a table asks: unit by unit, and for one column after the other.
+void getLimit(benchmark::State& state, UnitOrder order) {
+  constexpr unsigned int types[limitsPerUnit] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 17, 18, 19, 20, 21, 22, 23};
+  Ids const ids = genIds(unitCount(state), order);
+  TablePropertiesData data;
+  data.updateLimits(ids);
+  for (auto _ : state)
+    for (auto const& id : ids)
+      for (unsigned int const type : types)
+        benchmark::DoNotOptimize(data.getLimit(id, static_cast<TablePropertyLimitType>(type)));
+  countLimits(state);
+}
+
+enum Order { Front, Back, Random };
+
+std::vector<std::size_t> genOrder(std::size_t count, Order order) {
+  std::vector<std::size_t> positions(count);
+  std::iota(positions.begin(), positions.end(), std::size_t{0});
+  if (order == Back) std::reverse(positions.begin(), positions.end());
+  if (order == Random) std::shuffle(positions.begin(), positions.end(), std::mt19937(5));
+  return positions;
+}
+
+/// Removes one by one and asks for a position after each removal.
+void removeChildren(benchmark::State& state, Order order) {
+  std::size_t const count = limitsPerUnit * unitCount(state);
+  auto const positions = genOrder(count, order);
+  std::vector<std::shared_ptr<Object>> children(count);
+  for (auto& child : children) child = std::make_shared<Object>();
+  Object const& asked = *children[positions.back()];
+  for (auto _ : state) {
+    state.PauseTiming();
+    auto parent = std::make_shared<Object>();
+    std::vector<std::shared_ptr<Object>> ignored;
+    ObjectHelper::addToVectorAtEnd(parent.get(), children, ignored, std::nullopt, 1, false);
+    state.ResumeTiming();
+    for (std::size_t const position : positions) {
+      parent->removeChild(children[position]);
+      benchmark::DoNotOptimize(parent->getChildPosition(asked));
+    }
+  }
+  countLimits(state);
+}
+
+struct RankedEntry {
+  std::size_t number;
+  std::shared_ptr<Object> child;
+};
+
+using RankedList = boost::multi_index_container<
+    RankedEntry, boost::multi_index::indexed_by<boost::multi_index::ranked_unique<
+                     boost::multi_index::member<RankedEntry, std::size_t, &RankedEntry::number>>>>;
+
+void removeFromRankedIndex(benchmark::State& state, Order order) {
+  std::size_t const count = limitsPerUnit * unitCount(state);
+  auto const positions = genOrder(count, order);
+  std::vector<std::shared_ptr<Object>> children(count);
+  for (auto& child : children) child = std::make_shared<Object>();
+  for (auto _ : state) {
+    state.PauseTiming();
+    auto list = std::make_unique<RankedList>();
+    for (std::size_t i = 0; i < count; ++i) list->emplace_hint(list->end(), RankedEntry{i, children[i]});
+    state.ResumeTiming();
+    for (std::size_t const position : positions) {
+      list->erase(list->find(position));
+      benchmark::DoNotOptimize(list->rank(list->find(positions.back())));
+    }
+  }
+  countLimits(state);
+}
+
+#define KESTREL_UNITS Arg(100)->Arg(1'000)->Arg(10'000)->Unit(benchmark::kMicrosecond)
+
+BENCHMARK_CAPTURE(setUp, ascending, Ascending)->KESTREL_UNITS;
+BENCHMARK_CAPTURE(synchronizeSameUnits, ascending, Ascending)->KESTREL_UNITS;
+BENCHMARK_CAPTURE(synchronizeHalfReplaced, ascending, Ascending)->KESTREL_UNITS;
+BENCHMARK_CAPTURE(getLimit, ascending, Ascending)->KESTREL_UNITS;
+BENCHMARK_CAPTURE(destroy, ascending, Ascending)->KESTREL_UNITS;
+BENCHMARK_CAPTURE(setUp, scattered, Scattered)->KESTREL_UNITS;
+BENCHMARK_CAPTURE(synchronizeSameUnits, scattered, Scattered)->KESTREL_UNITS;
+BENCHMARK_CAPTURE(synchronizeHalfReplaced, scattered, Scattered)->KESTREL_UNITS;
+BENCHMARK_CAPTURE(getLimit, scattered, Scattered)->KESTREL_UNITS;
+BENCHMARK_CAPTURE(destroy, scattered, Scattered)->KESTREL_UNITS;
+BENCHMARK_CAPTURE(removeChildren, front, Front)->KESTREL_UNITS;
+BENCHMARK_CAPTURE(removeFromRankedIndex, front, Front)->KESTREL_UNITS;
+BENCHMARK_CAPTURE(removeChildren, back, Back)->KESTREL_UNITS;
+BENCHMARK_CAPTURE(removeFromRankedIndex, back, Back)->KESTREL_UNITS;
+BENCHMARK_CAPTURE(removeChildren, random, Random)->KESTREL_UNITS;
+BENCHMARK_CAPTURE(removeFromRankedIndex, random, Random)->KESTREL_UNITS;
+
+}  // namespace
+}  // namespace Kestrel
+
+BENCHMARK_MAIN();
