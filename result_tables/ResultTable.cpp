@@ -8,6 +8,7 @@
 #include <locale>
 #include <utility>
 
+#include "Business_TableProperties/TablePropertySettings.h"
 #include "result_tables/Error.h"
 #include "result_tables/Family.h"
 #include "result_tables/Text.h"
@@ -18,11 +19,29 @@ namespace {
 
 using DataType = MaxValueGroupContainer::DataType;
 
-std::vector<TableColumn> genColumns(MaxValueGroup const& group) {
-  std::vector<TableColumn> columns(group.valueNames.size());
-  for (std::size_t i = 0; i < columns.size(); ++i) {
-    columns[i].key = group.valueNames[i];
-    if (i < group.limitTypes.size()) columns[i].limitType = group.limitTypes[i];
+TableColumn genColumn(std::string const& key) {
+  TableColumn column;
+  column.key = key;
+  column.displayName = TablePropertySettings::getDisplayName(key);
+  column.shortDisplayName = TablePropertySettings::getShortDisplayName(key);
+  column.tableDisplayName = TablePropertySettings::getTableDisplayName(key);
+  column.shortTableDisplayName = TablePropertySettings::getShortTableDisplayName(key);
+  column.unit = TablePropertySettings::getUnitString(key);
+  return column;
+}
+
+std::vector<TableColumn> genColumns(MaxValueGroup const& group, SimulationUnitId const& unitId,
+                                    TablePropertiesData const& limits) {
+  std::vector<TableColumn> columns;
+  columns.reserve(group.valueNames.size());
+  for (auto const& key : group.valueNames) {
+    auto& column = columns.emplace_back(genColumn(key));
+    // A section may have more limit types than columns; the surplus applies to none.
+    auto const index = columns.size() - 1;
+    if (index < group.limitTypes.size()) column.limitType = group.limitTypes[index];
+    if (column.limitType == TablePropertyLimitType::NoLimit) continue;
+    auto const limit = limits.getLimit(unitId, column.limitType);
+    if (limit) column.limit = ColumnLimit{limit->getLimit(), limit->getUnitString()};
   }
   return columns;
 }
@@ -77,9 +96,10 @@ std::shared_ptr<MaxValueGroupContainer> genContainer(ResultsUnit const& unit, Da
 
 }  // namespace
 
-ResultTable::ResultTable(SimulationUnit const& unit, std::shared_ptr<MaxValueGroupContainer const> container)
+ResultTable::ResultTable(SimulationUnit const& unit, std::shared_ptr<MaxValueGroupContainer const> container,
+                         TablePropertiesData const& limits)
     : m_unit(&unit), m_container(std::move(container)) {
-  for (auto const& group : m_container->groups) m_columns.push_back(genColumns(group));
+  for (auto const& group : m_container->groups) m_columns.push_back(genColumns(group, unit.getID(), limits));
 }
 
 bool ResultTable::isValid(MaxValueItem const& item) const {
@@ -98,7 +118,7 @@ bool ResultTable::isExceeded(std::size_t group, std::size_t column, MaxValueItem
 }
 
 std::vector<ResultTable> genResultTables(ResultsFile const& file, std::string const& fileName,
-                                         TableSelection const& selection) {
+                                         TableSelection const& selection, TablePropertiesData const& limits) {
   std::vector<ResultTable> tables;
   for (auto const* unit : selectUnits(file, fileName, selection.units)) {
     for (auto const& family : s_families) {
@@ -106,7 +126,8 @@ std::vector<ResultTable> genResultTables(ResultsFile const& file, std::string co
                            selection.families.end();
       if (!isNamed && !selection.families.empty()) continue;
       auto container = genContainer(*unit, family.dataType, selection.teaching);
-      if (isNamed || !container->groups.empty()) tables.emplace_back(*unit->unit, std::move(container));
+      if (isNamed || !container->groups.empty())
+        tables.emplace_back(*unit->unit, std::move(container), limits);
     }
   }
   return tables;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Business_TableProperties/MaxValueGroupContainer.h"
+#include "Business_TableProperties/TablePropertiesData.h"
 #include "result_tables/ResultsFile.h"
 
 namespace Kestrel::ResultTables {
@@ -33,7 +34,9 @@ struct TableColumn {
 /// it is shown. Refers to the unit, which must outlive it.
 class ResultTable {
  public:
-  ResultTable(SimulationUnit const& unit, std::shared_ptr<MaxValueGroupContainer const> container);
+  /// Reads the limits that stand in `limits` now; later changes do not reach the table.
+  ResultTable(SimulationUnit const& unit, std::shared_ptr<MaxValueGroupContainer const> container,
+              TablePropertiesData const& limits);
 
   [[nodiscard]] SimulationUnit const& unit() const { return *m_unit; }
   [[nodiscard]] MaxValueGroupContainer const& container() const { return *m_container; }
@@ -67,6 +70,7 @@ struct TableSelection {
 /// The selected tables: units in the file's order, families by number inside a unit. `fileName` is for the
 /// `Error` that an unknown unit is. The tables refer to `file`.
 [[nodiscard]] std::vector<ResultTable> genResultTables(ResultsFile const& file, std::string const& fileName,
-                                                       TableSelection const& selection);
+                                                       TableSelection const& selection,
+                                                       TablePropertiesData const& limits);
 
 }  // namespace Kestrel::ResultTables

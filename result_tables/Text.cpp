@@ -41,7 +41,8 @@ void appendPicture(std::string& out, utf8proc_int32_t control) {
   }
 }
 
-/// Control characters, line and paragraph separators, and the marks that turn the direction of a line.
+/// Control characters, line and paragraph separators, the marks that turn the direction of a line, and
+/// non-characters, which XML does not take.
 bool disturbsALine(utf8proc_int32_t codePoint) {
   switch (utf8proc_category(codePoint)) {
     case UTF8PROC_CATEGORY_CC:

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "support/AllocationFailure.h"
 #include "support/TestUnit.h"
 
 namespace Kestrel {
@@ -124,6 +125,26 @@ TEST(ClampGroupsOfAUnit, WithoutClampsLeaveTheClampTableAlone) {
   SimUnitMaxValuesProvider const provider(test.unit, {});
   EXPECT_TRUE(isUntouched(*provider.genGetClampMaxValuesCollection(DataType::Clamps, true)));
   EXPECT_EQ(provider.genGetMaxValuesCollection(DataType::Bolts)->title, "Bolts");
+}
+
+TEST(ClampGroupsOfAUnit, LetAFailedAllocationOutAndLoseNothing) {
+  TestUnit test;
+  for (char const* id : {"Clamp 1", "A clamp whose name is longer than a short string"})
+    test.addTool(id, ToolForceDataType::clamp, {{"ClampClosingForce", {0.0, -12.0, 8.0}}});
+  SimUnitMaxValuesProvider const provider(test.unit, {});
+  static_cast<void>(provider.genGetClampMaxValuesCollection(DataType::Clamps, true));
+  auto const failures = TestSupport::failEachAllocation(
+      [&provider] { return SimUnitMaxValuesProvider(provider); },
+      [](SimUnitMaxValuesProvider& subject) {
+        static_cast<void>(subject.genGetClampMaxValuesCollection(DataType::Clamps, true));
+      },
+      [](SimUnitMaxValuesProvider& subject) {
+        auto const table = subject.genGetClampMaxValuesCollection(DataType::Clamps, false);
+        EXPECT_THAT(rowsOf(table->groups[0])[0], (Row{"", "Clamp 1", {0.0, -12.0, 0.0, 0.0}}));
+      });
+  EXPECT_GT(failures.count, 20U);
+  EXPECT_EQ(failures.swallowed, 0U);
+  EXPECT_EQ(failures.leaking, 0U);
 }
 
 }  // namespace

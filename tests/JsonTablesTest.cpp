@@ -27,7 +27,7 @@ TEST(JsonTables, HoldEverythingThatIsKnownAboutATable) {
   group.subGroups.push_back({"A", {{"Spot 1", {-7.25}}, {"Spot 2", {1e300}}}});
   container->groups.push_back(group);
 
-  EXPECT_EQ(renderJson({ResultTable(unit, container)}), R"json({
+  EXPECT_EQ(renderJson({ResultTable(unit, container, TablePropertiesData())}), R"json({
   "tables": [
     {
       "unit": {
@@ -106,14 +106,14 @@ TEST(JsonTables, WriteNumbersInTheirShortestFormAndNonFiniteOnesByName) {
       {"",
        {{"C1", {0.1, 500.0, 5e-324, infinity, -infinity, std::numeric_limits<double>::quiet_NaN(), -0.0}}}});
   container->groups.push_back(group);
-  EXPECT_THAT(renderJson({ResultTable(unit, container)}),
+  EXPECT_THAT(renderJson({ResultTable(unit, container, TablePropertiesData())}),
               testing::HasSubstr(R"("maxValues": [0.1, 500, 5e-324, "Infinity", "-Infinity", null, -0])"));
 }
 
 TEST(JsonTables, AreValidUtf8WhateverTheNamesHold) {
   SimulationUnit const unit(SimulationUnitId(), "a\xFF\xC3z\n\"");
   auto const container = std::make_shared<MaxValueGroupContainer>(DataType::Clamps, unit.getID());
-  EXPECT_THAT(renderJson({ResultTable(unit, container)}),
+  EXPECT_THAT(renderJson({ResultTable(unit, container, TablePropertiesData())}),
               testing::HasSubstr("\"name\": \"a\xEF\xBF\xBD\xEF\xBF\xBDz\\n\\\"\""));
 }
 

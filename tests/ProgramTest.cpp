@@ -66,9 +66,10 @@ TEST_F(Program, ShowsANamedFamilyAlsoWhenItIsEmpty) {
 }
 
 TEST_F(Program, RefusesAnUnknownFamily) {
-  expectFailure("$P show r.json --family clamps",
-                "result-tables: --family: expected one of Clamps, ClampingTools, JoiningTongs, Pilots, Bolts, "
-                "LineJoiningTools, SuctionZones, Rollers, Steels, HemmingBed, SpotWelds, LineWelds, found \"clamps\"");
+  expectFailure(
+      "$P show r.json --family clamps",
+      "result-tables: --family: expected one of Clamps, ClampingTools, JoiningTongs, Pilots, Bolts, "
+      "LineJoiningTools, SuctionZones, Rollers, Steels, HemmingBed, SpotWelds, LineWelds, found \"clamps\"");
 }
 
 TEST_F(Program, ShowsTheTeachingSectionOnRequestOnly) {
@@ -90,14 +91,16 @@ TEST_F(Program, WritesTheOutputToAFileInPlaceOfStandardOutput) {
 TEST_F(Program, LeavesAnOldOutputFileAloneWhenTheResultsAreBad) {
   m_folder.write("out.txt", "old");
   m_folder.write("bad.json", "{");
-  expectFailure("$P show bad.json --output out.txt",
-                "result-tables: bad.json: line 1, column 2: expected a member name in quotation marks, found the end "
-                "of the file");
+  expectFailure(
+      "$P show bad.json --output out.txt",
+      "result-tables: bad.json: line 1, column 2: expected a member name in quotation marks, found the end "
+      "of the file");
   EXPECT_EQ(m_folder.read("out.txt"), "old");
 }
 
 TEST_F(Program, NamesAFileThatCannotBeRead) {
-  expectFailure("$P show missing.json", "result-tables: missing.json: cannot read: No such file or directory");
+  expectFailure("$P show missing.json",
+                "result-tables: missing.json: cannot read: No such file or directory");
   expectFailure("$P show .", "result-tables: .: cannot read: Is a directory");
 }
 
@@ -106,7 +109,8 @@ TEST_F(Program, NamesAnOutputThatCannotBeWritten) {
                 "result-tables: missing/out.txt: cannot write: No such file or directory");
   expectFailure("$P show r.json --output /dev/full",
                 "result-tables: /dev/full: cannot write: No space left on device");
-  expectFailure("$P show r.json >/dev/full", "result-tables: standard output: cannot write: No space left on device");
+  expectFailure("$P show r.json >/dev/full",
+                "result-tables: standard output: cannot write: No space left on device");
   expectFailure("$P show r.json >&-", "result-tables: standard output: cannot write: Bad file descriptor");
 }
 
@@ -130,7 +134,8 @@ TEST_F(Program, WritesColourToATerminalUnlessItIsUnwelcome) {
 TEST_F(Program, WritesNumbersIndependentlyOfTheLocale) {
   auto const text = run("LC_ALL=de_DE.UTF-8 LANGUAGE=en $P show r.json --unit OP20 --family Clamps");
   EXPECT_THAT(text.out, HasSubstr("-7.25"));
-  auto const json = run("LC_ALL=de_DE.UTF-8 LANGUAGE=en $P show r.json --unit OP20 --family Clamps --format json");
+  auto const json =
+      run("LC_ALL=de_DE.UTF-8 LANGUAGE=en $P show r.json --unit OP20 --family Clamps --format json");
   EXPECT_THAT(json.out, HasSubstr("[-7.25, -12, 0, 0]"));
 }
 
@@ -146,7 +151,7 @@ TEST_F(Program, HasAtLeastThreeUnitsInItsSample) {
 }
 
 TEST_F(Program, ExplainsEveryCommand) {
-  for (auto const* const command : {"", "show", "demo", "import", "import calculix", "import csv"}) {
+  for (auto const* const command : {"", "show", "check", "demo", "import", "import calculix", "import csv"}) {
     for (auto const* const option : {"-h", "--help"}) {
       auto const result = run(std::string("$P ") + command + " " + option);
       EXPECT_EQ(result.exitCode, 0) << command;
@@ -166,10 +171,89 @@ TEST_F(Program, RefusesWrongArgumentsInOneLine) {
   expectFailure("$P show r.json --fromat=json",
                 "result-tables: The following argument was not expected: --fromat=json (--help says more)");
   expectFailure("$P show r.json --format yaml",
-                "result-tables: --format: yaml not in {text,json} (--help says more)");
+                "result-tables: --format: yaml not in {text,csv,json} (--help says more)");
   expectFailure("$P show r.json more.json",
-                "result-tables: The following argument was not expected: more.json (--help says more)");
+                "result-tables: RESULTS: At Most 1 required but received 2 (--help says more)");
   expectFailure("$P import calculix in.dat", "result-tables: --map is required (--help says more)");
+}
+
+TEST_F(Program, ChecksTheValuesAgainstTheDefaultLimits) {
+  auto const result =
+      run("$P check '" KESTREL_SOURCE_DIR "/examples/door_line/door_line.results.json' --family Bolts");
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_EQ(result.out,
+            "OP30 Joining, Bolts, Forces, Bolt 1, Max Normal Force: 812.4 N, limit 30 N\n"
+            "OP30 Joining, Bolts, Forces, Bolt 3, Max Normal Force: 1540.2 N, limit 30 N\n"
+            "values beyond their limits: 2, invalid elements: 0\n");
+  EXPECT_EQ(result.err, "");
+}
+
+TEST_F(Program, ExitsWithNothingFoundWhenNothingIs) {
+  auto const result = run("$P check r.json");
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(result.out, "values beyond their limits: 0, invalid elements: 0\n");
+}
+
+TEST_F(Program, GoesOnAfterAFileThatCannotBeCheckedAndExitsWithTheHighestCode) {
+  auto const result = run("$P check missing.json '" KESTREL_SOURCE_DIR
+                          "/examples/door_line/door_line.results.json' r.json --family "
+                          "Bolts --format json");
+  EXPECT_EQ(result.exitCode, 2);
+  EXPECT_THAT(result.out, HasSubstr("\"item\": \"Bolt 3\""));
+  EXPECT_EQ(result.err, "result-tables: missing.json: cannot read: No such file or directory\n");
+}
+
+TEST_F(Program, TakesAUnitThatOneFileLacksForAnErrorOfThatFileAlone) {
+  auto const result = run("$P check r.json '" KESTREL_SOURCE_DIR
+                          "/examples/door_line/door_line.results.json' --unit 'OP30 Joining' --family Bolts");
+  EXPECT_EQ(result.exitCode, 2);
+  EXPECT_THAT(result.out, HasSubstr("Bolt 1"));
+  EXPECT_EQ(
+      result.err,
+      "result-tables: r.json: expected the id or the name of one of its units, found \"OP30 Joining\"\n");
+}
+
+TEST_F(Program, NamesFailedJoinsButNotSuctionZones) {
+  auto const result =
+      run("$P check '" KESTREL_SOURCE_DIR
+          "/examples/door_line/door_line.results.json' --family SuctionZones --family JoiningTongs");
+  EXPECT_THAT(result.out, HasSubstr("OP30 Joining, JoiningTongs, Tong sill: Joining Failed\n"));
+  EXPECT_THAT(result.out, Not(HasSubstr("SZ-3")));
+  EXPECT_THAT(result.out, HasSubstr("SZ-2, Distance: 1.27 mm, limit 1 mm\n"));
+}
+
+TEST_F(Program, MarksValuesBeyondTheirLimitAndInvalidOnesAlsoInAPipe) {
+  auto const result = run("$P show '" KESTREL_SOURCE_DIR "/examples/door_line/door_line.results.json'");
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_THAT(result.out, HasSubstr("    SZ-2   203.1         1.27 !\n    SZ-3     0   ?       0    ?\n"));
+  EXPECT_THAT(result.out, HasSubstr("! beyond its limit   ? not valid\n"));
+}
+
+TEST_F(Program, SpeaksTheLanguageOfTheEnvironment) {
+  EXPECT_THAT(run("LANG=de_DE.UTF-8 $P demo --family JoiningTongs").out,
+              HasSubstr("OP30 Joining: Fügezangen\n\n  Kräfte\n"));
+  EXPECT_THAT(run("LANG=ja_JP.UTF-8 $P show r.json --family Bolts").out, HasSubstr("OP20: ボルト\n"));
+  EXPECT_THAT(run("LANG=de_DE.UTF-8 $P --help").out, HasSubstr("Ergebnistabellen"));
+}
+
+TEST_F(Program, TranslatesNoKeyFamilyOrMemberOfItsData) {
+  auto const json = run("LANG=de_DE.UTF-8 $P show r.json --family Bolts --format json").out;
+  EXPECT_THAT(json, HasSubstr("\"family\": \"Bolts\""));
+  EXPECT_THAT(json, HasSubstr("\"title\": \"Bolzen\""));
+  EXPECT_THAT(json, HasSubstr("\"key\": \"ClampNormalForce\""));
+  EXPECT_THAT(run("LANG=de_DE.UTF-8 $P show r.json --family Bolts --format csv").out,
+              testing::StartsWith("unit,unitId,family,"));
+}
+
+TEST_F(Program, KeepsTheTotalToolForceInEveryLanguage) {
+  for (auto const* const language : {"C", "de_DE.UTF-8", "ja_JP.UTF-8"}) {
+    EXPECT_THAT(run(std::string("LANG=") + language + " $P demo --family Rollers --format csv").out,
+                HasSubstr("Roller 90°,true,"))
+        << language;
+    EXPECT_THAT(run(std::string("LANG=") + language + " $P demo --family Rollers --format csv").out,
+                HasSubstr(",-1240.35,N,500,true"))
+        << language;
+  }
 }
 
 TEST_F(Program, ReadsResultsFromAPipe) {

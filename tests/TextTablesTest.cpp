@@ -12,11 +12,12 @@ using testing::Not;
 
 class TextTables : public testing::Test {
  protected:
+  TextTables() { m_container->title = "Clamps"; }
+
   /// The text of one table with one section.
   std::string render(MaxValueGroup const& group, bool colour = false) {
-    m_container->title = "Clamps";
     m_container->groups = {group};
-    return renderText({ResultTable(m_unit, m_container)}, colour);
+    return renderText({ResultTable(m_unit, m_container, TablePropertiesData())}, colour);
   }
 
   SimulationUnit const m_unit{SimulationUnitId(), "OP20"};
@@ -90,8 +91,32 @@ TEST_F(TextTables, MarkTheTitleOnATerminal) {
 }
 
 TEST_F(TextTables, SayWhereThereIsNothing) {
-  EXPECT_EQ(renderText({ResultTable(m_unit, m_container)}, false), "OP20: Clamps\n  no elements\n");
+  EXPECT_EQ(renderText({ResultTable(m_unit, m_container, TablePropertiesData())}, false),
+            "OP20: Clamps\n  no elements\n");
   EXPECT_EQ(render({"Forces", false, true, {}, {"K1"}, {}}), "OP20: Clamps\n\n  Forces\n    no elements\n");
+}
+
+TEST_F(TextTables, MarkValuesBeyondTheirLimitWithASignAndInRed) {
+  TablePropertiesData limits;
+  limits.updateLimits({m_unit.getID()});
+  m_container->groups = {
+      {"Forces", false, true, {TablePropertyLimitType::BoltNormalForce}, {"ClampNormalForce"}, {}}};
+  m_container->groups[0].subGroups.push_back({"", {{"B1", {-30.25}}, {"B2", {30}}}});
+  EXPECT_EQ(renderText({ResultTable(m_unit, m_container, limits)}, false), R"(OP20: Clamps
+
+  Forces
+         Max Normal
+              Force
+                  N
+               ≤ 30
+    --   ------------
+    B1       -30.25 !
+    B2        30
+
+! beyond its limit   ? not valid
+)");
+  EXPECT_THAT(renderText({ResultTable(m_unit, m_container, limits)}, true),
+              HasSubstr("\x1b[31m-30.25\x1b[0m !\n"));
 }
 
 TEST_F(TextTables, NameAnInvalidItemWithTheAppendix) {
@@ -99,7 +124,8 @@ TEST_F(TextTables, NameAnInvalidItemWithTheAppendix) {
   m_container->invalidValuesNameAppendix = " (Joining Failed)";
   MaxValueGroup group{"Forces", false, true, {}, {"K1"}, {}};
   group.subGroups.push_back({"", {{"Spot 1", {1}}}});
-  EXPECT_THAT(render(group), HasSubstr("    Spot 1 (Joining Failed)    1\n"));
+  EXPECT_THAT(render(group),
+              HasSubstr("    Spot 1 (Joining Failed)    1 ?\n\n! beyond its limit   ? not valid\n"));
 }
 
 }  // namespace

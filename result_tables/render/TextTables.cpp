@@ -8,6 +8,7 @@
 
 #include "result_tables/Family.h"
 #include "result_tables/Text.h"
+#include "result_tables/Translate.h"
 
 namespace Kestrel::ResultTables {
 
@@ -15,16 +16,27 @@ namespace {
 
 constexpr std::size_t s_rowsPerHead = 40;
 constexpr std::string_view s_gap = "   ";
+constexpr std::string_view s_exceededMark = " !";
+constexpr std::string_view s_invalidMark = " ?";
 
 /// A number as text, cut at its decimal point.
 struct Cell {
   std::string text;
   std::size_t integerWidth;
+  std::string_view mark;  ///< s_exceededMark, s_invalidMark or empty
 
-  explicit Cell(double value)
-      : text(fmt::format("{:.7g}", value)), integerWidth(std::min(text.find('.'), text.size())) {}
+  Cell(double value, std::string_view valueMark)
+      : text(fmt::format("{:.7g}", value)),
+        integerWidth(std::min(text.find('.'), text.size())),
+        mark(valueMark) {}
   [[nodiscard]] std::size_t fractionWidth() const { return text.size() - integerWidth; }
 };
+
+std::string_view markOf(ResultTable const& table, std::size_t group, std::size_t column,
+                        MaxValueItem const& item) {
+  if (!table.isValid(item)) return s_invalidMark;
+  return table.isExceeded(group, column, item) ? s_exceededMark : std::string_view();
+}
 
 /// A row of the text table: an item, or the name of a sub-group above its items.
 struct Row {
@@ -37,6 +49,7 @@ struct ColumnLayout {
   std::vector<std::string> head;  ///< from the top line down, as many lines in every column
   std::size_t integerWidth = 0;
   std::size_t fractionWidth = 0;
+  std::size_t markWidth = 0;  ///< room for the marks of exceeded values, where there are any
   std::size_t width = 0;
 };
 
@@ -64,10 +77,26 @@ std::vector<std::string> wrap(std::string_view text, std::size_t width) {
   return lines;
 }
 
+/// The lines above a column: its name, its unit, its limit.
+std::vector<std::string> genHead(TableColumn const& column, std::size_t numberWidth) {
+  constexpr std::size_t shortestLine = 12;
+  auto const& name = column.tableDisplayName.empty() ? column.key : column.tableDisplayName;
+  auto head = wrap(toPrintable(name), std::max(numberWidth, shortestLine));
+  head.push_back(toPrintable(column.unit));
+  std::string limit;
+  if (column.limit) {
+    limit = fmt::format("≤ {:.7g}", column.limit->value);
+    if (column.limit->unit != column.unit) limit += ' ' + toPrintable(column.limit->unit);
+  }
+  head.push_back(limit);
+  return head;
+}
+
 class SectionText {
  public:
-  SectionText(ResultTable const& table, std::size_t group) : m_group(table.container().groups[group]) {
-    collectRows(table);
+  SectionText(ResultTable const& table, std::size_t group, bool colour)
+      : m_group(table.container().groups[group]), m_colour(colour) {
+    collectRows(table, group);
     layOutColumns(table.columns(group));
   }
 
@@ -77,28 +106,38 @@ class SectionText {
       if (i % s_rowsPerHead == 0) appendHead(out, i > 0);
       appendRow(out, m_rows[i]);
     }
-    if (m_rows.empty()) appendLine(out, "    no elements");
+    if (m_rows.empty()) appendLine(out, "    " + tr("no elements"));
+  }
+
+  /// Whether any value is marked.
+  [[nodiscard]] bool hasMarks() const {
+    return std::any_of(m_columns.begin(), m_columns.end(),
+                       [](auto const& column) { return column.markWidth > 0; });
   }
 
  private:
-  void collectRows(ResultTable const& table);
+  void collectRows(ResultTable const& table, std::size_t group);
   void layOutColumns(std::vector<TableColumn> const& columns);
   void appendHead(std::string& out, bool isRepeated) const;
   void appendRow(std::string& out, Row const& row) const;
+  void appendCell(std::string& line, Cell const& cell, ColumnLayout const& column) const;
 
   MaxValueGroup const& m_group;
+  bool m_colour;
   std::vector<Row> m_rows;
   std::size_t m_nameWidth = 0;
   std::vector<ColumnLayout> m_columns;
 };
 
-void SectionText::collectRows(ResultTable const& table) {
+void SectionText::collectRows(ResultTable const& table, std::size_t group) {
   for (auto const& subGroup : m_group.subGroups) {
     bool const isNamed = !subGroup.name.empty();
     if (isNamed) m_rows.push_back({"    " + toPrintable(subGroup.name), true, {}});
     for (auto const& item : subGroup.items) {
       Row row{(isNamed ? "      " : "    ") + toPrintable(table.displayName(item)), false, {}};
-      for (double const value : item.maxValues) row.cells.emplace_back(value);
+      for (std::size_t i = 0; i < item.maxValues.size(); ++i) {
+        row.cells.emplace_back(item.maxValues[i], markOf(table, group, i, item));
+      }
       m_nameWidth = std::max(m_nameWidth, displayWidth(row.name));
       m_rows.push_back(std::move(row));
     }
@@ -109,17 +148,17 @@ void SectionText::layOutColumns(std::vector<TableColumn> const& columns) {
   m_columns.resize(columns.size());
   for (auto const& row : m_rows) {
     for (std::size_t i = 0; i < std::min(row.cells.size(), m_columns.size()); ++i) {
-      m_columns[i].integerWidth = std::max(m_columns[i].integerWidth, row.cells[i].integerWidth);
-      m_columns[i].fractionWidth = std::max(m_columns[i].fractionWidth, row.cells[i].fractionWidth());
+      auto& layout = m_columns[i];
+      layout.integerWidth = std::max(layout.integerWidth, row.cells[i].integerWidth);
+      layout.fractionWidth = std::max(layout.fractionWidth, row.cells[i].fractionWidth());
+      layout.markWidth = std::max(layout.markWidth, row.cells[i].mark.size());
     }
   }
   std::size_t headLines = 0;
   for (std::size_t i = 0; i < columns.size(); ++i) {
     auto& layout = m_columns[i];
-    auto const& name = columns[i].tableDisplayName.empty() ? columns[i].key : columns[i].tableDisplayName;
     layout.width = layout.integerWidth + layout.fractionWidth;
-    layout.head = wrap(toPrintable(name), std::max<std::size_t>(layout.width, 12));
-    layout.head.push_back(toPrintable(columns[i].unit));
+    layout.head = genHead(columns[i], layout.width);
     for (auto const& line : layout.head) layout.width = std::max(layout.width, displayWidth(line));
     headLines = std::max(headLines, layout.head.size());
   }
@@ -136,12 +175,24 @@ void SectionText::appendHead(std::string& out, bool isRepeated) const {
       line += s_gap;
       appendBlanks(line, column.width - displayWidth(column.head[i]));
       line += column.head[i];
+      appendBlanks(line, column.markWidth);
     }
     if (line.find_first_not_of(' ') != line.npos) appendLine(out, std::move(line));
   }
   std::string rule = "    " + std::string(m_nameWidth - std::min<std::size_t>(m_nameWidth, 4), '-');
-  for (auto const& column : m_columns) rule += std::string(s_gap) + std::string(column.width, '-');
+  for (auto const& column : m_columns)
+    rule += std::string(s_gap) + std::string(column.width + column.markWidth, '-');
   appendLine(out, std::move(rule));
+}
+
+void SectionText::appendCell(std::string& line, Cell const& cell, ColumnLayout const& column) const {
+  bool const isColoured = m_colour && cell.mark == s_exceededMark;
+  if (isColoured) line += "\x1b[31m";
+  line += cell.text;
+  if (isColoured) line += "\x1b[0m";
+  appendBlanks(line, column.fractionWidth - cell.fractionWidth());
+  line += cell.mark;
+  appendBlanks(line, column.markWidth - cell.mark.size());
 }
 
 void SectionText::appendRow(std::string& out, Row const& row) const {
@@ -153,8 +204,7 @@ void SectionText::appendRow(std::string& out, Row const& row) const {
       auto const& column = m_columns[i];
       line += s_gap;
       appendBlanks(line, column.width - column.fractionWidth - cell.integerWidth);
-      line += cell.text;
-      appendBlanks(line, column.fractionWidth - cell.fractionWidth());
+      appendCell(line, cell, column);
     }
   }
   appendLine(out, std::move(line));
@@ -170,15 +220,21 @@ std::string tableTitle(ResultTable const& table) {
 
 std::string renderText(std::vector<ResultTable> const& tables, bool colour) {
   std::string out;
+  bool hasMarks = false;
   for (auto const& table : tables) {
     if (!out.empty()) out += '\n';
     auto const title = tableTitle(table);
     appendLine(out, colour ? "\x1b[1m" + title + "\x1b[0m" : title);
     for (std::size_t i = 0; i < table.container().groups.size(); ++i) {
       out += '\n';
-      SectionText(table, i).appendTo(out);
+      SectionText const section(table, i, colour);
+      section.appendTo(out);
+      hasMarks = hasMarks || section.hasMarks();
     }
-    if (table.container().groups.empty()) appendLine(out, "  no elements");
+    if (table.container().groups.empty()) appendLine(out, "  " + tr("no elements"));
+  }
+  if (hasMarks) {
+    out += fmt::format("\n! {}   ? {}\n", tr("beyond its limit"), tr("not valid"));
   }
   return out;
 }

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "result_tables/Findings.h"
+
+namespace Kestrel::ResultTables {
+
+/// One line per finding, and a last line that counts them. With `colour` the text holds escape sequences.
+[[nodiscard]] std::string renderFindingsAsText(std::vector<FileFindings> const& files, bool colour);
+
+/// One JSON object with all findings in order. A file that could not be checked has none.
+[[nodiscard]] std::string renderFindingsAsJson(std::vector<FileFindings> const& files);
+
+/// A JUnit report: a suite per file, a case per table, failed when there are findings. A file that could not
+/// be checked is a suite with one case in error.
+[[nodiscard]] std::string renderFindingsAsJunit(std::vector<FileFindings> const& files);
+
+}  // namespace Kestrel::ResultTables
