@@ -187,9 +187,7 @@ class KESTREL_TABLEPROPERTIES_EXPORT SimUnitMaxValuesProvider {
   /// False for the states of failed joins; true for all others, those that the solver may add included.
   [[nodiscard]] bool genGetJoinValueIsValid(BodyJoinInterface::JoinState state) const;
 
-  /// The maxima of one tool, one per entry of the map; 0.0 in the columns that the tool has no series for.
-  [[nodiscard]] std::vector<double> genRow(
-      std::string const& toolId, std::map<std::string, unsigned int> const& valueNameToColumnIndex) const;
+  class RowMaker;
 
   /// The value of one column of a line join, 0.0 where no record has it.
   [[nodiscard]] double computeMaxValueOfSkins(
@@ -203,6 +201,11 @@ class KESTREL_TABLEPROPERTIES_EXPORT SimUnitMaxValuesProvider {
   void appendSection(MaxValueGroupContainer& container, SectionDefinition const& definition,
                      std::vector<std::string> const& itemIds,
                      std::vector<std::string> const& itemNames) const;
+
+  /// The same for several sections of the same tools, of which each is visited once for all sections.
+  void appendSections(MaxValueGroupContainer& container, std::vector<SectionDefinition> const& definitions,
+                      std::vector<std::string> const& itemIds,
+                      std::vector<std::string> const& itemNames) const;
 
   std::function<bool(double, double)> m_compare;  ///< whether the second value takes the place of the first
   SimulationUnit const* m_simulationUnit;
