@@ -2,7 +2,6 @@
 
 #include <deque>
 #include <mutex>
-#include <ranges>
 
 #include "VantaService_PersistenceArchiver/PersistenceArchiver.h"
 
@@ -16,7 +15,9 @@ class CasterChain final : public Caster {
   explicit CasterChain(std::vector<Caster*> casters) : m_casters(std::move(casters)) {}
 
   void* upCast(void* derived) const override {
-    for (auto const* caster : std::views::reverse(m_casters)) derived = caster->upCast(derived);
+    for (auto caster = m_casters.rbegin(); caster != m_casters.rend(); ++caster) {
+      derived = (*caster)->upCast(derived);
+    }
     return derived;
   }
 
