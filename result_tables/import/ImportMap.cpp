@@ -42,8 +42,8 @@ class MapReader {
  public:
   MapReader(std::string const& name, Histories const& histories) : m_json(name), m_histories(histories) {}
 
-  ImportMap read(std::string text) {
-    m_json.read(std::move(text), document());
+  ImportMap read(std::string const& text) {
+    m_json.read(text, document());
     return std::move(m_map);
   }
 
@@ -528,8 +528,8 @@ std::optional<std::size_t> ImportFormula::indexOf(double time) const {
   return static_cast<std::size_t>(after - times().begin()) - 1;
 }
 
-ImportMap readImportMap(std::string const& name, std::string text, Histories const& histories) {
-  return MapReader(name, histories).read(std::move(text));
+ImportMap readImportMap(std::string const& name, std::string const& text, Histories const& histories) {
+  return MapReader(name, histories).read(text);
 }
 
 }  // namespace Kestrel::ResultTables

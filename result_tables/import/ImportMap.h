@@ -96,6 +96,7 @@ struct ImportMap {
 /// provide for, an identifier that the results file would not take, a history that the input does not have
 /// and an entry that would have no effect are an `Error` with the place in the map. `name` is what messages
 /// call the map.
-[[nodiscard]] ImportMap readImportMap(std::string const& name, std::string text, Histories const& histories);
+[[nodiscard]] ImportMap readImportMap(std::string const& name, std::string const& text,
+                                      Histories const& histories);
 
 }  // namespace Kestrel::ResultTables
