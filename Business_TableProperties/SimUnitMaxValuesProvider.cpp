@@ -283,7 +283,7 @@ class SimUnitMaxValuesProvider::RowMaker {
 
  private:
   /// Null where there is no such column.
-  unsigned int const* columnOf(std::string const& quantity) const {
+  [[nodiscard]] unsigned int const* columnOf(std::string const& quantity) const {
     auto const found = m_columns.find(quantity);
     return found == m_columns.end() ? nullptr : &found->second;
   }
@@ -525,6 +525,7 @@ void SimUnitMaxValuesProvider::assembleLineWeldGroup(
     std::map<std::string, unsigned int> const& valueNameToColumnIndex, LineJoinMap const& lineJoins,
     MaxValueGroup& group) const {
   std::vector<std::pair<SkinKey, unsigned int>> columns;
+  columns.reserve(valueNameToColumnIndex.size());
   for (auto const& [valueName, column] : valueNameToColumnIndex)
     columns.emplace_back(SkinKey(valueName, 0, "", ""), column);
   group.subGroups.reserve(group.subGroups.size() + lineJoins.size());
@@ -622,6 +623,8 @@ void SimUnitMaxValuesProvider::appendSections(MaxValueGroupContainer& container,
                                               std::vector<std::string> const& itemNames) const {
   std::vector<MaxValueGroup> sections;
   std::vector<RowMaker> rows;
+  sections.reserve(definitions.size());
+  rows.reserve(definitions.size());
   for (auto const& definition : definitions) {
     auto& section = sections.emplace_back(newSection(definition));
     section.subGroups.reserve(itemIds.size());

@@ -12,8 +12,8 @@ namespace {
 using LimitList = std::vector<std::shared_ptr<TablePropertyLimit>>;
 using LimitMap = std::map<SimulationUnitId, LimitList>;
 
-/// Has the memory of limits that are about to be used fetched, all at a time: in a large collection most of it is
-/// in no cache.
+/// Has the memory of limits that are about to be used fetched, all at a time: in a large collection most of
+/// it is in no cache.
 void prefetch(LimitList const& limits) {
   for (auto const& limit : limits) {
     __builtin_prefetch(limit.get());

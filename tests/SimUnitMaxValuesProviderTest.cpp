@@ -145,7 +145,7 @@ TEST(SimUnitMaxValuesProvider, ItsDestructorReleasesTheResultBeforeTheComparator
   {
     SimUnitMaxValuesProvider provider(test.unit, result.weak());
     result.release();
-    auto watch = std::make_shared<ResultWatch>(isGone, sawResultGone);
+    std::shared_ptr<ResultWatch> watch(new ResultWatch{isGone, sawResultGone});
     Access::compare(provider) = [watch = std::move(watch)](double, double) { return false; };
   }
   EXPECT_TRUE(sawResultGone);
