@@ -12,7 +12,7 @@
 #include "result_tables/File.h"
 #include "result_tables/Text.h"
 #include "result_tables/ToolKind.h"
-#include "result_tables/json/JsonReader.h"
+#include "result_tables/json/JsonShapes.h"
 
 namespace Kestrel::ResultTables {
 
@@ -103,9 +103,6 @@ class ResultsReader {
   JsonShape lineJoin();
   JsonShape skins();
 
-  JsonShape text(std::string& target);
-  JsonShape identifier(std::function<void(GUIdentifier const&)> onIdentifier);
-  JsonShape identifier(GUIdentifier& target);
   JsonShape state();
   JsonShape record(std::vector<JsonMember> members, std::function<void()> onEnd);
 
@@ -126,50 +123,28 @@ class ResultsReader {
   std::optional<double> m_rangeMaximum;
 };
 
-JsonShape ResultsReader::text(std::string& target) {
-  return jsonString([&target](std::string_view value) { target = value; });
-}
-
-JsonShape ResultsReader::identifier(std::function<void(GUIdentifier const&)> onIdentifier) {
-  return jsonString([this, onIdentifier = std::move(onIdentifier)](std::string_view value) {
-    auto const id = GUIdentifier::fromString(value);
-    if (!id) m_json.fail("a UUID of 8-4-4-4-12 hexadecimal digits", quote(value));
-    onIdentifier(*id);
-  });
-}
-
-JsonShape ResultsReader::identifier(GUIdentifier& target) {
-  return identifier([&target](GUIdentifier const& id) { target = id; });
-}
-
 JsonShape ResultsReader::state() {
   return jsonInteger(s_largest32Bit,
                      [this](std::uint64_t value) { m_record.state = static_cast<std::uint32_t>(value); });
 }
 
 JsonShape ResultsReader::document() {
-  auto const format = jsonString([this](std::string_view value) {
-    if (value != "simulation-results") m_json.fail("\"simulation-results\"", quote(value));
-  });
-  auto const version = jsonInteger(s_largest32Bit, [this](std::uint64_t value) {
-    if (value != 1) m_json.fail("version 1", fmt::format("version {}", value));
-  });
   return jsonObject({
-      {"format", s_required, format},
-      {"version", s_required, version},
+      {"format", s_required, jsonFormatName(m_json, "simulation-results")},
+      {"version", s_required, jsonFormatVersion(m_json)},
       {"units", s_required, jsonArray(unit())},
   });
 }
 
 JsonShape ResultsReader::unit() {
   auto const toolList = jsonArray(tool());
-  auto const joinsDefinedInUnit =
-      jsonArray(identifier([this](GUIdentifier const& id) { m_unit.joinsDefinedInUnit.emplace_back(id); }));
+  auto const joinsDefinedInUnit = jsonArray(
+      jsonIdentifier(m_json, [this](GUIdentifier const& id) { m_unit.joinsDefinedInUnit.emplace_back(id); }));
   auto const steps = jsonArray(jsonOrNull(step(), [this] { m_unit.steps.push_back(nullptr); }));
   return jsonObject(
       {
-          {"id", s_required, identifier(m_unit.id)},
-          {"name", s_required, text(m_unit.name)},
+          {"id", s_required, jsonIdentifier(m_json, m_unit.id)},
+          {"name", s_required, jsonText(m_unit.name)},
           {"visibleSteps", s_optional, visibleSteps()},
           {"tools", s_optional, toolList},
           {"joinsDefinedInUnit", s_optional, joinsDefinedInUnit},
@@ -196,13 +171,13 @@ JsonShape ResultsReader::tool() {
     if (!type) m_json.fail("one of " + toolKindNames(), quote(value));
     m_tool.type = *type;
   });
-  auto const seriesList = jsonArray(series({{"quantity", s_required, text(m_series.quantity)}}, [this] {
+  auto const seriesList = jsonArray(series({{"quantity", s_required, jsonText(m_series.quantity)}}, [this] {
     m_tool.series.emplace_back(m_series.quantity, std::make_shared<StepValues<double>>(m_series.take()));
   }));
   auto const tangentialForce = series({}, [this] { m_tool.tangentialForce = m_series.take(); });
   return jsonObject(
       {
-          {"id", s_required, text(m_tool.id)},
+          {"id", s_required, jsonText(m_tool.id)},
           {"kind", s_required, kind},
           {"series", s_optional, seriesList},
           {"tangentialForce", s_optional, tangentialForce},
@@ -291,8 +266,8 @@ void ResultsReader::refuseRepeatedGuid(bool added) {
 
 JsonShape ResultsReader::suctionZone() {
   auto const active = jsonBoolean([this](bool value) { m_record.active = value; });
-  return record({{"guid", s_required, identifier(m_record.guid)},
-                 {"name", s_required, text(m_record.name)},
+  return record({{"guid", s_required, jsonIdentifier(m_json, m_record.guid)},
+                 {"name", s_required, jsonText(m_record.name)},
                  {"active", s_required, active}},
                 [this] {
                   refuseRepeatedGuid(m_step->addSuctionZone(
@@ -302,8 +277,8 @@ JsonShape ResultsReader::suctionZone() {
 }
 
 JsonShape ResultsReader::joiningTong() {
-  return record({{"id", s_required, text(m_record.id)},
-                 {"name", s_required, text(m_record.name)},
+  return record({{"id", s_required, jsonText(m_record.id)},
+                 {"name", s_required, jsonText(m_record.name)},
                  {"state", s_required, state()}},
                 [this] {
                   if (m_step->getJoiningTongByID(m_record.id)) {
@@ -316,9 +291,9 @@ JsonShape ResultsReader::joiningTong() {
 
 JsonShape ResultsReader::join() {
   return record(
-      {{"guid", s_required, identifier(m_record.guid)},
-       {"id", s_required, text(m_record.id)},
-       {"name", s_required, text(m_record.name)},
+      {{"guid", s_required, jsonIdentifier(m_json, m_record.guid)},
+       {"id", s_required, jsonText(m_record.id)},
+       {"name", s_required, jsonText(m_record.name)},
        {"state", s_required, state()}},
       [this] {
         refuseRepeatedGuid(m_step->addJoin(
@@ -330,11 +305,11 @@ JsonShape ResultsReader::join() {
 JsonShape ResultsReader::lineJoin() {
   return record(
       {
-          {"guid", s_required, identifier(m_record.guid)},
-          {"id", s_required, text(m_record.id)},
-          {"name", s_required, text(m_record.name)},
+          {"guid", s_required, jsonIdentifier(m_json, m_record.guid)},
+          {"id", s_required, jsonText(m_record.id)},
+          {"name", s_required, jsonText(m_record.name)},
           {"state", s_required, state()},
-          {"simulationUnitJoin", s_required, identifier(m_record.simulationUnitJoin)},
+          {"simulationUnitJoin", s_required, jsonIdentifier(m_json, m_record.simulationUnitJoin)},
           {"skins", s_optional, skins()},
       },
       [this] {

@@ -11,7 +11,7 @@
 
 #include "result_tables/Text.h"
 #include "result_tables/ToolKind.h"
-#include "result_tables/json/JsonReader.h"
+#include "result_tables/json/JsonShapes.h"
 
 namespace Kestrel::ResultTables {
 
@@ -70,10 +70,6 @@ class MapReader {
   JsonShape activity();
   JsonShape skins();
 
-  JsonShape text(std::string& target);
-  JsonShape identifier(std::function<void(GUIdentifier const&)> onIdentifier);
-  JsonShape identifier(GUIdentifier& target);
-
   void findHistory(std::string_view name);
   void finishTerm();
   void chooseAllNodes(HistoryTable const& table);
@@ -103,32 +99,10 @@ class MapReader {
   TermDraft m_term;
 };
 
-JsonShape MapReader::text(std::string& target) {
-  return jsonString([&target](std::string_view value) { target = value; });
-}
-
-JsonShape MapReader::identifier(std::function<void(GUIdentifier const&)> onIdentifier) {
-  return jsonString([this, onIdentifier = std::move(onIdentifier)](std::string_view value) {
-    auto const id = GUIdentifier::fromString(value);
-    if (!id) m_json.fail("a UUID of 8-4-4-4-12 hexadecimal digits", quote(value));
-    onIdentifier(*id);
-  });
-}
-
-JsonShape MapReader::identifier(GUIdentifier& target) {
-  return identifier([&target](GUIdentifier const& id) { target = id; });
-}
-
 JsonShape MapReader::document() {
-  auto const format = jsonString([this](std::string_view value) {
-    if (value != "import-map") m_json.fail("\"import-map\"", quote(value));
-  });
-  auto const version = jsonInteger(s_largest32Bit, [this](std::uint64_t value) {
-    if (value != 1) m_json.fail("version 1", fmt::format("version {}", value));
-  });
   return jsonObject({
-      {"format", s_required, format},
-      {"version", s_required, version},
+      {"format", s_required, jsonFormatName(m_json, "import-map")},
+      {"version", s_required, jsonFormatVersion(m_json)},
       {"units", s_required,
        jsonArray(unit(), {},
                  [this] {
@@ -139,18 +113,19 @@ JsonShape MapReader::document() {
 
 JsonShape MapReader::unit() {
   auto const joinDefinedInUnit =
-      identifier([this](GUIdentifier const& id) { m_unit.joinsDefinedInUnit.push_back(id); });
-  JsonMember const guid{"guid", s_required, identifier(m_record.guid)};
-  JsonMember const id{"id", s_required, text(m_record.id)};
-  JsonMember const name{"name", s_required, text(m_record.name)};
+      jsonIdentifier(m_json, [this](GUIdentifier const& id) { m_unit.joinsDefinedInUnit.push_back(id); });
+  JsonMember const guid{"guid", s_required, jsonIdentifier(m_json, m_record.guid)};
+  JsonMember const id{"id", s_required, jsonText(m_record.id)};
+  JsonMember const name{"name", s_required, jsonText(m_record.name)};
   JsonMember const state{"states", s_required, states()};
   JsonMember const active{"active", s_required, activity()};
-  JsonMember const unitJoin{"simulationUnitJoin", s_required, identifier(m_record.simulationUnitJoin)};
+  JsonMember const unitJoin{"simulationUnitJoin", s_required,
+                            jsonIdentifier(m_json, m_record.simulationUnitJoin)};
   JsonMember const skin{"skins", s_optional, skins()};
   return jsonObject(
       {
-          {"id", s_required, identifier(m_unit.id)},
-          {"name", s_required, text(m_unit.name)},
+          {"id", s_required, jsonIdentifier(m_json, m_unit.id)},
+          {"name", s_required, jsonText(m_unit.name)},
           {"visibleSteps", s_optional, visibleSteps()},
           {"stepTimes", s_optional, stepTimes()},
           {"tools", s_optional, jsonArray(tool())},
@@ -188,12 +163,12 @@ JsonShape MapReader::tool() {
     if (!toolKindOf(value)) m_json.fail("one of " + toolKindNames(), quote(value));
     m_tool.kind = value;
   });
-  auto const ofQuantity = series({{"quantity", s_required, text(m_series.quantity)}},
+  auto const ofQuantity = series({{"quantity", s_required, jsonText(m_series.quantity)}},
                                  [this] { m_tool.series.push_back(std::move(m_series)); });
   auto const tangentialForce = series({}, [this] { m_tool.tangentialForce = std::move(m_series); });
   return jsonObject(
       {
-          {"id", s_required, text(m_tool.id)},
+          {"id", s_required, jsonText(m_tool.id)},
           {"kind", s_required, kind},
           {"series", s_optional, jsonArray(ofQuantity)},
           {"tangentialForce", s_optional, tangentialForce},
