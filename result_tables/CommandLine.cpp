@@ -33,7 +33,8 @@ namespace {
 
 /// The options of all commands; each command reads those that it has declared.
 struct Options {
-  std::vector<std::string> results;
+  std::string file;
+  std::vector<std::string> files;
   std::vector<std::string> units;
   std::vector<std::string> families;
   bool teaching = false;
@@ -114,7 +115,7 @@ ExitCode check(Options const& options) {
   auto const selection = selectionOf(options);
   auto exitCode = ExitCode::nothingFound;
   std::vector<FileFindings> files;
-  for (auto const& results : options.results) {
+  for (auto const& results : options.files) {
     files.push_back(checkFile(results, selection));
     exitCode = std::max(exitCode, exitCodeOf(files.back()));
   }
@@ -151,20 +152,17 @@ void addSelection(CLI::App& command, Options& options) {
 
 void addShow(CLI::App& app, Options& options, ExitCode& exitCode) {
   auto& command = *app.add_subcommand("show", tr("Show the tables of a results file"));
-  command.add_option("RESULTS", options.results, tr("Results file"))->required()->expected(1);
+  command.add_option("RESULTS", options.file, tr("Results file"))->required();
   addSelection(command, options);
   addFormat(command, options, {"text", "csv", "json"});
   addOutput(command, options);
-  command.final_callback([&] {
-    auto const& results = options.results.front();
-    exitCode = show(readResultsFile(results), results, options);
-  });
+  command.final_callback([&] { exitCode = show(readResultsFile(options.file), options.file, options); });
 }
 
 void addCheck(CLI::App& app, Options& options, ExitCode& exitCode) {
   auto& command = *app.add_subcommand(
       "check", tr("List values beyond their limits and failed joins; exits with 1 if any"));
-  command.add_option("RESULTS", options.results, tr("Results files"))->required()->expected(1, -1);
+  command.add_option("RESULTS", options.files, tr("Results files"))->required()->expected(1, -1);
   addSelection(command, options);
   addFormat(command, options, {"text", "json", "junit"});
   command.final_callback([&] { exitCode = check(options); });

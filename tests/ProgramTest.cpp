@@ -173,7 +173,7 @@ TEST_F(Program, RefusesWrongArgumentsInOneLine) {
   expectFailure("$P show r.json --format yaml",
                 "result-tables: --format: yaml not in {text,csv,json} (--help says more)");
   expectFailure("$P show r.json more.json",
-                "result-tables: RESULTS: At Most 1 required but received 2 (--help says more)");
+                "result-tables: The following argument was not expected: more.json (--help says more)");
   expectFailure("$P import calculix in.dat", "result-tables: --map is required (--help says more)");
 }
 
