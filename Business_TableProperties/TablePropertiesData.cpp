@@ -4,10 +4,15 @@
 #include <boost/thread/mutex.hpp>
 
 #include "VantaService_Parameterization/ObjectHelper.h"
+#include "VantaService_PersistenceArchiver/ClassRegistration.h"
+#include "VantaService_PersistenceArchiver/ObjectRecord.h"
 
 namespace Kestrel {
 
 namespace {
+
+constexpr unsigned int classVersion = 500002;
+constexpr unsigned int firstVersionWithLastingLimits = 500002;
 
 using LimitList = std::vector<std::shared_ptr<TablePropertyLimit>>;
 using LimitMap = std::map<SimulationUnitId, LimitList>;
@@ -60,6 +65,15 @@ std::uint32_t kindsOf(LimitList const& limits) {
 }
 
 }  // namespace
+
+bool TablePropertiesData::s_force_serialization_registration = registerClass<TablePropertiesData>();
+bool TablePropertiesData::s_isParentRegisteredForSave = registerParent<Object, TablePropertiesData>();
+bool TablePropertiesData::s_isParentRegisteredForLoad = s_isParentRegisteredForSave;
+
+void TablePropertiesData::serialization_register(void* record) {
+  static ClassRegistration<TablePropertiesData> const registration("TablePropertiesData", classVersion);
+  *static_cast<BaseClassRegister*>(record) = registration.getRecord();
+}
 
 TablePropertiesData::TablePropertiesData() = default;
 
@@ -175,6 +189,42 @@ void TablePropertiesData::replaceLimitsByDefaults() {
     if (limit) ids.push_back(limit->getSimUnitID());
   // One set per limit, not per unit: a unit that had n limits gets n sets.
   setupLimits(ids);
+}
+
+void TablePropertiesData::save(PersistenceArchiver& archive, unsigned int /*version*/) const {
+  if (!s_isParentRegisteredForSave) throw KeException("Parent not registered");
+  savePart<Object>(archive, *this);
+  archive << static_cast<unsigned int>(s_currentDataVersion);
+  saveRecord(archive, PersistenceArchiver::noTypeHash, [&] {
+    archive << static_cast<unsigned int>(m_limits.size());
+    for (auto const& limit : m_limits) savePointer(archive, limit);
+  });
+}
+
+void TablePropertiesData::load(PersistenceArchiver& archive, unsigned int version) {
+  if (!s_isParentRegisteredForLoad) throw KeException("Parent not registered");
+  loadPart<Object>(archive, *this);
+  unsigned int dataVersion = 0;
+  archive >> dataVersion;
+  m_dataVersion = static_cast<std::int32_t>(dataVersion);
+  loadLimits(archive);
+  if (version < firstVersionWithLastingLimits) {
+    m_dataVersion = 0;
+    // They have become children while they were read.
+    ObjectHelper::removeAllFromVector(this, m_limits);
+  }
+  setupLimitsAccessMap();
+  if (m_dataVersion != s_currentDataVersion) extendLimits();
+}
+
+void TablePropertiesData::loadLimits(PersistenceArchiver& archive) {
+  loadRecord(archive, [&](unsigned int /*typeHash*/) {
+    unsigned int count = 0;
+    archive >> count;
+    archive.check_container_size(count);
+    m_limits.resize(count);
+    for (auto& limit : m_limits) loadPointer(archive, limit);
+  });
 }
 
 void TablePropertiesData::addLimits(LimitList const& limits) {

@@ -16,6 +16,9 @@
 
 namespace Kestrel {
 
+class ArchiveAccess;
+class PersistenceArchiver;
+
 /// The limits of all simulation units of a document: kept in step with the list of units, looked up by unit
 /// and kind.
 ///
@@ -55,7 +58,14 @@ class KESTREL_TABLEPROPERTIES_EXPORT TablePropertiesData : public Object {
   /// Cost: n log n in units plus limits. REQUIRES: a tree report does not call this operation again.
   void updateLimits(std::vector<SimulationUnitId> const& ids);
 
+  /// Fills `record` (a `BaseClassRegister`) with the entry under which the archive stores collections, and
+  /// registers the class first if that has not happened yet.
+  static void serialization_register(void* record);
+  /// Whether the class is registered with the archive, which happens when the library is loaded.
+  static bool s_force_serialization_registration;
+
  private:
+  friend class ArchiveAccess;
   friend struct TablePropertiesDataTestAccess;
 
   using LimitList = std::vector<std::shared_ptr<TablePropertyLimit>>;
@@ -82,6 +92,21 @@ class KESTREL_TABLEPROPERTIES_EXPORT TablePropertiesData : public Object {
   /// Defaults for the kinds that the units of the map lack, kind by kind and by unit within a kind.
   [[nodiscard]] LimitList genMissingLimits() const;
   void replaceLimitsByDefaults();
+
+  // Called by the archive through the class's registration. KeException "Parent not registered" before
+  // anything is written or read, when the archive does not know the class to be an `Object`.
+
+  /// Writes the `Object` part, the current data version and the limits in list order; a limit that the list
+  /// holds twice is written once.
+  void save(PersistenceArchiver& archive, unsigned int version) const;
+  /// Reads what `save` wrote, whatever the program's version, and brings it up to the current data version.
+  /// Limits of documents from before class version 500002 are discarded: the next `updateLimits` gives all
+  /// units their defaults.
+  void load(PersistenceArchiver& archive, unsigned int version);
+  void loadLimits(PersistenceArchiver& archive);
+
+  static bool s_isParentRegisteredForSave;
+  static bool s_isParentRegisteredForLoad;
 
   /// Makes the limits children of the collection and appends them to the list.
   void addLimits(LimitList const& limits);

@@ -1,6 +1,25 @@
 #include "Business_TableProperties/TablePropertyLimit.h"
 
+#include "VantaService_PersistenceArchiver/ClassRegistration.h"
+#include "VantaService_PersistenceArchiver/ObjectRecord.h"
+
 namespace Kestrel {
+
+namespace {
+
+constexpr unsigned int classVersion = 500002;
+constexpr unsigned int firstVersionWithUnitString = 500002;
+
+}  // namespace
+
+bool TablePropertyLimit::s_force_serialization_registration = registerClass<TablePropertyLimit>();
+bool TablePropertyLimit::s_isParentRegisteredForSave = registerParent<Object, TablePropertyLimit>();
+bool TablePropertyLimit::s_isParentRegisteredForLoad = s_isParentRegisteredForSave;
+
+void TablePropertyLimit::serialization_register(void* record) {
+  static ClassRegistration<TablePropertyLimit> const registration("TablePropertyLimit", classVersion);
+  *static_cast<BaseClassRegister*>(record) = registration.getRecord();
+}
 
 TablePropertyLimit::TablePropertyLimit() = default;
 
@@ -32,5 +51,24 @@ void TablePropertyLimit::setMaxLimit(double limit) { setLimit(limit); }
 std::string const& TablePropertyLimit::getMaxLimitDisplayName() const { return m_maxLimitDisplayName; }
 
 void TablePropertyLimit::setMaxDisplayName(std::string const& name) { m_maxLimitDisplayName = name; }
+
+void TablePropertyLimit::save(PersistenceArchiver& archive, unsigned int /*version*/) const {
+  if (!s_isParentRegisteredForSave) throw KeException("Parent not registered");
+  savePart<Object>(archive, *this);
+  archive << static_cast<unsigned int>(m_type);
+  savePart(archive, m_simUnitID);
+  archive << m_limit << m_unitString;
+}
+
+void TablePropertyLimit::load(PersistenceArchiver& archive, unsigned int version) {
+  if (!s_isParentRegisteredForLoad) throw KeException("Parent not registered");
+  loadPart<Object>(archive, *this);
+  unsigned int type = 0;
+  archive >> type;
+  m_type = static_cast<TablePropertyLimitType>(type);
+  loadPart(archive, m_simUnitID);
+  archive >> m_limit;
+  if (version >= firstVersionWithUnitString) archive >> m_unitString;
+}
 
 }  // namespace Kestrel

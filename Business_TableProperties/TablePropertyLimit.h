@@ -10,6 +10,9 @@
 
 namespace Kestrel {
 
+class ArchiveAccess;
+class PersistenceArchiver;
+
 /// The user's threshold for one kind of result value in one simulation unit.
 ///
 /// The limit and the max limit are one value under two names. Nothing is validated: any double is a limit,
@@ -51,11 +54,29 @@ class KESTREL_TABLEPROPERTIES_EXPORT TablePropertyLimit : public LimitAccessInte
   [[nodiscard]] SimulationUnitId const& getSimUnitID() const { return m_simUnitID; }
   [[nodiscard]] TablePropertyLimitType getType() const { return m_type; }
 
+  /// Fills `record` (a `BaseClassRegister`) with the entry under which the archive stores limits, and
+  /// registers the class first if that has not happened yet.
+  static void serialization_register(void* record);
+  /// Whether the class is registered with the archive, which happens when the library is loaded.
+  static bool s_force_serialization_registration;
+
  private:
+  friend class ArchiveAccess;
   friend struct TablePropertyLimitTestAccess;
 
   /// What the archive fills: type `NoLimit`, the nil unit, 0.0 and empty strings.
   TablePropertyLimit();
+
+  // Called by the archive through the class's registration. KeException "Parent not registered" before
+  // anything is written or read, when the archive does not know the class to be an `Object`.
+
+  /// Writes the `Object` part, the kind, the unit, the limit and the unit text; not the display name.
+  void save(PersistenceArchiver& archive, unsigned int version) const;
+  /// Reads what `save` wrote. Documents from before class version 500002 have no unit text.
+  void load(PersistenceArchiver& archive, unsigned int version);
+
+  static bool s_isParentRegisteredForSave;
+  static bool s_isParentRegisteredForLoad;
 
   TablePropertyLimitType m_type = TablePropertyLimitType::NoLimit;
   SimulationUnitId m_simUnitID;

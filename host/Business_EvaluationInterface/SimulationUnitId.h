@@ -4,6 +4,9 @@
 
 namespace Kestrel {
 
+class ArchiveAccess;
+class PersistenceArchiver;
+
 /// Identifier of a simulation unit; ordered, compared and printed as the `GUIdentifier` that it is.
 class SimulationUnitId : public GUIdentifier {
  public:
@@ -12,6 +15,13 @@ class SimulationUnitId : public GUIdentifier {
 
   /// Fills `record` (a `BaseClassRegister`) with the entry under which the archive stores the identifier.
   static void serialization_register(void* record);
+
+ private:
+  friend class ArchiveAccess;
+
+  /// The sixteen bytes, in order.
+  void save(PersistenceArchiver& archive, unsigned int version) const;
+  void load(PersistenceArchiver& archive, unsigned int version);
 };
 
 }  // namespace Kestrel

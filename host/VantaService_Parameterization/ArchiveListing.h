@@ -24,17 +24,17 @@ struct ArchiveField {
 
 /// One record of a document.
 struct ArchiveRecord {
-  unsigned int offset;    ///< its address
-  unsigned int depth;     ///< number of records around it
-  std::string className;  ///< empty: none of its own
-  unsigned int version;   ///< of the class, as the document says; 0 without a class
+  unsigned int offset;               ///< its address
+  unsigned int depth;                ///< number of records around it
+  std::string className;             ///< empty: none of its own
+  unsigned int version;              ///< of the class, as the document says; 0 without a class
   std::vector<ArchiveField> fields;  ///< its own, without those of the records in it
 };
 
 /// What a document holds, for people who look for the reason of a trouble.
 struct ArchiveListing {
   std::vector<ArchiveRecord> records;  ///< in the order of the document
-  std::string damage;                  ///< what ended the listing before the end of the document; empty: nothing
+  std::string damage;  ///< what ended the listing before the end of the document; empty: nothing
 };
 
 /// Lists the records of any document. Fields are known by being read: what classes of this program do not

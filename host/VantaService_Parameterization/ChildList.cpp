@@ -42,7 +42,25 @@ void ChildList::append(std::shared_ptr<Object> const& child) noexcept {
     m_counts.push_back(m_size - countBefore(node & (node - 1)));
     m_occupied.push_back(0);
   }
-  m_slots.push_back(child);
+  m_slots.emplace_back();
+  occupy(child, slot);
+}
+
+void ChildList::openSlots(std::size_t count) {
+  std::size_t const words = (count + bitsPerWord - 1) / bitsPerWord;
+  m_occupied.resize(words);
+  m_counts.resize(words);
+  m_slots.resize(count);
+}
+
+bool ChildList::put(std::shared_ptr<Object> const& child, std::size_t slot) noexcept {
+  if (slot >= m_slots.size() || m_slots[slot]) return false;
+  occupy(child, slot);
+  return true;
+}
+
+void ChildList::occupy(std::shared_ptr<Object> const& child, std::size_t slot) noexcept {
+  m_slots[slot] = child;
   child->m_slot = static_cast<SlotNumber>(slot);
   m_occupied[slot / bitsPerWord] |= bitOf(slot);
   count(slot / bitsPerWord, 1);

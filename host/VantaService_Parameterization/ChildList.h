@@ -30,6 +30,13 @@ class ChildList {
   /// child that lies in no list.
   void append(std::shared_ptr<Object> const& child) noexcept;
 
+  /// Opens `count` empty slots, numbered from 0. Linear. REQUIRES: a list that never had a child.
+  void openSlots(std::size_t count);
+
+  /// Puts a child into an open slot, as `append` does behind all slots. False, and nothing happens, when the
+  /// slot does not exist or is taken. O(log n). REQUIRES: a child that lies in no list.
+  [[nodiscard]] bool put(std::shared_ptr<Object> const& child, std::size_t slot) noexcept;
+
   /// Takes a child out. O(log n). REQUIRES: holds(child); the caller keeps the child alive.
   void remove(Object const& child) noexcept;
 
@@ -64,6 +71,7 @@ class ChildList {
 
   static constexpr IdRange allIds{0, std::int64_t{1} << 31};
 
+  void occupy(std::shared_ptr<Object> const& child, std::size_t slot) noexcept;
   void closeGaps() noexcept;
   void count(std::size_t word, std::size_t difference) noexcept;
   [[nodiscard]] std::size_t countBefore(std::size_t word) const;

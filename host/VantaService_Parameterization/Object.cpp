@@ -1,6 +1,10 @@
 #include "VantaService_Parameterization/Object.h"
 
+#include <string_view>
+#include <unordered_map>
+
 #include "VantaService_Parameterization/ChildList.h"
+#include "VantaService_PersistenceArchiver/ClassRegistration.h"
 
 namespace Kestrel {
 
@@ -8,6 +12,32 @@ struct Object::Attachments {
   ChildList children;
   std::shared_ptr<Signals::Signal<void()>> sigChanged;  ///< made for the first slot
 };
+
+namespace {
+
+/// The links of the tree while a document is written or read. An object is named by the address of the record
+/// that holds its `Object` part; 0 names none.
+struct TreeLinks {
+  struct Parent {
+    Object* object;
+    std::vector<int> childIds;  ///< by position
+  };
+
+  std::unordered_map<Object const*, unsigned int> written;  ///< those with children
+  std::unordered_map<unsigned int, Parent> read;            ///< those with children
+  /// The name read last, by the characters in the document.
+  std::pair<std::string_view, std::shared_ptr<std::string const>> lastName;
+};
+
+TreeLinks& linksOf(PersistenceArchiver& archive) {
+  auto& state = archive.getTreeState();
+  if (!state) state = std::make_shared<TreeLinks>();
+  return *static_cast<TreeLinks*>(state.get());
+}
+
+bool const s_isRegistered = registerClass<Object>();
+
+}  // namespace
 
 Object::Object() = default;
 
@@ -58,6 +88,73 @@ void Object::propagateTreeChanged(ObjectTreeChangeReasonEx reason,
 
 void Object::propagateTreeChanged(ObjectTreeChangeReasonEx reason, std::shared_ptr<Object> object) {
   if (m_parent != nullptr) m_parent->propagateTreeChanged(reason, std::move(object));
+}
+
+void Object::serialization_register(void* record) {
+  static ClassRegistration<Object> const registration("Object", BaseClassRegister::programVersion);
+  *static_cast<BaseClassRegister*>(record) = registration.getRecord();
+}
+
+void Object::save(PersistenceArchiver& archive, unsigned int /*version*/) const {
+  auto& links = linksOf(archive);
+  archive << getObjectName();
+  auto const parent = links.written.find(m_parent);
+  if (parent != links.written.end()) {
+    archive << parent->second << static_cast<unsigned int>(*m_parent->getChildPosition(*this));
+  } else {
+    archive << 0U << static_cast<unsigned int>(m_childId);
+  }
+  archive << static_cast<unsigned int>(getChildCount());
+  if (getChildCount() == 0) return;
+  m_attachments->children.forEach(
+      [&](auto const& child) { archive << static_cast<unsigned int>(child->m_childId); });
+  links.written.emplace(this, archive.getRecordAddress());
+}
+
+void Object::load(PersistenceArchiver& archive, unsigned int /*version*/) {
+  auto& [text, name] = linksOf(archive).lastName;
+  std::string_view read;
+  archive >> read;
+  if (read.data() != text.data() || !name) {
+    name = std::make_shared<std::string const>(read);
+    text = read;
+  }
+  m_name = name;
+  loadParentLink(archive);
+  loadChildIds(archive);
+}
+
+void Object::loadParentLink(PersistenceArchiver& archive) {
+  unsigned int address = 0;
+  unsigned int number = 0;
+  archive >> address >> number;
+  if (address == 0) {
+    m_childId = static_cast<int>(number);
+    return;
+  }
+  auto& links = linksOf(archive);
+  auto const parent = links.read.find(address);
+  if (parent == links.read.end()) archive.handle_currupted_object("the parent of the object is not there");
+  auto& [object, childIds] = parent->second;
+  if (number < childIds.size()) m_childId = childIds[number];
+  if (!object->m_attachments->children.put(shared_from_this(), number))
+    archive.handle_currupted_object("the place among the children of the parent is not free");
+  m_parent = object;
+}
+
+void Object::loadChildIds(PersistenceArchiver& archive) {
+  unsigned int count = 0;
+  archive >> count;
+  if (count == 0) return;
+  archive.check_container_size(count, 1);
+  std::vector<int> childIds(count);
+  for (int& childId : childIds) {
+    unsigned int number = 0;
+    archive >> number;
+    childId = static_cast<int>(number);
+  }
+  getAttachments().children.openSlots(count);
+  linksOf(archive).read.emplace(archive.getRecordAddress(), TreeLinks::Parent{this, std::move(childIds)});
 }
 
 Object* Object::getRootObject() noexcept {

@@ -13,7 +13,9 @@
 
 namespace Kestrel {
 
+class ArchiveAccess;
 class ChildList;
+class PersistenceArchiver;
 
 /// A node of the persistent object tree: ordered children, which it owns, a link to its parent, a name, a
 /// child id and a changed signal.
@@ -109,12 +111,24 @@ class Object : public std::enable_shared_from_this<Object> {
   void setObjectName(std::string const& name);
 
  private:
+  friend class ArchiveAccess;
   friend class ChildList;
   friend class ObjectHelper;
   friend struct ObjectTestAccess;
 
   /// What few objects have.
   struct Attachments;
+
+  /// The `Object` part: name, child id and the links of the tree. Children are written by the classes that
+  /// hold them, not here; the part of a child that is written inside its parent's record says which of the
+  /// parent's children it is.
+  void save(PersistenceArchiver& archive, unsigned int version) const;
+  /// Fills a new object. An object that was a child becomes one again as soon as its part has been read, at
+  /// the position and with the child id that it had; children that were not written leave no gap. Reports
+  /// nothing.
+  void load(PersistenceArchiver& archive, unsigned int version);
+  void loadParentLink(PersistenceArchiver& archive);
+  void loadChildIds(PersistenceArchiver& archive);
 
   void setParentObject(Object* parent) noexcept { m_parent = parent; }
   void setSharedName(std::shared_ptr<std::string const> name) noexcept { m_name = std::move(name); }

@@ -305,16 +305,10 @@ void PersistenceArchiver::end_read_pointer(unsigned int address) {
   if (getRecordAddress() != address) throw std::logic_error("an object was read that left a record open");
 }
 
-void PersistenceArchiver::check_container_size(unsigned int count) {
-  auto const largest = m_reader.getBytesLeft() / wordSize;
+void PersistenceArchiver::check_container_size(unsigned int count, unsigned int elementSize) {
+  auto const largest = m_reader.getBytesLeft() / elementSize;
   if (count > largest)
     m_reader.fail("expected a container of at most " + std::to_string(largest) + " elements, found one of " +
-                  std::to_string(count));
-}
-
-void PersistenceArchiver::check_object_count(unsigned int count) {
-  if (count > m_storedObjects)
-    m_reader.fail("expected at most " + std::to_string(m_storedObjects) + " objects, found " +
                   std::to_string(count));
 }
 
@@ -339,10 +333,16 @@ PersistenceArchiver& PersistenceArchiver::operator>>(double& value) {
 }
 
 PersistenceArchiver& PersistenceArchiver::operator>>(std::string& value) {
-  unsigned int const offset = tellg();
-  auto const text = readText();
+  std::string_view text;
+  *this >> text;
   value.assign(text);
-  if (m_observer != nullptr) m_observer->onText(offset, text);
+  return *this;
+}
+
+PersistenceArchiver& PersistenceArchiver::operator>>(std::string_view& value) {
+  unsigned int const offset = tellg();
+  value = readText();
+  if (m_observer != nullptr) m_observer->onText(offset, value);
   return *this;
 }
 

@@ -91,7 +91,7 @@ class PersistenceArchiver {
   /// Address of the innermost open record; 0 when none is open.
   [[nodiscard]] unsigned int getRecordAddress() const { return m_open.empty() ? 0 : m_open.back().address; }
 
-  /// State that the object tree keeps while one document is written or read; empty at first.
+  /// Notes that a library keeps while one document is written or read; empty at first.
   [[nodiscard]] std::shared_ptr<void>& getTreeState() { return m_treeState; }
 
   // Writing. Errors: std::length_error when the document would become too large (2 GiB) or records nest too
@@ -147,16 +147,17 @@ class PersistenceArchiver {
   void begin_read_pointer(unsigned int address);
   void end_read_pointer(unsigned int address);
 
-  /// A damaged document when it cannot hold a container of `count` records behind the read position.
-  void check_container_size(unsigned int count);
-  /// A damaged document when it cannot hold `count` objects.
-  void check_object_count(unsigned int count);
+  /// A damaged document when the innermost record cannot hold `count` elements behind the read position, each
+  /// of which takes at least `elementSize` bytes: those of a pointer, unless said otherwise.
+  void check_container_size(unsigned int count, unsigned int elementSize = 4);
   /// Reports a damaged document at the read position. Does not return.
   [[noreturn]] void handle_currupted_object(std::string const& reason = "the object is damaged");
 
   PersistenceArchiver& operator>>(unsigned int& value);
   PersistenceArchiver& operator>>(double& value);
   PersistenceArchiver& operator>>(std::string& value);
+  /// The text inside the document. Texts that are equal are the same characters of it.
+  PersistenceArchiver& operator>>(std::string_view& value);
   /// What `write_bytes` wrote, inside the document.
   [[nodiscard]] std::string_view read_bytes();
 
