@@ -23,6 +23,8 @@ struct TablePropertiesDataTestAccess {
     data.synchronizeLimits(ids);
   }
   static void extendLimits(TablePropertiesData& data) { data.extendLimits(); }
+  static bool& isParentRegisteredForSave() { return TablePropertiesData::s_isParentRegisteredForSave; }
+  static bool& isParentRegisteredForLoad() { return TablePropertiesData::s_isParentRegisteredForLoad; }
   static auto const& initDefaultLimits() { return TablePropertiesData::initDefaultLimits(); }
 };
 

@@ -11,6 +11,8 @@ struct TablePropertyLimitTestAccess {
   static std::shared_ptr<TablePropertyLimit> genDefault() {
     return std::shared_ptr<TablePropertyLimit>(new TablePropertyLimit());
   }
+  static bool& isParentRegisteredForSave() { return TablePropertyLimit::s_isParentRegisteredForSave; }
+  static bool& isParentRegisteredForLoad() { return TablePropertyLimit::s_isParentRegisteredForLoad; }
 };
 
 }  // namespace Kestrel
