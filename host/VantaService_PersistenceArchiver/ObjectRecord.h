@@ -23,11 +23,12 @@ void saveRecord(PersistenceArchiver& archive, unsigned int typeHash, WriteConten
 }
 
 /// Reads a record: calls `readContent(typeHash)` and skips what that did not read. A damaged document when
-/// there is a null pointer instead.
+/// there is a pointer instead: none, or one to an object elsewhere.
 template <typename ReadContent>
 void loadRecord(PersistenceArchiver& archive, ReadContent const& readContent) {
   auto const header = archive.read_to_address_header();
-  if (header.address == 0) archive.handle_currupted_object("expected a record, found a null pointer");
+  if (header.address != archive.tellg())
+    archive.handle_currupted_object("expected a record, found a pointer to another");
   unsigned int typeHash = PersistenceArchiver::noTypeHash;
   archive >> typeHash;
   readContent(typeHash);

@@ -249,7 +249,8 @@ PersistenceArchiver::AddressHeader PersistenceArchiver::read_to_address_header()
 
 PersistenceArchiver::AddressHeader PersistenceArchiver::readReference(unsigned int offset,
                                                                       unsigned int address) {
-  if (address >= offset) m_reader.fail("expected a pointer to an object before this place");
+  if (address < headerSize + wordSize || address >= offset)
+    m_reader.fail("expected a pointer to an object before this place");
   if (std::ranges::any_of(m_open, [&](OpenRecord const& record) { return record.address == address; }))
     m_reader.fail("the object points to itself or to one that it is part of");
   if (m_observer != nullptr) m_observer->onReference(offset, address);
