@@ -4,8 +4,6 @@
 
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
-#include <malloc.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdint>
@@ -18,6 +16,7 @@
 #include <string>
 #include <string_view>
 
+#include "benchmarks/Memory.h"
 #include "result_tables/File.h"
 #include "result_tables/ResultsFile.h"
 
@@ -93,37 +92,6 @@ class Document {
   std::filesystem::path m_path;
 };
 
-double peakMemoryInBytes() {
-  std::ifstream status("/proc/self/status");
-  std::string word;
-  while (status >> word && word != "VmHWM:") {
-  }
-  double kibibytes = 0.0;
-  status >> kibibytes;
-  return kibibytes * 1024.0;
-}
-
-/// What reading the file adds to the peak memory of a process that has nothing to reuse.
-double peakMemoryOfReading(std::filesystem::path const& path) {
-  int channel[2];
-  if (::pipe(channel) != 0) return 0.0;
-  ::malloc_trim(0);
-  auto const child = ::fork();
-  if (child == 0) {
-    std::ofstream("/proc/self/clear_refs") << "5";  // the peak starts anew
-    auto const before = peakMemoryInBytes();
-    benchmark::DoNotOptimize(readResultsFile(path));
-    auto const added = peakMemoryInBytes() - before;
-    ::_exit(::write(channel[1], &added, sizeof added) == sizeof added ? 0 : 1);
-  }
-  double added = 0.0;
-  bool const isRead = ::read(channel[0], &added, sizeof added) == sizeof added;
-  ::close(channel[0]);
-  ::close(channel[1]);
-  ::waitpid(child, nullptr, 0);
-  return isRead ? added : 0.0;
-}
-
 template <typename Read>
 void measure(benchmark::State& state, Read read) {
   auto const& kind = s_kinds[state.range(0)];
@@ -138,7 +106,8 @@ void readingResultsFile(benchmark::State& state) {
   Document const document(s_kinds[state.range(0)]);
   constexpr double doubles = static_cast<double>(s_tools) * s_numbersPerTool * sizeof(double);
   state.counters["peak_ratio"] =
-      peakMemoryOfReading(document.path()) / (2.0 * doubles + static_cast<double>(document.size()));
+      Kestrel::measureMemory([&] { return readResultsFile(document.path()); }).peak /
+      (2.0 * doubles + static_cast<double>(document.size()));
 }
 
 void readingBytes(benchmark::State& state) {
