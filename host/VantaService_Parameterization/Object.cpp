@@ -25,8 +25,28 @@ struct TreeLinks {
 
   std::unordered_map<Object const*, unsigned int> written;  ///< those with children
   std::unordered_map<unsigned int, Parent> read;            ///< those with children
-  /// The name read last, by the characters in the document.
-  std::pair<std::string_view, std::shared_ptr<std::string const>> lastName;
+
+  // Objects that follow each other mostly have one parent and one name.
+  std::pair<Object const*, unsigned int> lastWritten;  ///< 0 when it is not written
+  std::pair<unsigned int, Parent*> lastRead;
+  std::pair<std::string_view, std::shared_ptr<std::string const>> lastName;  ///< in the document
+
+  /// 0 for an object that is not written.
+  [[nodiscard]] unsigned int addressOf(Object const* parent) {
+    if (parent != lastWritten.first) {
+      auto const found = written.find(parent);
+      lastWritten = {parent, found != written.end() ? found->second : 0};
+    }
+    return lastWritten.second;
+  }
+  /// Null when there is none.
+  [[nodiscard]] Parent* find(unsigned int address) {
+    if (address != lastRead.first) {
+      auto const found = read.find(address);
+      lastRead = {address, found != read.end() ? &found->second : nullptr};
+    }
+    return lastRead.second;
+  }
 };
 
 TreeLinks& linksOf(PersistenceArchiver& archive) {
@@ -98,17 +118,18 @@ void Object::serialization_register(void* record) {
 void Object::save(PersistenceArchiver& archive, unsigned int /*version*/) const {
   auto& links = linksOf(archive);
   archive << getObjectName();
-  auto const parent = links.written.find(m_parent);
-  if (parent != links.written.end()) {
-    archive << parent->second << static_cast<unsigned int>(*m_parent->getChildPosition(*this));
-  } else {
-    archive << 0U << static_cast<unsigned int>(m_childId);
-  }
+  unsigned int const parent = links.addressOf(m_parent);
+  archive << parent;
+  if (parent != 0)
+    archive << static_cast<unsigned int>(m_parent->m_attachments->children.positionOf(*this));
+  else
+    archive << static_cast<unsigned int>(m_childId);
   archive << static_cast<unsigned int>(getChildCount());
   if (getChildCount() == 0) return;
   m_attachments->children.forEach(
       [&](auto const& child) { archive << static_cast<unsigned int>(child->m_childId); });
   links.written.emplace(this, archive.getRecordAddress());
+  links.lastWritten = {};
 }
 
 void Object::load(PersistenceArchiver& archive, unsigned int /*version*/) {
@@ -132,10 +153,9 @@ void Object::loadParentLink(PersistenceArchiver& archive) {
     m_childId = static_cast<int>(number);
     return;
   }
-  auto& links = linksOf(archive);
-  auto const parent = links.read.find(address);
-  if (parent == links.read.end()) archive.handle_currupted_object("the parent of the object is not there");
-  auto& [object, childIds] = parent->second;
+  auto* const parent = linksOf(archive).find(address);
+  if (parent == nullptr) archive.handle_currupted_object("the parent of the object is not there");
+  auto& [object, childIds] = *parent;
   if (number < childIds.size()) m_childId = childIds[number];
   if (!object->m_attachments->children.put(shared_from_this(), number))
     archive.handle_currupted_object("the place among the children of the parent is not free");
@@ -154,7 +174,9 @@ void Object::loadChildIds(PersistenceArchiver& archive) {
     childId = static_cast<int>(number);
   }
   getAttachments().children.openSlots(count);
-  linksOf(archive).read.emplace(archive.getRecordAddress(), TreeLinks::Parent{this, std::move(childIds)});
+  auto& links = linksOf(archive);
+  links.read.emplace(archive.getRecordAddress(), TreeLinks::Parent{this, std::move(childIds)});
+  links.lastRead = {};
 }
 
 Object* Object::getRootObject() noexcept {

@@ -75,9 +75,10 @@ void savePointer(PersistenceArchiver& archive, std::shared_ptr<T> const& pointer
     record = &found->second;
   }
   auto& positions = archive.getStreamposMap(record->identifier);
-  if (unsigned int const known = positions.find(object); known != 0)
+  if (unsigned int const known =
+          positions.findOrInsert(std::shared_ptr<void const>(pointer, object), archive.tellp() + 4);
+      known != 0)
     return archive.mark_pointer(known, record->identifier);
-  positions.insert(std::shared_ptr<void const>(pointer, object), archive.tellp() + 4);
   saveRecord(archive, record->identifier, [&] { record->save(archive, object, record->currentVersion); });
 }
 

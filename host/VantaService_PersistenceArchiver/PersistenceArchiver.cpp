@@ -44,11 +44,6 @@ unsigned int sizeOf(std::string_view document) {
 
 }  // namespace
 
-struct PersistenceArchiver::WrittenClass {
-  unsigned int typeHash;
-  StreamposMap positions;
-};
-
 BaseClassRegister const* PersistenceArchiver::registerFactory(std::string const& name,
                                                               BaseClassRegister const& record,
                                                               unsigned int version) {
@@ -120,17 +115,7 @@ void PersistenceArchiver::mark_pointer(unsigned int address, unsigned int typeHa
 void PersistenceArchiver::mark_null_pointer() { m_writer.writeWord(nullWord); }
 
 StreamposMap& PersistenceArchiver::getStreamposMap(unsigned int typeHash) {
-  return m_writtenClasses[indexOfClass(typeHash) - 1]->positions;
-}
-
-PersistenceArchiver& PersistenceArchiver::operator<<(unsigned int const& value) {
-  m_writer.writeNumber(value);
-  return *this;
-}
-
-PersistenceArchiver& PersistenceArchiver::operator<<(double const& value) {
-  m_writer.writeLongWord(std::bit_cast<std::uint64_t>(value));
-  return *this;
+  return m_writtenPositions[indexOfClass(typeHash) - 1];
 }
 
 PersistenceArchiver& PersistenceArchiver::operator<<(std::string const& value) {
@@ -151,21 +136,23 @@ std::string PersistenceArchiver::genDocument() {
 /// Number of a class in the table of classes, from 1; 0: no class.
 unsigned int PersistenceArchiver::indexOfClass(unsigned int typeHash) {
   if (typeHash == noTypeHash) return 0;
-  for (unsigned int i = 0; i < m_writtenClasses.size(); ++i)
-    if (m_writtenClasses[i]->typeHash == typeHash) return i + 1;
+  auto const count = static_cast<unsigned int>(m_writtenClasses.size());
+  for (unsigned int i = 0; i < count; ++i)
+    if (m_writtenClasses[i] == typeHash) return i + 1;
   if (!m_classes.contains(typeHash)) throw KeException("a class is not registered with the archive");
-  m_writtenClasses.push_back(std::make_unique<WrittenClass>(WrittenClass{typeHash, {}}));
-  return static_cast<unsigned int>(m_writtenClasses.size());
+  m_writtenPositions.emplace_back();
+  m_writtenClasses.push_back(typeHash);
+  return count + 1;
 }
 
 void PersistenceArchiver::writeTables() {
   ByteWriter classes;
   classes.writeNumber(static_cast<std::uint32_t>(m_writtenClasses.size()));
-  for (auto const& written : m_writtenClasses) {
-    auto const& record = m_classes.at(written->typeHash);
+  for (std::size_t i = 0; i < m_writtenClasses.size(); ++i) {
+    auto const& record = m_classes.at(m_writtenClasses[i]);
     classes.writeNumber(m_texts.add(record.name));
     classes.writeNumber(record.currentVersion);
-    classes.writeNumber(static_cast<std::uint32_t>(written->positions.size()));
+    classes.writeNumber(static_cast<std::uint32_t>(m_writtenPositions[i].size()));
   }
   m_writer.writeNumber(static_cast<std::uint32_t>(m_texts.size()));
   m_writer.writeBytes(m_texts.getBytes());
@@ -315,15 +302,14 @@ void PersistenceArchiver::check_container_size(unsigned int count, unsigned int 
 
 void PersistenceArchiver::handle_currupted_object(std::string const& reason) { m_reader.fail(reason); }
 
-PersistenceArchiver& PersistenceArchiver::operator>>(unsigned int& value) {
+void PersistenceArchiver::readHashOrReport(unsigned int& value) {
   unsigned int const offset = tellg();
   if (offset == m_hashPosition) {
     value = readTypeHash();
   } else {
     value = m_reader.readNumber();
-    if (m_observer != nullptr) m_observer->onNumber(offset, value);
+    m_observer->onNumber(offset, value);
   }
-  return *this;
 }
 
 PersistenceArchiver& PersistenceArchiver::operator>>(double& value) {

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <map>
 #include <memory>
 #include <string>
@@ -112,8 +114,15 @@ class PersistenceArchiver {
   /// The objects of a class that this archive has written. The reference stays valid.
   [[nodiscard]] StreamposMap& getStreamposMap(unsigned int typeHash);
 
-  PersistenceArchiver& operator<<(unsigned int const& value);
-  PersistenceArchiver& operator<<(double const& value);  ///< all bits, of a NaN too
+  PersistenceArchiver& operator<<(unsigned int const& value) {
+    m_writer.writeNumber(value);
+    return *this;
+  }
+  /// All bits, of a NaN too.
+  PersistenceArchiver& operator<<(double const& value) {
+    m_writer.writeLongWord(std::bit_cast<std::uint64_t>(value));
+    return *this;
+  }
   PersistenceArchiver& operator<<(std::string const& value);
   /// Writes bytes that are no text. Like texts they are stored once, however often they are written.
   void write_bytes(std::string_view bytes);
@@ -153,7 +162,13 @@ class PersistenceArchiver {
   /// Reports a damaged document at the read position. Does not return.
   [[noreturn]] void handle_currupted_object(std::string const& reason = "the object is damaged");
 
-  PersistenceArchiver& operator>>(unsigned int& value);
+  PersistenceArchiver& operator>>(unsigned int& value) {
+    if (m_observer == nullptr && tellg() != m_hashPosition)
+      value = m_reader.readNumber();
+    else
+      readHashOrReport(value);
+    return *this;
+  }
   PersistenceArchiver& operator>>(double& value);
   PersistenceArchiver& operator>>(std::string& value);
   /// The text inside the document. Texts that are equal are the same characters of it.
@@ -173,7 +188,6 @@ class PersistenceArchiver {
     unsigned int end;  ///< when reading
     bool isReference;  ///< stands for a pointer to an object that was read already
   };
-  struct WrittenClass;
   /// One entry of the document's table of classes.
   struct StoredClass {
     unsigned int typeHash;
@@ -188,6 +202,7 @@ class PersistenceArchiver {
   void checkFrame(std::string_view document) const;
   void readTables(std::string_view document);
   void readClass();
+  void readHashOrReport(unsigned int& value);
   [[nodiscard]] unsigned int readTypeHash();
   [[nodiscard]] std::string_view readText();
   [[nodiscard]] AddressHeader readReference(unsigned int offset, unsigned int address);
@@ -200,7 +215,8 @@ class PersistenceArchiver {
 
   ByteWriter m_writer;
   TextTable m_texts;
-  std::vector<std::unique_ptr<WrittenClass>> m_writtenClasses;
+  std::vector<unsigned int> m_writtenClasses;   ///< type hashes
+  std::deque<StreamposMap> m_writtenPositions;  ///< at the index of their class
 
   ByteReader m_reader;
   std::vector<std::string_view> m_storedTexts;

@@ -21,17 +21,13 @@ std::size_t StreamposMap::slotOf(void const* object) const {
   return slot;
 }
 
-unsigned int StreamposMap::find(void const* object) const {
-  if (m_slots.empty()) return 0;
-  std::uint32_t const index = m_slots[slotOf(object)];
-  return index != 0 ? m_entries[index - 1].address : 0;
-}
-
-void StreamposMap::insert(std::shared_ptr<void const> object, unsigned int address) {
+unsigned int StreamposMap::findOrInsert(std::shared_ptr<void const> object, unsigned int address) {
   if (2 * m_entries.size() >= m_slots.size()) grow();
-  std::size_t const slot = slotOf(object.get());
+  auto& slot = m_slots[slotOf(object.get())];
+  if (slot != 0) return m_entries[slot - 1].address;
   m_entries.push_back({std::move(object), address});
-  m_slots[slot] = static_cast<std::uint32_t>(m_entries.size());
+  slot = static_cast<std::uint32_t>(m_entries.size());
+  return 0;
 }
 
 void StreamposMap::grow() {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <vector>
 
@@ -16,11 +17,9 @@ namespace Kestrel {
 /// order within it.
 class StreamposMap {
  public:
-  /// Address of the object's first record; 0 when it was not written yet. O(1) on average.
-  [[nodiscard]] unsigned int find(void const* object) const;
-
-  /// Remembers where an object is written. REQUIRES: not there yet, an address other than 0. Amortised O(1).
-  void insert(std::shared_ptr<void const> object, unsigned int address);
+  /// Address of the object's first record. An object that was not written yet is remembered with `address`,
+  /// and 0 returned. Amortised O(1) on average. REQUIRES: an address other than 0.
+  [[nodiscard]] unsigned int findOrInsert(std::shared_ptr<void const> object, unsigned int address);
 
   [[nodiscard]] std::size_t size() const { return m_entries.size(); }
 
@@ -33,7 +32,7 @@ class StreamposMap {
   [[nodiscard]] std::size_t slotOf(void const* object) const;
   void grow();
 
-  std::vector<Entry> m_entries;
+  std::deque<Entry> m_entries;
   std::vector<std::uint32_t>
       m_slots;  ///< one more than the index of an entry; 0: free. Never more than half full
 };

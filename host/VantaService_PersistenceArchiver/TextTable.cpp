@@ -7,17 +7,25 @@
 
 namespace Kestrel {
 
-bool TextTable::holds(Entry const& entry, std::uint64_t hash, std::string_view text) const {
-  return entry.hash == hash && getBytes().substr(entry.offset, entry.length) == text;
+// Objects that are written one after the other have most of their texts in common.
+std::uint32_t TextTable::add(std::string_view text) {
+  if (!m_entries.empty())
+    for (auto const number : m_recent)
+      if (textOf(m_entries[number]) == text) return number;
+  auto const number = findOrInsert(text);
+  m_recent[m_next++ % m_recent.size()] = number;
+  return number;
 }
 
-std::uint32_t TextTable::add(std::string_view text) {
+std::uint32_t TextTable::findOrInsert(std::string_view text) {
   if (2 * m_entries.size() >= m_slots.size()) grow();
   std::uint64_t const hash = XXH3_64bits(text.data(), text.size());
   std::size_t const mask = m_slots.size() - 1;
   std::size_t slot = hash & mask;
-  for (; m_slots[slot] != 0; slot = (slot + 1) & mask)
-    if (holds(m_entries[m_slots[slot] - 1], hash, text)) return m_slots[slot] - 1;
+  for (; m_slots[slot] != 0; slot = (slot + 1) & mask) {
+    auto const& entry = m_entries[m_slots[slot] - 1];
+    if (entry.hash == hash && textOf(entry) == text) return m_slots[slot] - 1;
+  }
   m_bytes.writeNumber(static_cast<std::uint32_t>(text.size()));
   m_entries.push_back({m_bytes.getPosition(), static_cast<std::uint32_t>(text.size()), hash});
   m_bytes.writeBytes(text);

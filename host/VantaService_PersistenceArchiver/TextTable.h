@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -27,12 +28,17 @@ class TextTable {
     std::uint64_t hash;
   };
 
-  [[nodiscard]] bool holds(Entry const& entry, std::uint64_t hash, std::string_view text) const;
+  [[nodiscard]] std::string_view textOf(Entry const& entry) const {
+    return getBytes().substr(entry.offset, entry.length);
+  }
+  [[nodiscard]] std::uint32_t findOrInsert(std::string_view text);
   void grow();
 
   ByteWriter m_bytes;
   std::vector<Entry> m_entries;
   std::vector<std::uint32_t> m_slots;  ///< one more than a text's number, by hash; 0: free. At most half full
+  std::array<std::uint32_t, 4> m_recent{};  ///< numbers of texts that were added lately
+  std::size_t m_next = 0;                   ///< the place in m_recent that is overwritten next
 };
 
 }  // namespace Kestrel
