@@ -77,9 +77,10 @@ INSTANTIATE_TEST_SUITE_P(All, LimitsDocumentsTest, testing::ValuesIn(namesOfDocu
                          });
 
 TEST(LimitsDocuments, AreOfEveryVersionThatMatters) {
-  EXPECT_THAT(namesOfDocuments(), testing::ElementsAre("class-500001", "class-500002", "class-500003",
-                                                       "collection-500001", "data-0", "data-20", "data-30",
-                                                       "empty", "limit-500001", "null-and-shared"));
+  EXPECT_THAT(
+      namesOfDocuments(),
+      testing::ElementsAre("class-500001", "class-500002", "class-500003", "collection-500001", "data-0",
+                           "data-20", "data-30", "empty", "example", "limit-500001", "null-and-shared"));
 }
 
 TEST(LimitsDocuments, AreWrittenByTheseVeryBytes) {

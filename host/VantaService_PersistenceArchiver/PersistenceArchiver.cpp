@@ -14,7 +14,7 @@
 
 namespace Kestrel {
 
-// The layout of a document. What is on disk is frozen.
+// The layout of a document (docs/limits-document.md). What is on disk is frozen.
 namespace {
 
 using namespace std::string_view_literals;

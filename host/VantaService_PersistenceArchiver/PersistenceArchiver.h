@@ -26,7 +26,8 @@ class Caster;
 ///
 /// An archive either writes or reads. It knows nothing of the layout of a class: the class's own functions
 /// write and read its fields in a fixed order, between the marks that frame them as records. How the bytes of
-/// a document look is the archive's own matter; `ObjectRecord.h` frames whole objects and pointers.
+/// a document look is the archive's own matter (docs/limits-document.md); `ObjectRecord.h` frames whole
+/// objects and pointers.
 ///
 /// A record is opened with its address, the write position plus 4, and its type hash: the identifier of a
 /// registered class, or `noTypeHash`. It is closed with the position behind its last byte. A reader closes it
