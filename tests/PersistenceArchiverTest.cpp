@@ -4,10 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <boost/endian/conversion.hpp>
 #include <cstdint>
 #include <functional>
 #include <limits>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -15,6 +17,7 @@
 #include "VantaService_PersistenceArchiver/ArchiveException.h"
 #include "VantaService_PersistenceArchiver/ClassRegistration.h"
 #include "VantaService_PersistenceArchiver/ObjectRecord.h"
+#include "support/ResealedDocument.h"
 
 namespace Kestrel {
 namespace {
@@ -109,6 +112,12 @@ class PersistenceArchiverTest : public testing::Test {
   }
 };
 
+/// The document with another byte at a position, and the right checksum.
+std::string damagedAt(std::string document, std::size_t position, int byte) {
+  document[position] = static_cast<char>(byte);
+  return genResealedDocument(document);
+}
+
 TEST_F(PersistenceArchiverTest, ReadsWhatItWroteBitForBit) {
   auto const root = read(write(genTree()));
   EXPECT_EQ(std::bit_cast<std::uint64_t>(root->value), 0x7FF800000000ABCD);
@@ -174,6 +183,136 @@ TEST_F(PersistenceArchiverTest, RefusesMoreRecordsThanTheDocumentCanHold) {
     EXPECT_THROW(reader.check_container_size(count), ArchiveException);
     EXPECT_NO_THROW(reader.check_container_size(0));
   });
+}
+
+/// Writes a root with one value, one text and two links, the second of which is written by `writeLink`.
+template <typename WriteLink>
+std::string genRootWith(WriteLink const& writeLink) {
+  PersistenceArchiver archive;
+  auto const node = Node::registration().getRecord().identifier;
+  saveRecord(archive, node, [&] {
+    archive << 0.0 << std::string() << 2U;
+    saveRecord(archive, node, [&] { archive << 0.0 << std::string("first") << 0U; });
+    writeLink(archive, node);
+  });
+  return archive.genDocument();
+}
+
+std::string damageOf(std::string const& document) {
+  try {
+    PersistenceArchiver archive{std::string_view(document)};
+    std::shared_ptr<Node> root;
+    loadPointer(archive, root);
+    archive.checkEndOfRecords();
+  } catch (ArchiveException const& error) {
+    EXPECT_THAT(error.what(), testing::StartsWith("byte " + std::to_string(error.getOffset()) + ": "));
+    return error.what();
+  }
+  return "none";
+}
+
+/// Damage of a root whose second link leads to an address.
+std::string damageOfLinkTo(unsigned int address) {
+  return damageOf(
+      genRootWith([&](auto& archive, unsigned int node) { archive.mark_pointer(address, node); }));
+}
+
+// The root's record has the address 24, that of its first link 39, and the second link stands at 50.
+TEST_F(PersistenceArchiverTest, FollowsALinkToTheBeginningOfAnObject) {
+  EXPECT_EQ(damageOfLinkTo(39), "none");
+}
+
+TEST_F(PersistenceArchiverTest, RefusesALinkIntoTheMiddleOfARecord) {
+  EXPECT_EQ(damageOfLinkTo(38), "byte 55: no object of this class begins at byte 38");
+  EXPECT_EQ(damageOfLinkTo(40), "byte 55: no object of this class begins at byte 40");
+}
+
+TEST_F(PersistenceArchiverTest, RefusesALinkOutOfTheRecordsBeforeIt) {
+  for (unsigned int const address : {0U, 4U, 23U, 50U, 54U, 1000U, 0x7FFFFFFFU})
+    EXPECT_EQ(damageOfLinkTo(address), "byte 54: expected a pointer to an object before this place");
+}
+
+TEST_F(PersistenceArchiverTest, RefusesALinkToTheObjectThatHoldsIt) {
+  // The writer refuses it, too: the link is to another address and changed afterwards.
+  auto document = damagedAt(
+      genRootWith([](auto& archive, unsigned int node) { archive.mark_pointer(39, node); }), 50, 24);
+  EXPECT_EQ(damageOf(document), "byte 54: the object points to itself or to one that it is part of");
+}
+
+TEST_F(PersistenceArchiverTest, RefusesAnUnknownClassNumber) {
+  auto const document = genRootWith([](auto& archive, unsigned int node) { archive.mark_pointer(39, node); });
+  EXPECT_EQ(damageOf(damagedAt(document, 24, 2)), "byte 25: expected one of 1 classes, found number 2");
+}
+
+TEST_F(PersistenceArchiverTest, RefusesAnUnknownText) {
+  auto const document = genRootWith([](auto& archive, unsigned int node) { archive.mark_pointer(39, node); });
+  EXPECT_EQ(damageOf(damagedAt(document, 33, 9)), "byte 34: expected one of 3 texts, found number 9");
+}
+
+TEST_F(PersistenceArchiverTest, RefusesARecordThatIsLongerThanTheOneAroundIt) {
+  auto const document = genRootWith([](auto& archive, unsigned int node) { archive.mark_pointer(39, node); });
+  EXPECT_EQ(damageOf(damagedAt(document, 35, 17)),
+            "byte 39: expected a record of at most 16 bytes, found one of 17");
+}
+
+TEST_F(PersistenceArchiverTest, RefusesAClassThatTheProgramDoesNotHave) {
+  auto document = genRootWith([](auto& archive, unsigned int node) { archive.mark_pointer(39, node); });
+  auto const name = document.rfind("Node");
+  EXPECT_THAT(damageOf(damagedAt(document, name, 'M')),
+              testing::HasSubstr("the class of the object is not registered in this program"));
+}
+
+TEST_F(PersistenceArchiverTest, RefusesWhatStandsBehindTheRoot) {
+  PersistenceArchiver archive;
+  savePointer(archive, genTree());
+  archive.mark_null_pointer();
+  EXPECT_THAT(damageOf(archive.genDocument()), testing::HasSubstr("expected the end of the records"));
+}
+
+TEST_F(PersistenceArchiverTest, LooksAtLengthThenMarkThenVersionBeforeAnythingElse) {
+  auto const document = write(nullptr);
+  EXPECT_EQ(damageOf(document.substr(0, 27)), "byte 0: expected at least 28 bytes, found 27");
+  EXPECT_EQ(damageOf(std::string(64, 'x')), "byte 0: expected the mark of an object archive");
+  EXPECT_EQ(damageOf(damagedAt(document, 8, 2)), "byte 8: expected format version 1, found 2");
+  EXPECT_EQ(damageOf(document + "x"), "byte 12: expected 34 bytes, found 35");
+  auto damaged = document;
+  damaged[20] = 1;
+  EXPECT_EQ(damageOf(damaged),
+            "byte 26: the checksum does not match: the document was damaged after it had been written");
+}
+
+std::shared_ptr<Node> genChain(int length) {
+  auto root = std::make_shared<Node>();
+  auto last = root;
+  for (int i = 1; i < length; ++i) {
+    last->links = {std::make_shared<Node>()};
+    last = last->links[0];
+  }
+  return root;
+}
+
+TEST_F(PersistenceArchiverTest, BoundsTheDepthOfRecordsWhenItWritesAndWhenItReads) {
+  EXPECT_EQ(damageOf(write(genChain(256))), "none");
+  EXPECT_THROW(static_cast<void>(write(genChain(257))), std::length_error);
+  // What no writer of this program makes: records in records, each with its length and class.
+  constexpr unsigned int depth = 300;
+  std::string bytes;
+  for (unsigned int i = 0; i < depth; ++i) {
+    // A root and its links have a value, a text and a count before the next record.
+    std::string outer(4, '\0');
+    auto const content = std::string("\x01") + std::string(8, '\0') + std::string(1, '\0') +
+                         (bytes.empty() ? std::string(1, '\0') : '\x01' + bytes);
+    boost::endian::store_little_u32(reinterpret_cast<unsigned char*>(outer.data()),
+                                    static_cast<unsigned int>(content.size()));
+    bytes = outer + content;
+  }
+  auto const frame = write(nullptr);
+  auto const tables = std::string("\x02\x00\x04Node\x01\x01\x03\x00", 11);
+  auto document = frame.substr(0, 16) + std::string(4, '\0') + bytes + tables + std::string(8, '\0');
+  boost::endian::store_little_u32(reinterpret_cast<unsigned char*>(document.data()) + 16,
+                                  static_cast<unsigned int>(20 + bytes.size()));
+  EXPECT_THAT(damageOf(genResealedDocument(document)),
+              testing::HasSubstr("the records are nested too deeply"));
 }
 
 TEST_F(PersistenceArchiverTest, AnswersWhatIsUnknownToTheRegistry) {
