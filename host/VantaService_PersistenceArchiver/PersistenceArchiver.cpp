@@ -26,11 +26,9 @@ constexpr unsigned int tablesPosition = 16;
 constexpr unsigned int headerSize = 20;
 constexpr unsigned int checksumSize = 8;
 
-constexpr unsigned int wordSize = 4;
 constexpr std::uint32_t nullWord = 0;
 constexpr std::uint32_t referenceBit = 0x80000000;
 
-constexpr std::size_t greatestDepth = 256;
 /// An object takes at least its header, and the number of its class.
 constexpr unsigned int smallestObject = 5;
 
@@ -93,30 +91,14 @@ PersistenceArchiver::PersistenceArchiver(std::string_view document)
 
 PersistenceArchiver::~PersistenceArchiver() = default;
 
-void PersistenceArchiver::mark_object_start(unsigned int address, unsigned int typeHash) {
-  if (m_open.size() == greatestDepth) throw std::length_error("objects are nested too deeply");
-  m_open.push_back({address, 0, false});
-  m_writer.writeWord(0);  // length
-  m_writer.writeNumber(indexOfClass(typeHash));
-}
-
-void PersistenceArchiver::mark_object_end(unsigned int address, unsigned int endPosition) {
-  m_open.pop_back();
-  m_writer.replaceWord(address - wordSize, endPosition - address);
-}
-
 void PersistenceArchiver::mark_pointer(unsigned int address, unsigned int typeHash) {
   if (std::ranges::any_of(m_open, [&](OpenRecord const& record) { return record.address == address; }))
     throw KeException("an object points to itself or to one that it is part of");
   m_writer.writeWord(referenceBit | address);
-  m_writer.writeNumber(indexOfClass(typeHash));
+  m_writer.writeNumber(numberOf(typeHash));
 }
 
 void PersistenceArchiver::mark_null_pointer() { m_writer.writeWord(nullWord); }
-
-StreamposMap& PersistenceArchiver::getStreamposMap(unsigned int typeHash) {
-  return m_writtenPositions[indexOfClass(typeHash) - 1];
-}
 
 PersistenceArchiver& PersistenceArchiver::operator<<(std::string const& value) {
   write_bytes(value);
@@ -133,8 +115,7 @@ std::string PersistenceArchiver::genDocument() {
   return m_writer.takeBytes();
 }
 
-/// Number of a class in the table of classes, from 1; 0: no class.
-unsigned int PersistenceArchiver::indexOfClass(unsigned int typeHash) {
+unsigned int PersistenceArchiver::findOrAddClass(unsigned int typeHash) {
   if (typeHash == noTypeHash) return 0;
   auto const count = static_cast<unsigned int>(m_writtenClasses.size());
   for (unsigned int i = 0; i < count; ++i)

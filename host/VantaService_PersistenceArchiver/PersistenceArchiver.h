@@ -1,11 +1,14 @@
 #pragma once
 
+#include <array>
 #include <bit>
+#include <boost/container/static_vector.hpp>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <map>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -104,16 +107,26 @@ class PersistenceArchiver {
 
   /// Opens a record. KeException for a hash that is neither `noTypeHash` nor a class that the archive knows.
   /// REQUIRES: address == tellp() + 4.
-  void mark_object_start(unsigned int address, unsigned int typeHash);
+  void mark_object_start(unsigned int address, unsigned int typeHash) {
+    if (m_open.size() == greatestDepth) throw std::length_error("objects are nested too deeply");
+    m_open.push_back({address, 0, false});
+    m_writer.writeWord(0);  // length
+    m_writer.writeNumber(numberOf(typeHash));
+  }
   /// Closes the innermost record. REQUIRES: its address, and tellp().
-  void mark_object_end(unsigned int address, unsigned int endPosition);
+  void mark_object_end(unsigned int address, unsigned int endPosition) {
+    m_open.pop_back();
+    m_writer.replaceWord(address - wordSize, endPosition - address);
+  }
   /// Writes a pointer to an object that was written, by the address of its first record and its type hash.
   /// KeException when that record is still open: a reader could not follow the cycle.
   void mark_pointer(unsigned int address, unsigned int typeHash);
   void mark_null_pointer();
 
   /// The objects of a class that this archive has written. The reference stays valid.
-  [[nodiscard]] StreamposMap& getStreamposMap(unsigned int typeHash);
+  [[nodiscard]] StreamposMap& getStreamposMap(unsigned int typeHash) {
+    return m_writtenPositions[numberOf(typeHash) - 1];
+  }
 
   PersistenceArchiver& operator<<(unsigned int const& value) {
     m_writer.writeNumber(value);
@@ -184,6 +197,10 @@ class PersistenceArchiver {
   void setObserver(ArchiveObserver* observer) { m_observer = observer; }
 
  private:
+  /// Of records in records.
+  static constexpr std::size_t greatestDepth = 256;
+  static constexpr unsigned int wordSize = 4;
+
   struct OpenRecord {
     unsigned int address;
     unsigned int end;  ///< when reading
@@ -197,7 +214,18 @@ class PersistenceArchiver {
     unsigned int objectCount;
   };
 
-  [[nodiscard]] unsigned int indexOfClass(unsigned int typeHash);
+  /// A class and its number in the table of classes, from 1; 0: no class.
+  struct ClassNumber {
+    unsigned int typeHash = noTypeHash;
+    unsigned int number = 0;
+  };
+
+  [[nodiscard]] unsigned int numberOf(unsigned int typeHash) {
+    auto& cached = m_classNumbers[typeHash % m_classNumbers.size()];
+    if (cached.typeHash != typeHash) cached = {typeHash, findOrAddClass(typeHash)};
+    return cached.number;
+  }
+  [[nodiscard]] unsigned int findOrAddClass(unsigned int typeHash);
   void writeTables();
 
   void checkFrame(std::string_view document) const;
@@ -211,13 +239,14 @@ class PersistenceArchiver {
   void reportRecord();
 
   ClassMap m_classes;
-  std::vector<OpenRecord> m_open;
+  boost::container::static_vector<OpenRecord, greatestDepth> m_open;
   std::shared_ptr<void> m_treeState;
 
   ByteWriter m_writer;
   TextTable m_texts;
   std::vector<unsigned int> m_writtenClasses;   ///< type hashes
   std::deque<StreamposMap> m_writtenPositions;  ///< at the index of their class
+  std::array<ClassNumber, 16> m_classNumbers;   ///< those used last
 
   ByteReader m_reader;
   std::vector<std::string_view> m_storedTexts;

@@ -11,7 +11,7 @@ namespace Kestrel {
 std::uint32_t TextTable::add(std::string_view text) {
   if (!m_entries.empty())
     for (auto const number : m_recent)
-      if (textOf(m_entries[number]) == text) return number;
+      if (isText(m_entries[number], text)) return number;
   auto const number = findOrInsert(text);
   m_recent[m_next++ % m_recent.size()] = number;
   return number;
@@ -24,7 +24,7 @@ std::uint32_t TextTable::findOrInsert(std::string_view text) {
   std::size_t slot = hash & mask;
   for (; m_slots[slot] != 0; slot = (slot + 1) & mask) {
     auto const& entry = m_entries[m_slots[slot] - 1];
-    if (entry.hash == hash && textOf(entry) == text) return m_slots[slot] - 1;
+    if (entry.hash == hash && isText(entry, text)) return m_slots[slot] - 1;
   }
   m_bytes.writeNumber(static_cast<std::uint32_t>(text.size()));
   m_entries.push_back({m_bytes.getPosition(), static_cast<std::uint32_t>(text.size()), hash});

@@ -28,8 +28,9 @@ class TextTable {
     std::uint64_t hash;
   };
 
-  [[nodiscard]] std::string_view textOf(Entry const& entry) const {
-    return getBytes().substr(entry.offset, entry.length);
+  [[nodiscard]] bool isText(Entry const& entry, std::string_view text) const {
+    return entry.length == text.size() &&
+           std::char_traits<char>::compare(getBytes().data() + entry.offset, text.data(), text.size()) == 0;
   }
   [[nodiscard]] std::uint32_t findOrInsert(std::string_view text);
   void grow();
