@@ -190,7 +190,7 @@ void PersistenceArchiver::readClass() {
   stored.typeHash = getHashForName(std::string(stored.name));
   m_storedObjects += stored.objectCount;
   if (!m_objectCounts.emplace(stored.typeHash, stored.objectCount).second)
-    m_reader.fail("the class " + std::string(stored.name) + " is there twice");
+    m_reader.fail("class number " + std::to_string(m_storedClasses.size() + 1) + " is there already");
   m_storedClasses.push_back(stored);
   if (auto record = ClassRegistry::instance().find(stored.typeHash)) {
     record->readVersion = stored.version;
