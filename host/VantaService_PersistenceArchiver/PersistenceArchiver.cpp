@@ -26,9 +26,6 @@ constexpr unsigned int tablesPosition = 16;
 constexpr unsigned int headerSize = 20;
 constexpr unsigned int checksumSize = 8;
 
-constexpr std::uint32_t nullWord = 0;
-constexpr std::uint32_t referenceBit = 0x80000000;
-
 /// An object takes at least its header, and the number of its class.
 constexpr unsigned int smallestObject = 5;
 
@@ -198,9 +195,8 @@ void PersistenceArchiver::readClass() {
   }
 }
 
-PersistenceArchiver::AddressHeader PersistenceArchiver::read_to_address_header() {
-  unsigned int const offset = tellg();
-  auto const word = m_reader.readWord();
+PersistenceArchiver::AddressHeader PersistenceArchiver::readUncommonHeader(unsigned int offset,
+                                                                           std::uint32_t word) {
   if (word == nullWord) {
     if (m_observer != nullptr) m_observer->onNull(offset);
     return {0, tellg()};
@@ -209,6 +205,7 @@ PersistenceArchiver::AddressHeader PersistenceArchiver::read_to_address_header()
   if (word > m_reader.getBytesLeft())
     m_reader.fail("expected a record of at most " + std::to_string(m_reader.getBytesLeft()) +
                   " bytes, found one of " + std::to_string(word));
+  if (m_open.size() == greatestDepth) m_reader.fail("the records are nested too deeply");
   AddressHeader const header{tellg(), tellg() + word};
   open({header.address, header.end, false});
   if (m_observer != nullptr) reportRecord();
@@ -226,15 +223,9 @@ PersistenceArchiver::AddressHeader PersistenceArchiver::readReference(unsigned i
   static_cast<void>(m_reader.readNumber());
   unsigned int const end = tellg();
   m_reader.set(begin, end);
+  if (m_open.size() == greatestDepth) m_reader.fail("the records are nested too deeply");
   open({begin, end, true});
   return {address, end};
-}
-
-void PersistenceArchiver::open(OpenRecord const& record) {
-  if (m_open.size() == greatestDepth) m_reader.fail("the records are nested too deeply");
-  m_open.push_back(record);
-  m_reader.set(tellg(), record.end);
-  m_hashPosition = tellg();
 }
 
 void PersistenceArchiver::reportRecord() {
@@ -247,11 +238,9 @@ void PersistenceArchiver::reportRecord() {
     m_observer->onRecord(address, m_storedClasses[index - 1].name, m_storedClasses[index - 1].version);
 }
 
-void PersistenceArchiver::end_read_to_address(unsigned int end) {
-  if (m_observer != nullptr && !m_open.back().isReference)
+void PersistenceArchiver::reportRecordEnd() {
+  if (!m_open.back().isReference)
     m_observer->onRecordEnd(tellg(), m_reader.readBytes(m_reader.getBytesLeft()));
-  m_open.pop_back();
-  m_reader.set(end, m_open.empty() ? m_recordsEnd : m_open.back().end);
 }
 
 PointerMapContainerBase& PersistenceArchiver::getPointerMap(unsigned int typeHash,

@@ -157,9 +157,22 @@ class PersistenceArchiver {
   /// Opens the record at the read position; the number read next is its type hash. A null pointer opens no
   /// record: there is nothing more to read and nothing to close. The header of a pointer to an object that
   /// was read already gives that object's address and hash.
-  [[nodiscard]] AddressHeader read_to_address_header();
+  [[nodiscard]] AddressHeader read_to_address_header() {
+    unsigned int const offset = tellg();
+    auto const word = m_reader.readWord();
+    // The bit and the null are beyond and before all lengths.
+    if (word == nullWord || word > m_reader.getBytesLeft() || m_open.size() == greatestDepth ||
+        m_observer != nullptr)
+      return readUncommonHeader(offset, word);
+    open({tellg(), tellg() + word, false});
+    return {tellg(), tellg() + word};
+  }
   /// Closes the innermost record, wherever in it the read position is. REQUIRES: `end` as its header gave it.
-  void end_read_to_address(unsigned int end);
+  void end_read_to_address(unsigned int end) {
+    if (m_observer != nullptr) reportRecordEnd();
+    m_open.pop_back();
+    m_reader.set(end, m_open.empty() ? m_recordsEnd : m_open.back().end);
+  }
 
   /// The objects of a class that this archive has read; `record` is its registration. The reference stays
   /// valid.
@@ -200,6 +213,8 @@ class PersistenceArchiver {
   /// Of records in records.
   static constexpr std::size_t greatestDepth = 256;
   static constexpr unsigned int wordSize = 4;
+  static constexpr std::uint32_t nullWord = 0;
+  static constexpr std::uint32_t referenceBit = 0x80000000;
 
   struct OpenRecord {
     unsigned int address;
@@ -235,8 +250,15 @@ class PersistenceArchiver {
   [[nodiscard]] unsigned int readTypeHash();
   [[nodiscard]] std::string_view readText();
   [[nodiscard]] AddressHeader readReference(unsigned int offset, unsigned int address);
-  void open(OpenRecord const& record);
+  [[nodiscard]] AddressHeader readUncommonHeader(unsigned int offset, std::uint32_t word);
+  /// REQUIRES: fewer than greatestDepth records are open.
+  void open(OpenRecord const& record) {
+    m_open.push_back(record);
+    m_reader.set(tellg(), record.end);
+    m_hashPosition = tellg();
+  }
   void reportRecord();
+  void reportRecordEnd();
 
   ClassMap m_classes;
   boost::container::static_vector<OpenRecord, greatestDepth> m_open;
