@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -21,6 +22,19 @@ namespace {
   throw Error(fmt::format("{}: cannot {}: {}", toPrintable(name), what, reason));
 }
 
+/// The result of a system call that is made again as long as a signal interrupts it.
+template <typename Call>
+auto uninterrupted(Call const& call) {
+  auto result = call();
+  while (result < 0 && errno == EINTR) result = call();
+  return result;
+}
+
+template <typename... Mode>
+int openFile(std::filesystem::path const& path, int flags, Mode... mode) {
+  return uninterrupted([&] { return ::open(path.c_str(), flags | O_CLOEXEC, mode...); });
+}
+
 class Descriptor {
  public:
   explicit Descriptor(int descriptor) : m_descriptor(descriptor) {}
@@ -30,8 +44,9 @@ class Descriptor {
     if (m_descriptor >= 0) ::close(m_descriptor);
   }
   [[nodiscard]] int get() const { return m_descriptor; }
+  [[nodiscard]] int release() { return std::exchange(m_descriptor, -1); }
   /// Whether closing, which can be the first to learn of a full disk, succeeded.
-  [[nodiscard]] bool close() { return ::close(std::exchange(m_descriptor, -1)) == 0; }
+  [[nodiscard]] bool close() { return ::close(release()) == 0; }
 
  private:
   int m_descriptor;
@@ -39,12 +54,15 @@ class Descriptor {
 
 bool writeAll(int descriptor, std::string_view text) {
   while (!text.empty()) {
-    auto const written = ::write(descriptor, text.data(), text.size());
-    if (written < 0 && errno == EINTR) continue;
+    auto const written = uninterrupted([&] { return ::write(descriptor, text.data(), text.size()); });
     if (written < 0) return false;
     text.remove_prefix(static_cast<std::size_t>(written));
   }
   return true;
+}
+
+bool isStored(int descriptor) {
+  return uninterrupted([descriptor] { return ::fsync(descriptor); }) == 0;
 }
 
 /// A new file beside the one that it is to replace; removed unless it does.
@@ -62,9 +80,15 @@ class TemporaryFile {
     if (!m_path.empty()) ::unlink(m_path.c_str());
   }
 
+  /// Owner and group; where the user may not give the file away, the group alone, if that is allowed.
+  void giveTo(uid_t owner, gid_t group) {
+    auto const give = [this, group](uid_t to) { return ::fchown(m_descriptor.get(), to, group) == 0; };
+    static_cast<void>(give(owner) || give(static_cast<uid_t>(-1)));
+  }
+
   void write(std::string_view text, mode_t mode) {
     if (!writeAll(m_descriptor.get(), text) || ::fchmod(m_descriptor.get(), mode) != 0 ||
-        ::fsync(m_descriptor.get()) != 0 || !m_descriptor.close()) {
+        !isStored(m_descriptor.get()) || !m_descriptor.close()) {
       failWithErrno("write", m_target.native());
     }
   }
@@ -72,10 +96,12 @@ class TemporaryFile {
   void replaceTarget() {
     if (::rename(m_path.c_str(), m_target.c_str()) != 0) failWithErrno("write", m_target.native());
     m_path.clear();
-    // The new name is on disk when the folder is; a system that cannot say so has done what it can.
     auto const folder = m_target.has_parent_path() ? m_target.parent_path() : std::filesystem::path(".");
-    Descriptor const descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (descriptor.get() >= 0) ::fsync(descriptor.get());
+    Descriptor const descriptor(openFile(folder, O_RDONLY | O_DIRECTORY));
+    // A folder that may not be read, and a system that stores no folders, have done what they can.
+    if (descriptor.get() < 0 && errno == EACCES) return;
+    if (descriptor.get() < 0 || (!isStored(descriptor.get()) && errno != EINVAL))
+      failWithErrno("make sure that the new content is stored", m_target.native());
   }
 
  private:
@@ -90,41 +116,80 @@ mode_t permissionsOfNewFiles() {
   return 0666U & ~mask;
 }
 
-/// Where a symbolic link leads, also when there is nothing yet.
-std::filesystem::path followLinks(std::filesystem::path path) {
-  std::error_code error;
-  while (std::filesystem::is_symlink(path, error)) {
-    path = path.parent_path() / std::filesystem::read_symlink(path, error);
-  }
-  return path;
-}
-
 void writeDirectly(std::filesystem::path const& path, std::string_view text) {
-  Descriptor descriptor(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
+  Descriptor descriptor(openFile(path, O_WRONLY));
   if (descriptor.get() < 0 || !writeAll(descriptor.get(), text) || !descriptor.close()) {
     failWithErrno("write", path.native());
   }
 }
 
-}  // namespace
-
-std::string readFile(std::filesystem::path const& path) {
-  Descriptor const descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+std::string readAll(int descriptor, std::filesystem::path const& path) {
   struct stat status {};
-  if (descriptor.get() < 0 || ::fstat(descriptor.get(), &status) != 0) failWithErrno("read", path.native());
+  if (::fstat(descriptor, &status) != 0) failWithErrno("read", path.native());
   std::string text;
   std::size_t size = 0;
   auto room = S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) + 1 : 65536;
   for (;;) {
     if (size == text.size()) text.resize(size == 0 ? room : size * 2);
-    auto const got = ::read(descriptor.get(), text.data() + size, text.size() - size);
-    if (got < 0 && errno == EINTR) continue;
+    auto const got =
+        uninterrupted([&] { return ::read(descriptor, text.data() + size, text.size() - size); });
     if (got < 0) failWithErrno("read", path.native());
     if (got == 0) break;
     size += static_cast<std::size_t>(got);
   }
   text.resize(size);
   return text;
+}
+
+void refuseToLockWhatIsNoRegularFile(std::filesystem::path const& path) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) != 0) {
+    if (errno != ENOENT) failWithErrno("lock", path.native());
+  } else if (S_ISDIR(status.st_mode)) {
+    errno = EISDIR;
+    failWithErrno("lock", path.native());
+  } else if (!S_ISREG(status.st_mode)) {
+    throw Error(fmt::format("{}: cannot lock: expected a regular file, found a pipe or a device",
+                            toPrintable(path.native())));
+  }
+}
+
+int openLockFile(std::filesystem::path const& path) {
+  // Open for writing, as network file systems want it.
+  int const descriptor = openFile(path, O_RDWR | O_CREAT | O_NOFOLLOW, 0666);
+  if (descriptor >= 0 || errno != EACCES) return descriptor;
+  // What another user has made can be locked all the same.
+  int const foreign = openFile(path, O_RDONLY | O_NOFOLLOW);
+  if (foreign < 0) errno = EACCES;
+  return foreign;
+}
+
+}  // namespace
+
+std::string readFile(std::filesystem::path const& path) {
+  Descriptor const descriptor(openFile(path, O_RDONLY));
+  if (descriptor.get() < 0) failWithErrno("read", path.native());
+  return readAll(descriptor.get(), path);
+}
+
+std::optional<std::string> readFileIfExists(std::filesystem::path const& path) {
+  Descriptor const descriptor(openFile(path, O_RDONLY));
+  if (descriptor.get() >= 0) return readAll(descriptor.get(), path);
+  // There is no file of a name that is too long for one.
+  if (errno != ENOENT && errno != ENAMETOOLONG) failWithErrno("read", path.native());
+  return std::nullopt;
+}
+
+std::filesystem::path followLinks(std::filesystem::path path) {
+  // A ring of links ends somewhere in it; using that fails.
+  constexpr int mostLinks = 40;
+  for (int i = 0; i < mostLinks; ++i) {
+    std::error_code error;
+    auto const next = std::filesystem::read_symlink(path, error);
+    if (error) break;
+    path = path.parent_path() / next;
+  }
+  return path;
 }
 
 void writeFile(std::filesystem::path const& path, std::string_view text) {
@@ -139,9 +204,21 @@ void writeFile(std::filesystem::path const& path, std::string_view text) {
   if (exists && ::access(path.c_str(), W_OK) != 0) failWithErrno("write", path.native());
   auto const target = followLinks(path);
   TemporaryFile file(target);
+  if (exists) file.giveTo(status.st_uid, status.st_gid);
   file.write(text, exists ? status.st_mode & 07777U : permissionsOfNewFiles());
   file.replaceTarget();
 }
+
+FileLock::FileLock(std::filesystem::path const& path) : m_descriptor(-1) {
+  refuseToLockWhatIsNoRegularFile(path);
+  auto const lockFile = path.string() + ".lock";
+  Descriptor descriptor(openLockFile(lockFile));
+  if (descriptor.get() < 0 || uninterrupted([&] { return ::flock(descriptor.get(), LOCK_EX); }) != 0)
+    failWithErrno("lock", lockFile);
+  m_descriptor = descriptor.release();
+}
+
+FileLock::~FileLock() { ::close(m_descriptor); }
 
 void writeToStandardOutput(std::string_view text) {
   if (!writeAll(STDOUT_FILENO, text) && errno != EPIPE) failWithErrno("write", "standard output");

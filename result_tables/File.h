@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -9,11 +10,37 @@ namespace Kestrel::ResultTables {
 /// The bytes of a file or a pipe. An `Error` names the file and the system's reason.
 [[nodiscard]] std::string readFile(std::filesystem::path const& path);
 
+/// The same, and nothing where there is no such file.
+[[nodiscard]] std::optional<std::string> readFileIfExists(std::filesystem::path const& path);
+
+/// Where a symbolic link leads in the end, also when there is nothing yet; any other path as it is.
+[[nodiscard]] std::filesystem::path followLinks(std::filesystem::path path);
+
 /// Replaces the content of the file whole or, with an `Error`, not at all: the text is written to a new file
-/// in the same folder, which takes the place of the old one when it is safely stored. A symbolic link is
-/// followed, the permissions of an old file are kept, and one that may not be written stays as it is. What is
-/// no regular file (a terminal, a pipe, a device) is written to directly.
+/// in the same folder, which takes the place of the old one when it is safely stored. When all is done but
+/// storing the new name fails, the `Error` says so and the new content stands. A symbolic link is followed,
+/// the permissions of an old file are kept, owner and group as far as the user may give files away, and a
+/// file that may not be written stays as it is. What is no regular file (a terminal, a pipe, a device) is
+/// written to directly.
 void writeFile(std::filesystem::path const& path, std::string_view text);
+
+/// The exclusive right, among all who ask for it, to read a file and to replace it by `writeFile`; waits
+/// until nobody else has it. It ends with the object, and with the process however that ends.
+///
+/// It is the system's lock on an empty file beside the one that it is for, `.lock` appended, which is made on
+/// first use and stays. An `Error` when that cannot be had, and when the file itself exists and is no regular
+/// one.
+class FileLock {
+ public:
+  /// REQUIRES: followLinks(path) == path, so that all names of a file lead to one lock.
+  explicit FileLock(std::filesystem::path const& path);
+  FileLock(FileLock const&) = delete;
+  FileLock& operator=(FileLock const&) = delete;
+  ~FileLock();
+
+ private:
+  int m_descriptor;
+};
 
 /// Writes to standard output. A reader that has gone away is no error; anything else is an `Error`.
 void writeToStandardOutput(std::string_view text);

@@ -3,17 +3,22 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <csignal>
 #include <future>
+#include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "result_tables/Error.h"
 #include "support/Shell.h"
+#include "support/SystemCallFailure.h"
 
 namespace Kestrel::ResultTables {
 namespace {
@@ -23,6 +28,7 @@ namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::ExitedWithCode;
 using testing::UnorderedElementsAre;
+using TestSupport::SystemCallFailure;
 
 std::string allBytes() {
   std::string bytes;
@@ -63,6 +69,7 @@ class FileTest : public testing::Test {
 };
 
 using ReadFile = FileTest;
+using FileLockTest = FileTest;
 using WriteFile = FileTest;
 using FileDeathTest = FileTest;
 
@@ -93,6 +100,28 @@ TEST_F(ReadFile, FailsWithNameAndReason) {
   EXPECT_EQ(errorOfReading(""), ": cannot read: No such file or directory");
 }
 
+TEST_F(ReadFile, TellsAFileThatDoesNotExistFromOneThatCannotBeRead) {
+  EXPECT_EQ(readFileIfExists(m_folder.write("file", "text")), "text");
+  EXPECT_EQ(readFileIfExists(m_folder.write("empty", "")), "");
+  EXPECT_EQ(readFileIfExists(path("none")), std::nullopt);
+  EXPECT_EQ(readFileIfExists(path("no folder/none")), std::nullopt);
+  EXPECT_EQ(readFileIfExists(path(std::string(256, 'x'))), std::nullopt);
+  fs::create_symlink("none", path("link to nothing"));
+  EXPECT_EQ(readFileIfExists(path("link to nothing")), std::nullopt);
+  EXPECT_THROW((void)readFileIfExists(m_folder.path()), Error);
+  EXPECT_THROW((void)readFileIfExists(path("file/none")), Error);
+}
+
+TEST_F(ReadFile, FollowsLinksToTheLastOne) {
+  fs::create_directory(path("folder"));
+  fs::create_symlink("folder/link", path("first"));
+  fs::create_symlink("file", path("folder/link"));
+  fs::create_symlink(path("first"), path("absolute"));
+  EXPECT_EQ(followLinks(path("absolute")), path("folder/file"));
+  EXPECT_EQ(followLinks(path("folder/file")), path("folder/file"));
+  EXPECT_EQ(followLinks("none"), "none");
+}
+
 TEST_F(WriteFile, MakesANewFileWithTheUsualPermissions) {
   auto const oldMask = ::umask(027);
   writeFile(path("new"), allBytes());
@@ -109,6 +138,19 @@ TEST_F(WriteFile, ReplacesTheWholeContentAndKeepsThePermissions) {
   EXPECT_EQ(m_folder.read("file"), "new");
   EXPECT_EQ(fs::status(path("file")).permissions(), fs::perms{0604});
   EXPECT_THAT(namesIn(m_folder.path()), ElementsAre("file"));
+}
+
+TEST_F(WriteFile, KeepsTheOwnerAndTheGroupWhenTheUserMayGiveFilesAway) {
+  if (::geteuid() != 0) GTEST_SKIP() << "needs the powers of root";
+  m_folder.write("file", "old");
+  ASSERT_EQ(::chown(path("file").c_str(), 65534, 4321), 0);
+  fs::permissions(path("file"), fs::perms{0640});
+  writeFile(path("file"), "new");
+  struct stat status {};
+  ASSERT_EQ(::stat(path("file").c_str(), &status), 0);
+  EXPECT_EQ(status.st_uid, 65534U);
+  EXPECT_EQ(status.st_gid, 4321U);
+  EXPECT_EQ(status.st_mode & 07777U, 0640U);
 }
 
 TEST_F(WriteFile, LeavesTheOldFileWholeForThoseWhoStillReadIt) {
@@ -190,6 +232,105 @@ TEST_F(WriteFile, WritesToAPipeThatHasNoNameOfItsOwn) {
   ::close(ends[0]);
 }
 
+TEST_F(WriteFile, ReportsEachFailureOfTheSystemAndLeavesTheOldFileOrTheNewOne) {
+  std::vector<std::string> failedCalls;
+  for (std::size_t successes = 0;; ++successes) {
+    m_folder.write("file", "old");
+    auto const failure = std::make_unique<SystemCallFailure>(
+        TestSupport::SystemCallFault{.successes = successes, .error = ENOSPC});
+    auto const error = errorOfWriting(path("file"));
+    if (failure->failedCall() == nullptr) {
+      EXPECT_EQ(error, "no error");
+      break;
+    }
+    failedCalls.emplace_back(failure->failedCall());
+    auto const isReplaced = m_folder.read("file") == "new";
+    if (!isReplaced) {
+      EXPECT_EQ(m_folder.read("file"), "old") << failedCalls.back();
+      EXPECT_EQ(error, path("file").string() + ": cannot write: No space left on device")
+          << failedCalls.back();
+    }
+    EXPECT_THAT(namesIn(m_folder.path()), ElementsAre("file")) << failedCalls.back();
+  }
+  // The last three are those of the folder.
+  EXPECT_THAT(failedCalls, ElementsAre("mkostemp", "fchown", "write", "fchmod", "fsync", "close", "rename",
+                                       "open", "fsync", "close"));
+}
+
+TEST_F(WriteFile, SaysWhenTheNewContentStandsButItsNameMayNotBeStored) {
+  m_folder.write("file", "old");
+  SystemCallFailure const failure({.successes = 8, .error = EIO});
+  EXPECT_EQ(errorOfWriting(path("file")),
+            path("file").string() + ": cannot make sure that the new content is stored: Input/output error");
+  EXPECT_EQ(m_folder.read("file"), "new");
+}
+
+TEST_F(WriteFile, GoesOnAfterInterruptionsAndShortWrites) {
+  for (std::size_t successes = 0; successes < 10; ++successes) {
+    m_folder.write("file", "old");
+    SystemCallFailure const failure({.successes = successes, .error = EINTR, .longestWrite = 7});
+    auto const error = errorOfWriting(path("file"), allBytes());
+    EXPECT_EQ(m_folder.read("file"), error == "no error" ? allBytes() : "old") << failure.failedCall();
+    std::string const failed = failure.failedCall();
+    EXPECT_TRUE(error == "no error" || (failed != "write" && failed != "fsync")) << failed;
+  }
+}
+
+TEST_F(FileLockTest, LetsOneAtATime) {
+  std::atomic<int> inside = 0;
+  std::atomic<int> most = 0;
+  auto const work = [&] {
+    for (int i = 0; i < 200; ++i) {
+      FileLock const lock(path("file"));
+      int const now = ++inside;
+      if (now > most) most = now;
+      std::this_thread::yield();
+      --inside;
+    }
+  };
+  auto other = std::async(std::launch::async, work);
+  work();
+  other.get();
+  EXPECT_EQ(most, 1);
+  EXPECT_THAT(namesIn(m_folder.path()), ElementsAre("file.lock"));
+}
+
+TEST_F(FileLockTest, EndsWithItsProcessHoweverThatEnds) {
+  EXPECT_EXIT(
+      {
+        FileLock const lock(path("file"));
+        ::raise(SIGKILL);
+      },
+      testing::KilledBySignal(SIGKILL), "");
+  EXPECT_THAT(namesIn(m_folder.path()), ElementsAre("file.lock"));
+  FileLock const lock(path("file"));
+  int const lockFile = ::open(path("file.lock").c_str(), O_RDONLY);
+  EXPECT_EQ(::flock(lockFile, LOCK_EX | LOCK_NB), -1) << "and is a new one now";
+  ::close(lockFile);
+}
+
+std::string errorOfLocking(fs::path const& path) {
+  try {
+    FileLock const lock(path);
+    return "no error";
+  } catch (Error const& error) {
+    return error.what();
+  }
+}
+
+TEST_F(FileLockTest, FailsWithNameAndReason) {
+  auto const folder = m_folder.path().string();
+  EXPECT_EQ(errorOfLocking(path("none/x")), folder + "/none/x.lock: cannot lock: No such file or directory");
+  EXPECT_EQ(errorOfLocking(folder), folder + ": cannot lock: Is a directory");
+  EXPECT_EQ(errorOfLocking("/dev/null"),
+            "/dev/null: cannot lock: expected a regular file, found a pipe or a device");
+  fs::create_symlink("a", path("a"));
+  EXPECT_EQ(errorOfLocking(path("a")), folder + "/a: cannot lock: Too many levels of symbolic links");
+  fs::create_symlink("elsewhere", path("b.lock"));
+  EXPECT_EQ(errorOfLocking(path("b")), folder + "/b.lock: cannot lock: Too many levels of symbolic links");
+  EXPECT_THAT(namesIn(m_folder.path()), UnorderedElementsAre("a", "b.lock"));
+}
+
 /// Ends the process; the exit code tells whether `condition` held.
 [[noreturn]] void exitWith(bool condition) { ::_exit(condition ? 0 : 1); }
 
@@ -237,6 +378,19 @@ TEST_F(FileDeathTest, WriteFileLeavesAFileAloneThatMayNotBeWritten) {
   EXPECT_EXIT(write(), ExitedWithCode(0), "");
   EXPECT_EQ(m_folder.read("file"), "old");
   EXPECT_THAT(namesIn(m_folder.path()), ElementsAre("file"));
+}
+
+TEST_F(FileDeathTest, FileLockTakesTheLockFileOfAnotherUser) {
+  { FileLock const lock(path("file")); }
+  fs::permissions(path("file.lock"), fs::perms{0644});
+  fs::permissions(m_folder.path(), fs::perms{0755});
+  auto const lock = [&] {
+    becomeNobody();
+    exitWith(errorOfLocking(path("file")) == "no error" &&
+             errorOfLocking(path("other")) ==
+                 path("other.lock").string() + ": cannot lock: Permission denied");
+  };
+  EXPECT_EXIT(lock(), ExitedWithCode(0), "");
 }
 
 TEST_F(FileDeathTest, ReadFileNamesTheFileThatMayNotBeRead) {

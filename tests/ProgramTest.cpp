@@ -114,6 +114,15 @@ TEST_F(Program, NamesAnOutputThatCannotBeWritten) {
   expectFailure("$P show r.json >&-", "result-tables: standard output: cannot write: Bad file descriptor");
 }
 
+TEST_F(Program, ReportsAFileThatMayNotGrow) {
+  m_folder.write("out.txt", "old");
+  auto const result = run("ulimit -f 1; $P demo --output out.txt");
+  EXPECT_EQ(result.exitCode, 2);
+  EXPECT_EQ(result.err, "result-tables: out.txt: cannot write: File too large\n");
+  EXPECT_EQ(run("ls").out, "out.txt\nr.json\n");
+  EXPECT_EQ(m_folder.read("out.txt"), "old");
+}
+
 TEST_F(Program, EndsQuietlyWhenThePagerIsClosedEarly) {
   auto const result = run("{ $P demo --format json; echo $? >code; } | head -n 1; cat code");
   EXPECT_EQ(result.out, "{\n0\n");
