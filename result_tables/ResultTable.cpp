@@ -1,17 +1,12 @@
 #include "result_tables/ResultTable.h"
 
-#include <fmt/format.h>
-#include <boost/algorithm/string/predicate.hpp>
-
 #include <algorithm>
 #include <cmath>
-#include <locale>
 #include <utility>
 
 #include "Business_TableProperties/TablePropertySettings.h"
-#include "result_tables/Error.h"
 #include "result_tables/Family.h"
-#include "result_tables/Text.h"
+#include "result_tables/UnitSelection.h"
 
 namespace Kestrel::ResultTables {
 
@@ -44,33 +39,6 @@ std::vector<TableColumn> genColumns(MaxValueGroup const& group, SimulationUnitId
     if (limit) column.limit = ColumnLimit{limit->getLimit(), limit->getUnitString()};
   }
   return columns;
-}
-
-bool isNamedBy(SimulationUnit const& unit, std::string const& idOrName) {
-  return unit.getSimulationUnitName() == idOrName ||
-         boost::algorithm::iequals(unit.getID().toString(), idOrName, std::locale::classic());
-}
-
-std::vector<ResultsUnit const*> selectUnits(ResultsFile const& file, std::string const& fileName,
-                                            std::vector<std::string> const& wanted) {
-  std::vector<ResultsUnit const*> selected;
-  std::vector<bool> found(wanted.size(), false);
-  for (auto const& unit : file.units) {
-    bool isSelected = wanted.empty();
-    for (std::size_t i = 0; i < wanted.size(); ++i) {
-      if (!isNamedBy(*unit.unit, wanted[i])) continue;
-      isSelected = true;
-      found[i] = true;
-    }
-    if (isSelected) selected.push_back(&unit);
-  }
-  auto const missing = std::find(found.begin(), found.end(), false);
-  if (missing != found.end()) {
-    throw Error(fmt::format("{}: expected the id or the name of one of its units, found {}",
-                            toPrintable(fileName),
-                            quote(wanted[static_cast<std::size_t>(missing - found.begin())])));
-  }
-  return selected;
 }
 
 std::shared_ptr<MaxValueGroupContainer> genContainer(ResultsUnit const& unit, DataType dataType,
