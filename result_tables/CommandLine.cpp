@@ -5,8 +5,11 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <charconv>
 #include <cstdlib>
 #include <exception>
+#include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -16,15 +19,21 @@
 #include "result_tables/Family.h"
 #include "result_tables/File.h"
 #include "result_tables/Findings.h"
+#include "result_tables/LimitType.h"
+#include "result_tables/Limits.h"
+#include "result_tables/LimitsDocument.h"
 #include "result_tables/ResultTable.h"
 #include "result_tables/ResultsFile.h"
 #include "result_tables/Sample.h"
 #include "result_tables/Text.h"
 #include "result_tables/Translate.h"
+#include "result_tables/UnitSelection.h"
 #include "result_tables/import/Import.h"
 #include "result_tables/render/CsvTables.h"
 #include "result_tables/render/JsonTables.h"
+#include "result_tables/render/RenderArchive.h"
 #include "result_tables/render/RenderFindings.h"
+#include "result_tables/render/RenderLimits.h"
 #include "result_tables/render/TextTables.h"
 
 namespace Kestrel::ResultTables {
@@ -38,6 +47,9 @@ struct Options {
   std::vector<std::string> units;
   std::vector<std::string> families;
   bool teaching = false;
+  std::string limits;
+  std::string type;
+  std::string value;
   std::string format = "text";
   std::string output;
   std::string input;
@@ -74,28 +86,36 @@ TableSelection selectionOf(Options const& options) {
   return selection;
 }
 
-/// Limits in step with the units of the file, all at their defaults.
-std::shared_ptr<TablePropertiesData> genDefaultLimits(ResultsFile const& file) {
-  auto limits = std::make_shared<TablePropertiesData>();
-  std::vector<SimulationUnitId> ids;
-  for (auto const& unit : file.units) ids.push_back(unit.unit->getID());
-  limits->updateLimits(ids);
-  return limits;
+std::filesystem::path limitsDocument(Options const& options, std::string const& results) {
+  return options.limits.empty() ? limitsDocumentOf(results) : std::filesystem::path(options.limits);
 }
 
-ExitCode show(ResultsFile const& file, std::string const& fileName, Options const& options) {
-  auto const tables = genResultTables(file, fileName, selectionOf(options), *genDefaultLimits(file));
+ExitCode show(ResultsFile const& file, std::string const& fileName, TablePropertiesData const& limits,
+              Options const& options) {
+  auto const tables = genResultTables(file, fileName, selectionOf(options), limits);
   write(options.output, options.format == "json"  ? renderJson(tables)
                         : options.format == "csv" ? renderCsv(tables)
                                                   : renderText(tables, mayUseColour(options)));
   return ExitCode::nothingFound;
 }
 
-FileFindings checkFile(std::string const& results, TableSelection const& selection) {
+ExitCode showFile(Options const& options) {
+  auto const file = readResultsFile(options.file);
+  return show(file, options.file, *readLimits(limitsDocument(options, options.file), file), options);
+}
+
+ExitCode showSample(Options const& options) {
+  auto const sample = readSample();
+  auto const limits = options.limits.empty() ? genDefaultLimits(sample) : readLimits(options.limits, sample);
+  return show(sample, "built-in sample", *limits, options);
+}
+
+FileFindings checkFile(std::string const& results, TableSelection const& selection, Options const& options) {
   FileFindings found{results, {}, std::nullopt};
   try {
     auto const file = readResultsFile(results);
-    for (auto const& table : genResultTables(file, results, selection, *genDefaultLimits(file)))
+    auto const limits = readLimits(limitsDocument(options, results), file);
+    for (auto const& table : genResultTables(file, results, selection, *limits))
       found.tables.push_back(genFindings(table));
   } catch (std::exception const& error) {
     found.error = error.what();
@@ -112,17 +132,74 @@ ExitCode exitCodeOf(FileFindings const& file) {
 }
 
 ExitCode check(Options const& options) {
+  if (!options.limits.empty() && options.files.size() > 1) {
+    throw Error(fmt::format("--limits: expected one results file, as each has its own limits, found {}",
+                            options.files.size()));
+  }
   auto const selection = selectionOf(options);
   auto exitCode = ExitCode::nothingFound;
   std::vector<FileFindings> files;
   for (auto const& results : options.files) {
-    files.push_back(checkFile(results, selection));
+    files.push_back(checkFile(results, selection, options));
     exitCode = std::max(exitCode, exitCodeOf(files.back()));
   }
   writeToStandardOutput(options.format == "json"    ? renderFindingsAsJson(files)
                         : options.format == "junit" ? renderFindingsAsJunit(files)
                                                     : renderFindingsAsText(files, mayUseColour(options)));
   return exitCode;
+}
+
+TablePropertyLimitType limitTypeFromText(std::string const& text) {
+  auto const named = std::find(s_limitTypeNames.begin(), s_limitTypeNames.end(), text);
+  auto number = static_cast<std::size_t>(named - s_limitTypeNames.begin());
+  if (named == s_limitTypeNames.end()) {
+    auto const* const end = text.data() + text.size();
+    auto const [last, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc() || last != end || number >= s_limitTypeNames.size()) {
+      throw Error(fmt::format("--type: expected a number from 0 to {} or one of {}, found {}",
+                              s_limitTypeNames.size() - 1, fmt::join(s_limitTypeNames, ", "), quote(text)));
+    }
+  }
+  return static_cast<TablePropertyLimitType>(number);
+}
+
+double limitFromText(std::string const& text) {
+  auto const number = numberFromText(text);
+  if (!number) throw Error(fmt::format("--value: expected a number, found {}", quote(text)));
+  return *number;
+}
+
+void listLimits(Options const& options) {
+  auto const file = readResultsFile(options.file);
+  auto const units = selectUnits(file, options.file, options.units);
+  auto const limits = listLimits(*readLimits(limitsDocument(options, options.file), file), file, units);
+  writeToStandardOutput(options.format == "json" ? renderLimitsAsJson(limits)
+                                                 : renderLimitsAsText(limits, mayUseColour(options)));
+}
+
+using LimitsChange = std::function<void(TablePropertiesData& limits, ResultsFile const& file,
+                                        std::vector<ResultsUnit const*> const& units)>;
+
+/// Changes the limits document of the options' file; `change` gets the options' units.
+void editLimits(Options const& options, LimitsChange const& change) {
+  auto const file = readResultsFile(options.file);
+  auto const units = selectUnits(file, options.file, options.units);
+  editLimits(limitsDocument(options, options.file), file,
+             [&](TablePropertiesData& limits) { change(limits, file, units); });
+}
+
+void setLimits(Options const& options) {
+  auto const type = limitTypeFromText(options.type);
+  auto const value = limitFromText(options.value);
+  editLimits(options,
+             [&](auto& limits, auto const&, auto const& units) { setLimits(limits, units, type, value); });
+}
+
+void dumpArchive(std::string const& fileName) {
+  auto const listing = genArchiveListing(readFile(fileName));
+  writeToStandardOutput(renderArchive(listing));
+  if (!listing.damage.empty())
+    throw Error(fmt::format("{}: {}", toPrintable(fileName), toPrintable(listing.damage)));
 }
 
 void addFormat(CLI::App& command, Options& options, std::vector<std::string> const& formats) {
@@ -138,10 +215,28 @@ void addOutput(CLI::App& command, Options& options) {
       ->type_name("FILE");
 }
 
+void addResults(CLI::App& command, Options& options) {
+  command.add_option("RESULTS", options.file, tr("Results file"))->required();
+}
+
+CLI::Option& addUnits(CLI::App& command, Options& options) {
+  return *command
+              .add_option("--unit", options.units, tr("Only the units with this id or name; can be repeated"))
+              ->type_name("U")
+              ->allow_extra_args(false);
+}
+
+void addLimits(CLI::App& command, Options& options, std::string const& description) {
+  auto const isNamed = [](std::string const& name) {
+    return name.empty() ? std::string("expected the name of a file, found nothing") : std::string();
+  };
+  command.add_option("--limits", options.limits, description)->type_name("FILE")->check(isNamed, "");
+}
+
+std::string besideTheResults() { return tr("Limits document; RESULTS.limits when it is not named"); }
+
 void addSelection(CLI::App& command, Options& options) {
-  command.add_option("--unit", options.units, tr("Only the units with this id or name; can be repeated"))
-      ->type_name("U")
-      ->allow_extra_args(false);
+  addUnits(command, options);
   command
       .add_option("--family", options.families,
                   tr("Only this family of elements, Clamps for example; can be repeated"))
@@ -152,11 +247,12 @@ void addSelection(CLI::App& command, Options& options) {
 
 void addShow(CLI::App& app, Options& options, ExitCode& exitCode) {
   auto& command = *app.add_subcommand("show", tr("Show the tables of a results file"));
-  command.add_option("RESULTS", options.file, tr("Results file"))->required();
+  addResults(command, options);
   addSelection(command, options);
+  addLimits(command, options, besideTheResults());
   addFormat(command, options, {"text", "csv", "json"});
   addOutput(command, options);
-  command.final_callback([&] { exitCode = show(readResultsFile(options.file), options.file, options); });
+  command.final_callback([&] { exitCode = showFile(options); });
 }
 
 void addCheck(CLI::App& app, Options& options, ExitCode& exitCode) {
@@ -164,6 +260,7 @@ void addCheck(CLI::App& app, Options& options, ExitCode& exitCode) {
       "check", tr("List values beyond their limits and failed joins; exits with 1 if any"));
   command.add_option("RESULTS", options.files, tr("Results files"))->required()->expected(1, -1);
   addSelection(command, options);
+  addLimits(command, options, besideTheResults());
   addFormat(command, options, {"text", "json", "junit"});
   command.final_callback([&] { exitCode = check(options); });
 }
@@ -171,9 +268,58 @@ void addCheck(CLI::App& app, Options& options, ExitCode& exitCode) {
 void addDemo(CLI::App& app, Options& options, ExitCode& exitCode) {
   auto& command = *app.add_subcommand("demo", tr("Show the tables of the built-in sample; no file needed"));
   addSelection(command, options);
+  addLimits(command, options, tr("Limits document; the default limits when it is not named"));
   addFormat(command, options, {"text", "csv", "json"});
   addOutput(command, options);
-  command.final_callback([&] { exitCode = show(readSample(), "built-in sample", options); });
+  command.final_callback([&] { exitCode = showSample(options); });
+}
+
+/// A command that changes the limits document.
+CLI::App& addEdit(CLI::App& limits, Options& options, std::string const& name, std::string const& description,
+                  std::function<void()> const& edit) {
+  auto& command = *limits.add_subcommand(name, description);
+  addResults(command, options);
+  addLimits(command, options, besideTheResults());
+  command.final_callback(edit);
+  return command;
+}
+
+void addLimitsEdits(CLI::App& limits, Options& options) {
+  auto& set = addEdit(limits, options, "set", tr("Set a limit of one kind"), [&] { setLimits(options); });
+  addUnits(set, options).required();
+  set.add_option("--type", options.type,
+                 tr("Kind of limit by its name, BoltNormalForce for example, or number"))
+      ->required()
+      ->type_name("T");
+  set.add_option("--value", options.value, tr("The limit: a number, which may be negative, inf or nan"))
+      ->required()
+      ->type_name("V");
+
+  auto& reset = addEdit(limits, options, "reset", tr("Put the limits back to their defaults"),
+                        [&] { editLimits(options, resetLimits); });
+  addUnits(reset, options);
+
+  addEdit(limits, options, "sync", tr("Write the limits in step with the units of the results file"),
+          [&] { editLimits(options, [](auto&, auto const&, auto const&) {}); });
+}
+
+void addLimitsCommands(CLI::App& app, Options& options) {
+  auto& limits = *app.add_subcommand("limits", tr("Show and change the limits of a results file"));
+  limits.require_subcommand(1);
+
+  auto& list = *limits.add_subcommand("list", tr("List the limits"));
+  addResults(list, options);
+  addUnits(list, options);
+  addLimits(list, options, besideTheResults());
+  addFormat(list, options, {"text", "json"});
+  list.final_callback([&] { listLimits(options); });
+
+  addLimitsEdits(limits, options);
+
+  auto& dump =
+      *limits.add_subcommand("dump", tr("Show the records of a limits document, also of a damaged one"));
+  dump.add_option("FILE", options.file, tr("Limits document"))->required();
+  dump.final_callback([&] { dumpArchive(options.file); });
 }
 
 void addImport(CLI::App& app, Options& options) {
@@ -215,6 +361,7 @@ ExitCode runCommandLine(int argc, char const* const* argv) {
   addShow(app, options, exitCode);
   addCheck(app, options, exitCode);
   addDemo(app, options, exitCode);
+  addLimitsCommands(app, options);
   addImport(app, options);
   try {
     app.parse(argc, argv);

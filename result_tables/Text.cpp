@@ -1,9 +1,11 @@
 #include "result_tables/Text.h"
 
 #include <fmt/format.h>
+#include <locale.h>
 #include <utf8proc.h>
 
 #include <cmath>
+#include <cstdlib>
 
 namespace Kestrel::ResultTables {
 
@@ -106,6 +108,16 @@ std::string quote(std::string_view text) { return '"' + brief(text) + '"'; }
 std::string shortestForm(double value) {
   if (std::isnan(value)) return "nan";
   return fmt::format("{}", value);
+}
+
+std::optional<double> numberFromText(std::string const& text) {
+  static locale_t const c = ::newlocale(LC_ALL_MASK, "C", nullptr);
+  // The C library would pass over blanks.
+  if (text.empty() || std::string_view(" \t\n\v\f\r").find(text.front()) != std::string_view::npos)
+    return std::nullopt;
+  char* end = nullptr;
+  double const number = ::strtod_l(text.c_str(), &end, c);
+  return end == text.c_str() + text.size() ? std::optional(number) : std::nullopt;
 }
 
 }  // namespace Kestrel::ResultTables

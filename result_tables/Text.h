@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -29,5 +30,10 @@ namespace Kestrel::ResultTables {
 /// The shortest decimal form that reads back to the same double; "nan", "inf", "-inf". Independent of the
 /// locale.
 [[nodiscard]] std::string shortestForm(double value);
+
+/// The number that `text` is from its first character to its last, as the C library reads it: decimal or
+/// hexadecimal, with a sign or without, "inf", "nan", the nearest double where there is no such one.
+/// Independent of the locale. Nothing for any other text, and for one that begins with a blank.
+[[nodiscard]] std::optional<double> numberFromText(std::string const& text);
 
 }  // namespace Kestrel::ResultTables

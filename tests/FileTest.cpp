@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "result_tables/Error.h"
+#include "support/ForkedTest.h"
 #include "support/Shell.h"
 #include "support/SystemCallFailure.h"
 
@@ -34,13 +35,6 @@ std::string allBytes() {
   std::string bytes;
   for (int i = 0; i < 256; ++i) bytes += static_cast<char>(i);
   return bytes;
-}
-
-/// The names of the files in a folder.
-std::vector<std::string> namesIn(fs::path const& folder) {
-  std::vector<std::string> names;
-  for (auto const& entry : fs::directory_iterator(folder)) names.push_back(entry.path().filename().string());
-  return names;
 }
 
 std::string errorOfReading(fs::path const& path) {
@@ -128,7 +122,7 @@ TEST_F(WriteFile, MakesANewFileWithTheUsualPermissions) {
   ::umask(oldMask);
   EXPECT_EQ(m_folder.read("new"), allBytes());
   EXPECT_EQ(fs::status(path("new")).permissions(), fs::perms{0640});
-  EXPECT_THAT(namesIn(m_folder.path()), ElementsAre("new"));
+  EXPECT_THAT(m_folder.names(), ElementsAre("new"));
 }
 
 TEST_F(WriteFile, ReplacesTheWholeContentAndKeepsThePermissions) {
@@ -137,7 +131,7 @@ TEST_F(WriteFile, ReplacesTheWholeContentAndKeepsThePermissions) {
   writeFile(path("file"), "new");
   EXPECT_EQ(m_folder.read("file"), "new");
   EXPECT_EQ(fs::status(path("file")).permissions(), fs::perms{0604});
-  EXPECT_THAT(namesIn(m_folder.path()), ElementsAre("file"));
+  EXPECT_THAT(m_folder.names(), ElementsAre("file"));
 }
 
 TEST_F(WriteFile, KeepsTheOwnerAndTheGroupWhenTheUserMayGiveFilesAway) {
@@ -169,7 +163,7 @@ TEST_F(WriteFile, FollowsSymbolicLinks) {
   EXPECT_EQ(m_folder.read("folder/file"), "new");
   EXPECT_TRUE(fs::is_symlink(path("link")));
   EXPECT_TRUE(fs::is_symlink(path("link to link")));
-  EXPECT_THAT(namesIn(path("folder")), ElementsAre("file"));
+  EXPECT_THAT(m_folder.names("folder"), ElementsAre("file"));
 }
 
 TEST_F(WriteFile, MakesTheFileThatALinkLeadsTo) {
@@ -191,7 +185,7 @@ TEST_F(WriteFile, RefusesLinksThatLeadNowhere) {
   fs::create_symlink("none/file", path("c"));
   EXPECT_EQ(errorOfWriting(path("c")),
             path("none/file").string() + ": cannot write: No such file or directory");
-  EXPECT_THAT(namesIn(m_folder.path()), UnorderedElementsAre("a", "b", "c"));
+  EXPECT_THAT(m_folder.names(), UnorderedElementsAre("a", "b", "c"));
 }
 
 TEST_F(WriteFile, FailsWithNameAndReason) {
@@ -203,7 +197,7 @@ TEST_F(WriteFile, FailsWithNameAndReason) {
   EXPECT_EQ(errorOfWriting(path("no\nne/x")), folder + "/no␊ne/x: cannot write: No such file or directory");
   EXPECT_EQ(errorOfWriting(path(std::string(256, 'x'))),
             folder + "/" + std::string(256, 'x') + ": cannot write: File name too long");
-  EXPECT_THAT(namesIn(m_folder.path()), ElementsAre("file"));
+  EXPECT_THAT(m_folder.names(), ElementsAre("file"));
   EXPECT_EQ(m_folder.read("file"), "old");
 }
 
@@ -250,7 +244,7 @@ TEST_F(WriteFile, ReportsEachFailureOfTheSystemAndLeavesTheOldFileOrTheNewOne) {
       EXPECT_EQ(error, path("file").string() + ": cannot write: No space left on device")
           << failedCalls.back();
     }
-    EXPECT_THAT(namesIn(m_folder.path()), ElementsAre("file")) << failedCalls.back();
+    EXPECT_THAT(m_folder.names(), ElementsAre("file")) << failedCalls.back();
   }
   // The last three are those of the folder.
   EXPECT_THAT(failedCalls, ElementsAre("mkostemp", "fchown", "write", "fchmod", "fsync", "close", "rename",
@@ -292,7 +286,7 @@ TEST_F(FileLockTest, LetsOneAtATime) {
   work();
   other.get();
   EXPECT_EQ(most, 1);
-  EXPECT_THAT(namesIn(m_folder.path()), ElementsAre("file.lock"));
+  EXPECT_THAT(m_folder.names(), ElementsAre("file.lock"));
 }
 
 TEST_F(FileLockTest, EndsWithItsProcessHoweverThatEnds) {
@@ -302,7 +296,7 @@ TEST_F(FileLockTest, EndsWithItsProcessHoweverThatEnds) {
         ::raise(SIGKILL);
       },
       testing::KilledBySignal(SIGKILL), "");
-  EXPECT_THAT(namesIn(m_folder.path()), ElementsAre("file.lock"));
+  EXPECT_THAT(m_folder.names(), ElementsAre("file.lock"));
   FileLock const lock(path("file"));
   int const lockFile = ::open(path("file.lock").c_str(), O_RDONLY);
   EXPECT_EQ(::flock(lockFile, LOCK_EX | LOCK_NB), -1) << "and is a new one now";
@@ -328,11 +322,8 @@ TEST_F(FileLockTest, FailsWithNameAndReason) {
   EXPECT_EQ(errorOfLocking(path("a")), folder + "/a: cannot lock: Too many levels of symbolic links");
   fs::create_symlink("elsewhere", path("b.lock"));
   EXPECT_EQ(errorOfLocking(path("b")), folder + "/b.lock: cannot lock: Too many levels of symbolic links");
-  EXPECT_THAT(namesIn(m_folder.path()), UnorderedElementsAre("a", "b.lock"));
+  EXPECT_THAT(m_folder.names(), UnorderedElementsAre("a", "b.lock"));
 }
-
-/// Ends the process; the exit code tells whether `condition` held.
-[[noreturn]] void exitWith(bool condition) { ::_exit(condition ? 0 : 1); }
 
 TEST_F(FileDeathTest, WriteFileLeavesNothingBehindWhenTheDiskIsFull) {
   m_folder.write("file", "old");
@@ -345,13 +336,7 @@ TEST_F(FileDeathTest, WriteFileLeavesNothingBehindWhenTheDiskIsFull) {
   };
   EXPECT_EXIT(writeTooMuch(), ExitedWithCode(0), "");
   EXPECT_EQ(m_folder.read("file"), "old");
-  EXPECT_THAT(namesIn(m_folder.path()), ElementsAre("file"));
-}
-
-/// Gives up the powers that no permission binds.
-void becomeNobody() {
-  constexpr uid_t nobody = 65534;
-  if (::geteuid() == 0 && ::setuid(nobody) != 0) ::_exit(2);
+  EXPECT_THAT(m_folder.names(), ElementsAre("file"));
 }
 
 TEST_F(FileDeathTest, WriteFileLeavesAFolderAloneThatMayNotBeWritten) {
@@ -377,7 +362,7 @@ TEST_F(FileDeathTest, WriteFileLeavesAFileAloneThatMayNotBeWritten) {
   };
   EXPECT_EXIT(write(), ExitedWithCode(0), "");
   EXPECT_EQ(m_folder.read("file"), "old");
-  EXPECT_THAT(namesIn(m_folder.path()), ElementsAre("file"));
+  EXPECT_THAT(m_folder.names(), ElementsAre("file"));
 }
 
 TEST_F(FileDeathTest, FileLockTakesTheLockFileOfAnotherUser) {

@@ -160,7 +160,9 @@ TEST_F(Program, HasAtLeastThreeUnitsInItsSample) {
 }
 
 TEST_F(Program, ExplainsEveryCommand) {
-  for (auto const* const command : {"", "show", "check", "demo", "import", "import calculix", "import csv"}) {
+  for (auto const* const command :
+       {"", "show", "check", "demo", "limits", "limits list", "limits set", "limits reset", "limits sync",
+        "limits dump", "import", "import calculix", "import csv"}) {
     for (auto const* const option : {"-h", "--help"}) {
       auto const result = run(std::string("$P ") + command + " " + option);
       EXPECT_EQ(result.exitCode, 0) << command;

@@ -118,5 +118,38 @@ TEST(Text, WritesNumbersTheSameInEveryLocale) {
   EXPECT_EQ(shortestForm(1234567.25), "1234567.25");
 }
 
+TEST(Text, ReadsNumbersAsTheCLibraryDoes) {
+  EXPECT_EQ(numberFromText("500"), 500.0);
+  EXPECT_EQ(numberFromText("-0.5"), -0.5);
+  EXPECT_EQ(numberFromText("+1.5e3"), 1500.0);
+  EXPECT_EQ(numberFromText(".5"), 0.5);
+  EXPECT_EQ(numberFromText("5."), 5.0);
+  EXPECT_EQ(numberFromText("-0x1.8p-3"), -0.1875);
+  EXPECT_EQ(numberFromText("0XFF"), 255.0);
+  EXPECT_EQ(numberFromText("inf"), std::numeric_limits<double>::infinity());
+  EXPECT_EQ(numberFromText("-INFINITY"), -std::numeric_limits<double>::infinity());
+  EXPECT_EQ(numberFromText("1e999"), std::numeric_limits<double>::infinity()) << "too large";
+  EXPECT_EQ(numberFromText("1e-999"), 0.0) << "too small";
+  EXPECT_EQ(numberFromText("4.9e-324"), std::numeric_limits<double>::denorm_min());
+  EXPECT_EQ(std::bit_cast<std::uint64_t>(numberFromText("-0").value()), 0x8000000000000000u);
+  EXPECT_EQ(std::bit_cast<std::uint64_t>(numberFromText("nan").value()), 0x7FF8000000000000u);
+  EXPECT_EQ(std::bit_cast<std::uint64_t>(numberFromText("-nan(0x4d2)").value()), 0xFFF80000000004D2u);
+}
+
+TEST(Text, ReadsNothingButAWholeNumber) {
+  for (auto const* const text :
+       {"",   " ",   " 5",  "5 ",       "\t5",  "\n5",    "5\n",   "5N", "5,5", "1.000,5", "0x",
+        "1e", "--5", "+-5", "infinite", "nan(", "nan(-)", "1_000", "e5", ".",   "five"}) {
+    EXPECT_EQ(numberFromText(text), std::nullopt) << '"' << text << '"';
+  }
+  EXPECT_EQ(numberFromText("5\0"s), std::nullopt);
+}
+
+TEST(Text, ReadsNumbersIndependentlyOfTheLocale) {
+  HostileLocale const hostile;
+  EXPECT_EQ(numberFromText("1234.5"), 1234.5);
+  EXPECT_EQ(numberFromText("1234,5"), std::nullopt);
+}
+
 }  // namespace
 }  // namespace Kestrel::ResultTables

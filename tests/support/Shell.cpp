@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
@@ -31,6 +32,14 @@ std::string TemporaryFolder::read(std::string const& name) const {
   std::ostringstream content;
   content << file.rdbuf();
   return content.str();
+}
+
+std::vector<std::string> TemporaryFolder::names(std::string const& subFolder) const {
+  std::vector<std::string> names;
+  for (auto const& entry : std::filesystem::directory_iterator(m_path / subFolder))
+    names.push_back(entry.path().filename().string());
+  std::sort(names.begin(), names.end());
+  return names;
 }
 
 ShellResult runShell(std::filesystem::path const& folder, std::string const& script) {

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace Kestrel::ResultTables {
 
@@ -28,6 +29,8 @@ class TemporaryFolder {
   std::filesystem::path write(std::string const& name, std::string const& content) const;
   /// The content of a file of the folder; fails the test where there is none.
   [[nodiscard]] std::string read(std::string const& name) const;
+  /// The names of the files in the folder, or in one that is in it, sorted.
+  [[nodiscard]] std::vector<std::string> names(std::string const& subFolder = "") const;
 
  private:
   std::filesystem::path m_path;

@@ -8,9 +8,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstdarg>
 #include <cstdio>
-#include <cstdlib>
 
 namespace {
 
@@ -24,11 +24,12 @@ struct ThreadState {
 
 thread_local ThreadState state;
 
-/// Counts a call; whether it is to fail, with `errno` set.
+/// Counts a call; whether it is to fail, with `errno` set; does not return when it is to kill.
 bool fails(char const* name) noexcept {
   if (state.fault.successes == SystemCallFault::never) return false;
   auto const call = state.calls++;
   if (call < state.fault.successes || (call > state.fault.successes && !state.fault.lasts)) return false;
+  if (state.fault.kills) ::raise(SIGKILL);
   if (state.failedCall == nullptr) state.failedCall = name;
   errno = state.fault.error;
   return true;

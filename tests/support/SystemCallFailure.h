@@ -11,6 +11,7 @@ struct SystemCallFault {
   std::size_t successes = never;     ///< calls that succeed before one fails
   int error = 0;                     ///< the `errno` of a call that fails
   bool lasts = false;                ///< all further calls fail too
+  bool kills = false;                ///< the process is killed in place of a failure
   std::size_t longestWrite = never;  ///< bytes that one `write` takes
 };
 
