@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 #include <boost/algorithm/hex.hpp>
 
-#include <cmath>
 #include <iterator>
 
 #include "result_tables/Text.h"
@@ -20,7 +19,9 @@ struct Form {
   }
   std::string operator()(unsigned int value) const { return std::to_string(value); }
   std::string operator()(double value) const {
-    return std::isfinite(value) ? fmt::format("{:#}", value) : shortestForm(value);
+    auto const form = shortestForm(value);
+    bool const looksLikeAnInteger = form.find_first_not_of("-0123456789") == form.npos;
+    return looksLikeAnInteger ? form + ".0" : form;
   }
   std::string operator()(std::string const& value) const {
     std::string quoted = "\"";

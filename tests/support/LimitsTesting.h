@@ -1,6 +1,8 @@
 #pragma once
 
-#include <string>
+#include <string_view>
+
+#include "Business_EvaluationInterface/SimulationUnitId.h"
 
 namespace Kestrel::ResultTables {
 
@@ -16,5 +18,9 @@ inline constexpr char const* s_resultsOfThreeUnits =
     {"id": "Bolt 1", "kind": "bolt", "series": [{"quantity": "ClampNormalForce", "values": [0, -40.5]}]}]},
   {"id": "0b6f6d3e-6c1e-4a57-9b52-0f6f2f1b6a01", "name": "OP10"},
   {"id": "0b6f6d3e-6c1e-4a57-9b52-0f6f2f1b6a03", "name": "OP20"}]})";
+
+inline SimulationUnitId unitId(std::string_view id) {
+  return SimulationUnitId(GUIdentifier::fromString(id).value());
+}
 
 }  // namespace Kestrel::ResultTables
