@@ -150,15 +150,14 @@ ExitCode check(Options const& options) {
 }
 
 TablePropertyLimitType limitTypeFromText(std::string const& text) {
-  auto const named = std::find(s_limitTypeNames.begin(), s_limitTypeNames.end(), text);
-  auto number = static_cast<std::size_t>(named - s_limitTypeNames.begin());
-  if (named == s_limitTypeNames.end()) {
-    auto const* const end = text.data() + text.size();
-    auto const [last, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc() || last != end || number >= s_limitTypeNames.size()) {
-      throw Error(fmt::format("--type: expected a number from 0 to {} or one of {}, found {}",
-                              s_limitTypeNames.size() - 1, fmt::join(s_limitTypeNames, ", "), quote(text)));
-    }
+  constexpr auto known = s_limitTypeNames.size();
+  auto const name = std::find(s_limitTypeNames.begin(), s_limitTypeNames.end(), text);
+  auto number = static_cast<std::size_t>(name - s_limitTypeNames.begin());
+  auto const* const end = text.data() + text.size();
+  if (number == known && std::from_chars(text.data(), end, number).ptr != end) number = known;
+  if (number >= known) {
+    throw Error(fmt::format("--type: expected a number from 0 to {} or one of {}, found {}", known - 1,
+                            fmt::join(s_limitTypeNames, ", "), quote(text)));
   }
   return static_cast<TablePropertyLimitType>(number);
 }
@@ -169,7 +168,7 @@ double limitFromText(std::string const& text) {
   return *number;
 }
 
-void listLimits(Options const& options) {
+void showLimits(Options const& options) {
   auto const file = readResultsFile(options.file);
   auto const units = selectUnits(file, options.file, options.units);
   auto const limits = listLimits(*readLimits(limitsDocument(options, options.file), file), file, units);
@@ -181,18 +180,18 @@ using LimitsChange = std::function<void(TablePropertiesData& limits, ResultsFile
                                         std::vector<ResultsUnit const*> const& units)>;
 
 /// Changes the limits document of the options' file; `change` gets the options' units.
-void editLimits(Options const& options, LimitsChange const& change) {
+void editDocument(Options const& options, LimitsChange const& change) {
   auto const file = readResultsFile(options.file);
   auto const units = selectUnits(file, options.file, options.units);
   editLimits(limitsDocument(options, options.file), file,
              [&](TablePropertiesData& limits) { change(limits, file, units); });
 }
 
-void setLimits(Options const& options) {
+void setLimit(Options const& options) {
   auto const type = limitTypeFromText(options.type);
   auto const value = limitFromText(options.value);
-  editLimits(options,
-             [&](auto& limits, auto const&, auto const& units) { setLimits(limits, units, type, value); });
+  editDocument(options,
+               [&](auto& limits, auto const&, auto const& units) { setLimits(limits, units, type, value); });
 }
 
 void dumpArchive(std::string const& fileName) {
@@ -285,7 +284,7 @@ CLI::App& addEdit(CLI::App& limits, Options& options, std::string const& name, s
 }
 
 void addLimitsEdits(CLI::App& limits, Options& options) {
-  auto& set = addEdit(limits, options, "set", tr("Set a limit of one kind"), [&] { setLimits(options); });
+  auto& set = addEdit(limits, options, "set", tr("Set a limit of one kind"), [&] { setLimit(options); });
   addUnits(set, options).required();
   set.add_option("--type", options.type,
                  tr("Kind of limit by its name, BoltNormalForce for example, or number"))
@@ -296,11 +295,11 @@ void addLimitsEdits(CLI::App& limits, Options& options) {
       ->type_name("V");
 
   auto& reset = addEdit(limits, options, "reset", tr("Put the limits back to their defaults"),
-                        [&] { editLimits(options, resetLimits); });
+                        [&] { editDocument(options, resetLimits); });
   addUnits(reset, options);
 
   addEdit(limits, options, "sync", tr("Write the limits in step with the units of the results file"),
-          [&] { editLimits(options, [](auto&, auto const&, auto const&) {}); });
+          [&] { editDocument(options, [](auto&, auto const&, auto const&) {}); });
 }
 
 void addLimitsCommands(CLI::App& app, Options& options) {
@@ -312,7 +311,7 @@ void addLimitsCommands(CLI::App& app, Options& options) {
   addUnits(list, options);
   addLimits(list, options, besideTheResults());
   addFormat(list, options, {"text", "json"});
-  list.final_callback([&] { listLimits(options); });
+  list.final_callback([&] { showLimits(options); });
 
   addLimitsEdits(limits, options);
 
