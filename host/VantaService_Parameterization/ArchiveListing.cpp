@@ -53,13 +53,18 @@ ArchiveListing genArchiveListing(std::string_view document) {
   ArchiveListing listing;
   Lister lister(listing.records);
   try {
-    PersistenceArchiver archive(document);
+    PersistenceArchiver const checked(document);
+  } catch (std::exception const& error) {
+    listing.damage = error.what();
+  }
+  try {
+    PersistenceArchiver archive(document, PersistenceArchiver::Checksum::ignored);
     archive.setObserver(&lister);
     std::shared_ptr<Object> root;
     loadPointer(archive, root);
     archive.checkEndOfRecords();
   } catch (std::exception const& error) {
-    listing.damage = error.what();
+    if (listing.damage.empty()) listing.damage = error.what();
   }
   return listing;
 }

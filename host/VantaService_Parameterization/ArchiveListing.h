@@ -34,12 +34,12 @@ struct ArchiveRecord {
 /// What a document holds, for people who look for the reason of a trouble.
 struct ArchiveListing {
   std::vector<ArchiveRecord> records;  ///< in the order of the document
-  std::string damage;  ///< what ended the listing before the end of the document; empty: nothing
+  std::string damage;                  ///< the first that was found; empty: none
 };
 
 /// Lists the records of any document. Fields are known by being read: what classes of this program do not
 /// read appears as bytes. Never throws for the sake of the document: a damaged one is listed as far as it can
-/// be read.
+/// be read, also beyond a checksum that does not match, and what it lists may then be wrong.
 [[nodiscard]] ArchiveListing genArchiveListing(std::string_view document);
 
 }  // namespace Kestrel
