@@ -9,8 +9,8 @@
 
 #include "Business_TableProperties/TablePropertiesData.h"
 #include "VantaService_PersistenceArchiver/ObjectRecord.h"
+#include "support/DamagedDocument.h"
 #include "support/LimitsWriter.h"
-#include "support/ResealedDocument.h"
 
 namespace Kestrel {
 namespace {

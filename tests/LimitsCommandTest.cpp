@@ -19,9 +19,9 @@
 #include "result_tables/File.h"
 #include "result_tables/Limits.h"
 #include "result_tables/LimitsDocument.h"
+#include "support/DamagedDocument.h"
 #include "support/LimitsTesting.h"
 #include "support/LimitsWriter.h"
-#include "support/ResealedDocument.h"
 #include "support/Shell.h"
 
 namespace Kestrel::ResultTables {

@@ -16,6 +16,7 @@
 #include "VantaService_Parameterization/ObjectHelper.h"
 #include "VantaService_PersistenceArchiver/ArchiveException.h"
 #include "VantaService_PersistenceArchiver/ObjectRecord.h"
+#include "support/DamagedDocument.h"
 #include "support/LimitsWriter.h"
 #include "support/TablePropertiesDataTestAccess.h"
 #include "support/TablePropertyLimitTestAccess.h"
@@ -514,17 +515,8 @@ std::string genCollectionDocument(WriteContent const& writeContent) {
   return archive.genDocument();
 }
 
-std::string damageOf(std::string const& document) {
-  try {
-    static_cast<void>(loadDocument<TablePropertiesData>(document));
-  } catch (ArchiveException const& error) {
-    return error.what();
-  }
-  return "none";
-}
-
 TEST(LimitsPersistence, RefusesMoreLimitsThanTheDocumentCanHold) {
-  EXPECT_EQ(damageOf(genCollectionDocument([](auto& archive) { archive << 1U; })),
+  EXPECT_EQ(damageOf<TablePropertiesData>(genCollectionDocument([](auto& archive) { archive << 1U; })),
             "byte 45: expected a container of at most 0 elements, found one of 1");
 }
 
@@ -533,7 +525,7 @@ TEST(LimitsPersistence, RefusesAnObjectOfAnotherClassInPlaceOfALimit) {
     archive << 1U;
     savePointer(archive, std::make_shared<TablePropertiesData>());
   });
-  EXPECT_THAT(damageOf(document),
+  EXPECT_THAT(damageOf<TablePropertiesData>(document),
               testing::EndsWith("expected a TablePropertyLimit, found a TablePropertiesData"));
 }
 
@@ -550,16 +542,16 @@ TEST(LimitsPersistence, RefusesALimitOfAClassThatThisProgramDoesNotHave) {
     });
     PersistenceArchiver::withdrawFactory(identifier);
   }
-  EXPECT_THAT(damageOf(document), testing::HasSubstr("not registered in this program"));
+  EXPECT_THAT(damageOf<TablePropertiesData>(document), testing::HasSubstr("not registered in this program"));
 }
 
 TEST(LimitsPersistence, RefusesALimitInPlaceOfACollection) {
-  EXPECT_THAT(damageOf(genDocument(genLimit(Type::PilotForce, unit('a'), 1, "N"))),
+  EXPECT_THAT(damageOf<TablePropertiesData>(genDocument(genLimit(Type::PilotForce, unit('a'), 1, "N"))),
               testing::EndsWith("expected a TablePropertiesData, found a TablePropertyLimit"));
 }
 
 TEST(LimitsPersistence, RefusesADocumentWithoutACollection) {
-  EXPECT_THAT(damageOf(genDocument(std::shared_ptr<TablePropertiesData>())),
+  EXPECT_THAT(damageOf<TablePropertiesData>(genDocument(std::shared_ptr<TablePropertiesData>())),
               testing::EndsWith("expected a TablePropertiesData, found nothing"));
 }
 

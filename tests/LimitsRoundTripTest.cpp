@@ -14,8 +14,8 @@
 #include "VantaService_Parameterization/ObjectHelper.h"
 #include "VantaService_PersistenceArchiver/ArchiveException.h"
 #include "VantaService_PersistenceArchiver/ObjectRecord.h"
+#include "support/DamagedDocument.h"
 #include "support/ObjectTestAccess.h"
-#include "support/ResealedDocument.h"
 #include "support/TablePropertiesDataTestAccess.h"
 
 // Collections of all kinds come back as they were; damaged documents do no harm.
@@ -211,9 +211,10 @@ TEST(DamagedLimitsDocument, IsRefusedWhicheverByteHasChangedToWhatever) {
   auto const document = genSmallDocument();
   for (std::size_t at = 0; at < document.size(); ++at)
     for (int bits = 1; bits < 256; ++bits) {
-      auto damaged = document;
-      damaged[at] = static_cast<char>(static_cast<unsigned char>(damaged[at]) ^ bits);
-      EXPECT_THROW(static_cast<void>(loadDocument<TablePropertiesData>(damaged)), ArchiveException) << at;
+      EXPECT_THROW(
+          static_cast<void>(loadDocument<TablePropertiesData>(genFlippedDocument(document, at, bits))),
+          ArchiveException)
+          << at;
     }
 }
 
@@ -235,10 +236,8 @@ TEST(DamagedLimitsDocument, DoesNoHarmEvenWithARightChecksum) {
   auto const document = genSmallDocument();
   for (std::size_t at = 0; at < document.size(); ++at)
     for (int bits = 1; bits < 256; ++bits) {
-      auto damaged = document;
-      damaged[at] = static_cast<char>(static_cast<unsigned char>(damaged[at]) ^ bits);
       SCOPED_TRACE(at);
-      tryDocument(genResealedDocument(damaged));
+      tryDocument(genResealedDocument(genFlippedDocument(document, at, bits)));
     }
   for (std::size_t size = 28; size < document.size(); ++size)
     tryDocument(genResealedDocument(document.substr(0, size)));

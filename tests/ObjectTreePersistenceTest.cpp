@@ -11,6 +11,7 @@
 #include "VantaService_Parameterization/ObjectHelper.h"
 #include "VantaService_PersistenceArchiver/ArchiveException.h"
 #include "VantaService_PersistenceArchiver/ObjectRecord.h"
+#include "support/DamagedDocument.h"
 #include "support/ObjectTestAccess.h"
 
 // The `Object` part of a document: names, child ids and the links of the tree.
@@ -164,25 +165,17 @@ std::string genLinkedDocument(unsigned int parentAddress, unsigned int position)
   return archive.genDocument();
 }
 
-std::string damageOf(std::string const& document) {
-  try {
-    static_cast<void>(loadDocument<Branch>(document));
-  } catch (ArchiveException const& error) {
-    return error.what();
-  }
-  return "none";
-}
-
 TEST(ObjectTreePersistence, RefusesAParentThatIsNotThere) {
-  EXPECT_EQ(damageOf(genLinkedDocument(0, 0)), "none");
-  EXPECT_THAT(damageOf(genLinkedDocument(24, 0)), EndsWith("the parent of the object is not there"));
-  EXPECT_THAT(damageOf(genLinkedDocument(1000, 0)), EndsWith("the parent of the object is not there"));
+  EXPECT_EQ(damageOf<Branch>(genLinkedDocument(0, 0)), "none");
+  EXPECT_THAT(damageOf<Branch>(genLinkedDocument(24, 0)), EndsWith("the parent of the object is not there"));
+  EXPECT_THAT(damageOf<Branch>(genLinkedDocument(1000, 0)),
+              EndsWith("the parent of the object is not there"));
 }
 
 TEST(ObjectTreePersistence, RefusesAPlaceThatIsTakenOrBeyondTheChildren) {
   // The first child takes its place, the second one asks for the same.
-  EXPECT_THAT(damageOf(genLinkedDocument(29, 1)), HasSubstr("is not free"));
-  EXPECT_THAT(damageOf(genLinkedDocument(29, 2)), HasSubstr("is not free"));
+  EXPECT_THAT(damageOf<Branch>(genLinkedDocument(29, 1)), HasSubstr("is not free"));
+  EXPECT_THAT(damageOf<Branch>(genLinkedDocument(29, 2)), HasSubstr("is not free"));
 }
 
 std::shared_ptr<Branch> genChain(int length) {

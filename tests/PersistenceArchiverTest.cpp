@@ -17,7 +17,7 @@
 #include "VantaService_PersistenceArchiver/ArchiveException.h"
 #include "VantaService_PersistenceArchiver/ClassRegistration.h"
 #include "VantaService_PersistenceArchiver/ObjectRecord.h"
-#include "support/ResealedDocument.h"
+#include "support/DamagedDocument.h"
 
 namespace Kestrel {
 namespace {
@@ -164,9 +164,7 @@ TEST_F(PersistenceArchiverTest, RefusesADocumentWithAnyByteChanged) {
   auto const document = write(genTree());
   for (std::size_t at = 0; at < document.size(); ++at) {
     for (int const bits : {0x01, 0x80, 0xFF}) {
-      auto damaged = document;
-      damaged[at] = static_cast<char>(static_cast<unsigned char>(damaged[at]) ^ bits);
-      EXPECT_THROW(static_cast<void>(read(damaged)), ArchiveException) << at;
+      EXPECT_THROW(static_cast<void>(read(genFlippedDocument(document, at, bits))), ArchiveException) << at;
     }
   }
 }

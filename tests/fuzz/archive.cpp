@@ -16,7 +16,7 @@
 #include "VantaService_Parameterization/ArchiveListing.h"
 #include "VantaService_PersistenceArchiver/ArchiveException.h"
 #include "VantaService_PersistenceArchiver/ObjectRecord.h"
-#include "support/ResealedDocument.h"
+#include "support/DamagedDocument.h"
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size);
 
