@@ -142,6 +142,15 @@ TEST(ObjectTreePersistence, DoesNotLinkAChildWhoseParentIsNotInTheDocument) {
   EXPECT_EQ(read->getParentObject(), nullptr);
 }
 
+TEST(ObjectTreePersistence, LinksTheChildrenThatAreWrittenAfterTheirParent) {
+  auto const parent = genBranch({"before", "after"});
+  auto const root = std::make_shared<Branch>("root");
+  root->held = {parent->held[0], parent};
+  auto const read = reload(root);
+  EXPECT_EQ(read->held[0]->getParentObject(), nullptr);
+  EXPECT_THAT(childrenOf(*read->held[1]), ElementsAre("after 1"));
+}
+
 /// Writes a parent with two child ids and one child, whose links say what the test wants.
 std::string genLinkedDocument(unsigned int parentAddress, unsigned int position) {
   BaseClassRegister branch;

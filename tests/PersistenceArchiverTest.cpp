@@ -237,6 +237,20 @@ TEST_F(PersistenceArchiverTest, RefusesALinkToTheObjectThatHoldsIt) {
   EXPECT_EQ(damageOf(document), "byte 54: the object points to itself or to one that it is part of");
 }
 
+TEST_F(PersistenceArchiverTest, RefusesAPointerInPlaceOfARecord) {
+  PersistenceArchiver writer;
+  saveRecord(writer, PersistenceArchiver::noTypeHash, [] {});
+  writer.mark_pointer(24, PersistenceArchiver::noTypeHash);
+  writer.mark_null_pointer();
+  auto const document = writer.genDocument();
+  for (bool const isNull : {false, true}) {
+    PersistenceArchiver archive{std::string_view(document)};
+    loadRecord(archive, [](unsigned int /*typeHash*/) {});
+    if (isNull) archive.end_read_to_address(archive.read_to_address_header().end);
+    EXPECT_THROW(loadRecord(archive, [](unsigned int /*typeHash*/) {}), ArchiveException) << isNull;
+  }
+}
+
 TEST_F(PersistenceArchiverTest, RefusesAnUnknownClassNumber) {
   auto const document = genRootWith([](auto& archive, unsigned int node) { archive.mark_pointer(39, node); });
   EXPECT_EQ(damageOf(damagedAt(document, 24, 2)), "byte 25: expected one of 1 classes, found number 2");

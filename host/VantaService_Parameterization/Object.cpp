@@ -39,7 +39,7 @@ struct TreeLinks {
     }
     return lastWritten.second;
   }
-  /// Null when there is none.
+  /// Null when there is none: then the document is damaged, and nothing is asked for again.
   [[nodiscard]] Parent* find(unsigned int address) {
     if (address != lastRead.first) {
       auto const found = read.find(address);
@@ -174,9 +174,7 @@ void Object::loadChildIds(PersistenceArchiver& archive) {
     childId = static_cast<int>(number);
   }
   getAttachments().children.openSlots(count);
-  auto& links = linksOf(archive);
-  links.read.emplace(archive.getRecordAddress(), TreeLinks::Parent{this, std::move(childIds)});
-  links.lastRead = {};
+  linksOf(archive).read.emplace(archive.getRecordAddress(), TreeLinks::Parent{this, std::move(childIds)});
 }
 
 Object* Object::getRootObject() noexcept {
