@@ -1,7 +1,8 @@
 // Saving and loading the limits of a document, beside two libraries that write the same limits with their own
-// tracking of shared pointers: boost::archive::binary and cereal's binary archive. The peers write what a
-// limit says (kind, unit, value, unit text) and its child id; the archive also stores names, links and
-// versions, checks the document against damage, and builds the tree and the index of units while it loads.
+// tracking of shared pointers: boost::archive::binary and cereal's binary archive. All start from limits that
+// are children of one object and end with such. The peers write what a limit says (kind, unit, value, unit
+// text) and its child id, and make the limits children of an object when they are read; the archive also
+// stores names, links and versions, checks the document against damage and builds the index of units.
 //
 // `bytes` is the size of the document, `peak` what loading one that is in memory adds to the peak memory of
 // the process, `transient` the part of it that is gone when the limits are loaded.
@@ -28,6 +29,7 @@
 #include <vector>
 
 #include "Business_TableProperties/TablePropertiesData.h"
+#include "VantaService_Parameterization/ObjectHelper.h"
 #include "VantaService_PersistenceArchiver/ObjectRecord.h"
 #include "benchmarks/Memory.h"
 
@@ -129,27 +131,33 @@ struct ObjectArchive {
 /// A library that writes to a stream and reads from one, without a copy of the document.
 template <typename Output, typename Input>
 struct StreamArchive {
-  using Content = LimitList;
+  struct Content {
+    std::shared_ptr<Object> parent = std::make_shared<Object>();
+    LimitList limits;
+  };
 
   static std::string save(Content const& content) {
     std::ostringstream stream;
     {
       Output archive(stream);
-      archive << content;
+      archive << content.limits;
     }
     return std::move(stream).str();
   }
   static Content load(std::string& document) {
     std::istringstream stream(std::move(document));
-    Content content;
+    LimitList limits;
     {
       Input archive(stream);
-      archive >> content;
+      archive >> limits;
     }
     document = std::move(stream).str();
+    Content content;
+    ObjectHelper::addToVectorAtEnd(content.parent.get(), limits, content.limits, "TablePropertyLimit", 1,
+                                   false);
     return content;
   }
-  static std::size_t count(Content const& content) { return content.size(); }
+  static std::size_t count(Content const& content) { return content.parent->getChildCount(); }
 };
 
 /// cereal's archives are called, not shifted into.
@@ -184,10 +192,11 @@ typename Archive::Content genContent(benchmark::State const& state) {
   if constexpr (std::is_same_v<Archive, ObjectArchive>) {
     return data;
   } else {
-    LimitList limits;
+    typename Archive::Content content;
     for (auto const& child : data->getRelevantChildren())
-      limits.push_back(std::dynamic_pointer_cast<TablePropertyLimit>(child));
-    return limits;
+      content.limits.push_back(std::dynamic_pointer_cast<TablePropertyLimit>(child));
+    content.parent = data;
+    return content;
   }
 }
 
