@@ -97,13 +97,6 @@ void PersistenceArchiver::mark_pointer(unsigned int address, unsigned int typeHa
 
 void PersistenceArchiver::mark_null_pointer() { m_writer.writeWord(nullWord); }
 
-PersistenceArchiver& PersistenceArchiver::operator<<(std::string const& value) {
-  write_bytes(value);
-  return *this;
-}
-
-void PersistenceArchiver::write_bytes(std::string_view bytes) { m_writer.writeNumber(m_texts.add(bytes)); }
-
 std::string PersistenceArchiver::genDocument() {
   m_writer.replaceWord(tablesPosition, m_writer.getPosition());
   writeTables();
@@ -244,8 +237,8 @@ void PersistenceArchiver::reportRecordEnd() {
     m_observer->onRecordEnd(tellg(), m_reader.readBytes(m_reader.getBytesLeft()));
 }
 
-PointerMapContainerBase& PersistenceArchiver::getPointerMap(unsigned int typeHash,
-                                                            BaseClassRegister const& record) {
+PointerMapContainerBase& PersistenceArchiver::findOrAddPointerMap(unsigned int typeHash,
+                                                                  BaseClassRegister const& record) {
   auto& objects = m_pointerMaps[typeHash];
   if (!objects) {
     objects = record.pointerMapFactory();
@@ -253,15 +246,6 @@ PointerMapContainerBase& PersistenceArchiver::getPointerMap(unsigned int typeHas
       objects->reserve(count->second);
   }
   return *objects;
-}
-
-void PersistenceArchiver::begin_read_pointer(unsigned int address) {
-  if (getRecordAddress() != address)
-    m_reader.fail("no object of this class begins at byte " + std::to_string(address));
-}
-
-void PersistenceArchiver::end_read_pointer(unsigned int address) {
-  if (getRecordAddress() != address) throw std::logic_error("an object was read that left a record open");
 }
 
 void PersistenceArchiver::check_container_size(unsigned int count, unsigned int elementSize) {

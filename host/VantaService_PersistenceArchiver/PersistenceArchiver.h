@@ -11,6 +11,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "VantaService_PersistenceArchiver/BaseClassRegister.h"
@@ -140,9 +141,12 @@ class PersistenceArchiver {
     m_writer.writeLongWord(std::bit_cast<std::uint64_t>(value));
     return *this;
   }
-  PersistenceArchiver& operator<<(std::string const& value);
+  PersistenceArchiver& operator<<(std::string const& value) {
+    write_bytes(value);
+    return *this;
+  }
   /// Writes bytes that are no text. Like texts they are stored once, however often they are written.
-  void write_bytes(std::string_view bytes);
+  void write_bytes(std::string_view bytes) { m_writer.writeNumber(m_texts.add(bytes)); }
 
   /// Ends the writing and returns the document. REQUIRES: no record is open; nothing is written afterwards.
   [[nodiscard]] std::string genDocument();
@@ -180,11 +184,20 @@ class PersistenceArchiver {
   /// The objects of a class that this archive has read; `record` is its registration. The reference stays
   /// valid.
   [[nodiscard]] PointerMapContainerBase& getPointerMap(unsigned int typeHash,
-                                                       BaseClassRegister const& record);
+                                                       BaseClassRegister const& record) {
+    if (typeHash != m_lastPointerMap.first)
+      m_lastPointerMap = {typeHash, &findOrAddPointerMap(typeHash, record)};
+    return *m_lastPointerMap.second;
+  }
   /// Called before the object at `address` is made and read, and after that. A damaged document when the
   /// innermost record is not the object's own: a pointer led to where no object was.
-  void begin_read_pointer(unsigned int address);
-  void end_read_pointer(unsigned int address);
+  void begin_read_pointer(unsigned int address) {
+    if (getRecordAddress() != address)
+      m_reader.fail("no object of this class begins at byte " + std::to_string(address));
+  }
+  void end_read_pointer(unsigned int address) {
+    if (getRecordAddress() != address) throw std::logic_error("an object was read that left a record open");
+  }
 
   /// A damaged document when the innermost record cannot hold `count` elements behind the read position, each
   /// of which takes at least `elementSize` bytes: those of a pointer, unless said otherwise.
@@ -253,6 +266,8 @@ class PersistenceArchiver {
   [[nodiscard]] unsigned int readTypeHash();
   [[nodiscard]] std::string_view readText();
   [[nodiscard]] AddressHeader readReference(unsigned int offset, unsigned int address);
+  [[nodiscard]] PointerMapContainerBase& findOrAddPointerMap(unsigned int typeHash,
+                                                             BaseClassRegister const& record);
   [[nodiscard]] AddressHeader readUncommonHeader(unsigned int offset, std::uint32_t word);
   /// REQUIRES: fewer than greatestDepth records are open.
   void open(OpenRecord const& record) {
@@ -279,6 +294,7 @@ class PersistenceArchiver {
   std::map<unsigned int, unsigned int> m_objectCounts;  ///< of the stored classes, by type hash
   std::size_t m_storedObjects = 0;                      ///< sum of the counts
   std::map<unsigned int, std::unique_ptr<PointerMapContainerBase>> m_pointerMaps;
+  std::pair<unsigned int, PointerMapContainerBase*> m_lastPointerMap{};
   unsigned int m_recordsEnd = 0;
   unsigned int m_hashPosition = 0;  ///< where the number to be read is a type hash
   ArchiveObserver* m_observer = nullptr;
