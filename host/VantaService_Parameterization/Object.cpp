@@ -31,7 +31,8 @@ struct TreeLinks {
   std::pair<unsigned int, Parent*> lastRead;
   std::pair<std::string_view, std::shared_ptr<std::string const>> lastName;  ///< in the document
 
-  /// 0 for an object that is not written.
+  /// 0 for an object that is not written. An object asks for its parent before it is itself written down
+  /// here, so that what was found last is not out of date.
   [[nodiscard]] unsigned int addressOf(Object const* parent) {
     if (parent != lastWritten.first) {
       auto const found = written.find(parent);
@@ -129,7 +130,6 @@ void Object::save(PersistenceArchiver& archive, unsigned int /*version*/) const 
   m_attachments->children.forEach(
       [&](auto const& child) { archive << static_cast<unsigned int>(child->m_childId); });
   links.written.emplace(this, archive.getRecordAddress());
-  links.lastWritten = {};
 }
 
 void Object::load(PersistenceArchiver& archive, unsigned int /*version*/) {
