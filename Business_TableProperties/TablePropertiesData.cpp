@@ -71,8 +71,7 @@ bool TablePropertiesData::s_isParentRegisteredForSave = registerParent<Object, T
 bool TablePropertiesData::s_isParentRegisteredForLoad = s_isParentRegisteredForSave;
 
 void TablePropertiesData::serialization_register(void* record) {
-  static ClassRegistration<TablePropertiesData> const registration("TablePropertiesData", classVersion);
-  *static_cast<BaseClassRegister*>(record) = registration.getRecord();
+  fillRegistration<TablePropertiesData>(record, "TablePropertiesData", classVersion);
 }
 
 TablePropertiesData::TablePropertiesData() = default;

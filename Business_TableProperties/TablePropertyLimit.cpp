@@ -17,8 +17,7 @@ bool TablePropertyLimit::s_isParentRegisteredForSave = registerParent<Object, Ta
 bool TablePropertyLimit::s_isParentRegisteredForLoad = s_isParentRegisteredForSave;
 
 void TablePropertyLimit::serialization_register(void* record) {
-  static ClassRegistration<TablePropertyLimit> const registration("TablePropertyLimit", classVersion);
-  *static_cast<BaseClassRegister*>(record) = registration.getRecord();
+  fillRegistration<TablePropertyLimit>(record, "TablePropertyLimit", classVersion);
 }
 
 TablePropertyLimit::TablePropertyLimit() = default;

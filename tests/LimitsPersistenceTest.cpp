@@ -277,10 +277,7 @@ class RatedLimit : public TablePropertyLimit {
   RatedLimit(double limit, unsigned int grade)
       : TablePropertyLimit(Type::PilotForce, unit('a'), limit, "N"), m_grade(grade) {}
 
-  static void serialization_register(void* record) {
-    static ClassRegistration<RatedLimit> const registration("RatedLimit", 3);
-    *static_cast<BaseClassRegister*>(record) = registration.getRecord();
-  }
+  static void serialization_register(void* record) { fillRegistration<RatedLimit>(record, "RatedLimit", 3); }
   [[nodiscard]] unsigned int getGrade() const { return m_grade; }
 
  private:
@@ -400,10 +397,7 @@ class KeptLimit : public TablePropertyLimit {
     static std::shared_ptr<Object> object;
     return object;
   }
-  static void serialization_register(void* record) {
-    static ClassRegistration<KeptLimit> const registration("KeptLimit", 1);
-    *static_cast<BaseClassRegister*>(record) = registration.getRecord();
-  }
+  static void serialization_register(void* record) { fillRegistration<KeptLimit>(record, "KeptLimit", 1); }
 
  private:
   friend class Kestrel::ArchiveAccess;

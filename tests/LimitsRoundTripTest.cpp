@@ -32,8 +32,7 @@ class TaggedLimit : public TablePropertyLimit {
   using TablePropertyLimit::TablePropertyLimit;
 
   static void serialization_register(void* record) {
-    static ClassRegistration<TaggedLimit> const registration("TaggedLimit", 1);
-    *static_cast<BaseClassRegister*>(record) = registration.getRecord();
+    fillRegistration<TaggedLimit>(record, "TaggedLimit", 1);
   }
 
   std::string tag;

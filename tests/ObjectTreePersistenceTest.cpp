@@ -29,10 +29,7 @@ class Branch : public Object {
   Branch() = default;
   explicit Branch(std::string const& name) { setObjectName(name); }
 
-  static void serialization_register(void* record) {
-    static ClassRegistration<Branch> const registration("Branch", 1);
-    *static_cast<BaseClassRegister*>(record) = registration.getRecord();
-  }
+  static void serialization_register(void* record) { fillRegistration<Branch>(record, "Branch", 1); }
 
   std::vector<std::shared_ptr<Branch>> held;
 

@@ -27,13 +27,7 @@ class Node {
  public:
   virtual ~Node() = default;
 
-  static ClassRegistration<Node>& registration() {
-    static ClassRegistration<Node> entry("Node", 3);
-    return entry;
-  }
-  static void serialization_register(void* record) {
-    *static_cast<BaseClassRegister*>(record) = registration().getRecord();
-  }
+  static void serialization_register(void* record) { fillRegistration<Node>(record, "Node", 3); }
 
   double value = 0.0;
   std::string text;
@@ -60,12 +54,8 @@ class Node {
 
 class SpecialNode : public Node {
  public:
-  static ClassRegistration<SpecialNode>& registration() {
-    static ClassRegistration<SpecialNode> entry("SpecialNode", 1);
-    return entry;
-  }
   static void serialization_register(void* record) {
-    *static_cast<BaseClassRegister*>(record) = registration().getRecord();
+    fillRegistration<SpecialNode>(record, "SpecialNode", 1);
   }
 
   unsigned int mark = 0;
@@ -183,11 +173,26 @@ TEST_F(PersistenceArchiverTest, RefusesMoreRecordsThanTheDocumentCanHold) {
   });
 }
 
+TEST_F(PersistenceArchiverTest, SharesNoOwnershipWithAPointerThatIsToHaveNone) {
+  auto const document = write(genTree());
+  PersistenceArchiver archive{std::string_view(document)};
+  std::shared_ptr<Node> root;
+  loadPointer(archive, root, PointerOwnership::none);
+  ASSERT_NE(root, nullptr);
+  EXPECT_EQ(root->text, "Spannkraft, 締付力");
+  EXPECT_EQ(root.use_count(), 1);
+  // The archive holds the object, and so does whoever asks it.
+  auto& objects = archive.getPointerMap(registrationOf<Node>().identifier, registrationOf<Node>());
+  auto const owner = dynamic_cast<PointerMapContainer<Node>&>(objects).get(24);
+  EXPECT_EQ(owner, root);
+  EXPECT_EQ(owner.use_count(), 2);
+}
+
 /// Writes a root with one value, one text and two links, the second of which is written by `writeLink`.
 template <typename WriteLink>
 std::string genRootWith(WriteLink const& writeLink) {
   PersistenceArchiver archive;
-  auto const node = Node::registration().getRecord().identifier;
+  auto const node = registrationOf<Node>().identifier;
   saveRecord(archive, node, [&] {
     archive << 0.0 << std::string() << 2U;
     saveRecord(archive, node, [&] { archive << 0.0 << std::string("first") << 0U; });
@@ -329,8 +334,8 @@ TEST_F(PersistenceArchiverTest, BoundsTheDepthOfRecordsWhenItWritesAndWhenItRead
 
 TEST_F(PersistenceArchiverTest, AnswersWhatIsUnknownToTheRegistry) {
   EXPECT_EQ(PersistenceArchiver::getHashForType(12345), 0xBBAFA6C8U);
-  EXPECT_EQ(PersistenceArchiver::getCaster(Node::registration().getRecord().identifier, 12345), nullptr);
-  EXPECT_EQ(PersistenceArchiver::registerFactory("Node", Node::registration().getRecord(), 1), nullptr);
+  EXPECT_EQ(PersistenceArchiver::getCaster(registrationOf<Node>().identifier, 12345), nullptr);
+  EXPECT_EQ(PersistenceArchiver::registerFactory("Node", registrationOf<Node>(), 1), nullptr);
 }
 
 }  // namespace

@@ -15,9 +15,7 @@ bool const s_isRegistered = registerClass<SimulationUnitId>();
 }  // namespace
 
 void SimulationUnitId::serialization_register(void* record) {
-  static ClassRegistration<SimulationUnitId> const registration("SimulationUnitId",
-                                                                BaseClassRegister::programVersion);
-  *static_cast<BaseClassRegister*>(record) = registration.getRecord();
+  fillRegistration<SimulationUnitId>(record, "SimulationUnitId", BaseClassRegister::programVersion);
 }
 
 void SimulationUnitId::save(PersistenceArchiver& archive, unsigned int /*version*/) const {

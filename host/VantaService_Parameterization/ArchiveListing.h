@@ -15,7 +15,7 @@ struct ArchiveField {
   };
   struct Bytes {
     std::string bytes;
-    bool isUnread;  ///< the class did not read them: a newer program wrote them, or the class is unknown
+    bool isUnread;  ///< the class did not read them: a newer program wrote them
   };
 
   unsigned int offset;
@@ -37,9 +37,10 @@ struct ArchiveListing {
   std::string damage;                  ///< the first that was found; empty: none
 };
 
-/// Lists the records of any document. Fields are known by being read: what classes of this program do not
-/// read appears as bytes. Never throws for the sake of the document: a damaged one is listed as far as it can
-/// be read, also beyond a checksum that does not match, and what it lists may then be wrong.
+/// Lists the records of any document. Fields are known by being read: what a class of this program does not
+/// read of its record appears as bytes. Never throws for the sake of the document: a damaged one is listed as
+/// far as it can be read, also beyond a checksum that does not match, and what it lists may then be wrong.
+/// The record of a class that this program does not have is the last one, without fields.
 [[nodiscard]] ArchiveListing genArchiveListing(std::string_view document);
 
 }  // namespace Kestrel

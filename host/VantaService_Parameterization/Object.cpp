@@ -112,8 +112,7 @@ void Object::propagateTreeChanged(ObjectTreeChangeReasonEx reason, std::shared_p
 }
 
 void Object::serialization_register(void* record) {
-  static ClassRegistration<Object> const registration("Object", BaseClassRegister::programVersion);
-  *static_cast<BaseClassRegister*>(record) = registration.getRecord();
+  fillRegistration<Object>(record, "Object", BaseClassRegister::programVersion);
 }
 
 void Object::save(PersistenceArchiver& archive, unsigned int /*version*/) const {

@@ -20,7 +20,6 @@ class ByteReader {
 
   /// In bytes from the first one.
   [[nodiscard]] unsigned int getPosition() const { return static_cast<unsigned int>(m_position - m_begin); }
-  [[nodiscard]] unsigned int getEnd() const { return static_cast<unsigned int>(m_end - m_begin); }
   [[nodiscard]] unsigned int getBytesLeft() const { return static_cast<unsigned int>(m_end - m_position); }
 
   /// Goes to another place and bound. REQUIRES: position <= end, both inside the bytes.

@@ -100,6 +100,14 @@ class ClassRegistration {
   BaseClassRegister m_record;
 };
 
+/// What the `serialization_register` of a class does: registers the class, if that has not happened yet, and
+/// copies its entry to `record`, a `BaseClassRegister`. The library that calls this holds the registration.
+template <typename T>
+void fillRegistration(void* record, std::string const& name, unsigned int version) {
+  static ClassRegistration<T> const registration(name, version);
+  *static_cast<BaseClassRegister*>(record) = registration.getRecord();
+}
+
 /// Registers a class, if that has not happened yet. False when the registry refused it.
 template <typename T>
 [[nodiscard]] bool registerClass() {

@@ -4,8 +4,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <limits>
-#include <stdexcept>
 
 #include "VantaService_ExceptionHandling/KeException.h"
 #include "VantaService_PersistenceArchiver/ArchiveException.h"

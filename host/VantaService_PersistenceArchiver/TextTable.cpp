@@ -3,7 +3,6 @@
 #include <xxhash.h>
 
 #include <algorithm>
-#include <cstring>
 
 namespace Kestrel {
 

@@ -11,10 +11,7 @@ namespace {
 
 class PluginNode : public Object {
  public:
-  static void serialization_register(void* record) {
-    static ClassRegistration<PluginNode> const registration("PluginNode", 4);
-    *static_cast<BaseClassRegister*>(record) = registration.getRecord();
-  }
+  static void serialization_register(void* record) { fillRegistration<PluginNode>(record, "PluginNode", 4); }
 
  private:
   friend class Kestrel::ArchiveAccess;
