@@ -17,8 +17,8 @@
 #include <string_view>
 
 #include "benchmarks/Memory.h"
-#include "result_tables/File.h"
-#include "result_tables/ResultsFile.h"
+#include "result_tables/base/File.h"
+#include "result_tables/results/ResultsFile.h"
 
 namespace {
 

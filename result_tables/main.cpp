@@ -1,6 +1,6 @@
 #include <csignal>
 
-#include "result_tables/CommandLine.h"
+#include "result_tables/command/CommandLine.h"
 
 int main(int argc, char** argv) {
   // A pager that is closed early, and a file that may not grow, are told apart by the failed write.

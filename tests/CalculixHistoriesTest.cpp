@@ -8,7 +8,7 @@
 #include <limits>
 #include <random>
 
-#include "result_tables/File.h"
+#include "result_tables/base/File.h"
 #include "support/ImportTesting.h"
 
 namespace Kestrel::ResultTables {

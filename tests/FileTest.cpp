@@ -1,4 +1,4 @@
-#include "result_tables/File.h"
+#include "result_tables/base/File.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -16,7 +16,7 @@
 #include <thread>
 #include <vector>
 
-#include "result_tables/Error.h"
+#include "result_tables/base/Error.h"
 #include "support/ForkedTest.h"
 #include "support/Shell.h"
 #include "support/SystemCallFailure.h"

@@ -1,4 +1,4 @@
-#include "result_tables/Findings.h"
+#include "result_tables/tables/Findings.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -15,8 +15,8 @@
 #include "Business_SimulationResult/SimulationResult.h"
 #include "Business_Skin/Skin.h"
 #include "Persistence_SkinBaseName/SkinBaseName.h"
-#include "result_tables/File.h"
-#include "result_tables/ResultsFile.h"
+#include "result_tables/base/File.h"
+#include "result_tables/results/ResultsFile.h"
 #include "support/ImportTesting.h"
 
 namespace Kestrel::ResultTables {

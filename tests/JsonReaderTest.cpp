@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "result_tables/Error.h"
-#include "result_tables/Text.h"
+#include "result_tables/base/Error.h"
+#include "result_tables/base/Text.h"
 #include "support/HostileLocale.h"
 
 namespace Kestrel::ResultTables {

@@ -16,9 +16,9 @@
 #include <thread>
 #include <vector>
 
-#include "result_tables/File.h"
-#include "result_tables/Limits.h"
-#include "result_tables/LimitsDocument.h"
+#include "result_tables/base/File.h"
+#include "result_tables/limits/Limits.h"
+#include "result_tables/limits/LimitsDocument.h"
 #include "support/DamagedDocument.h"
 #include "support/LimitsTesting.h"
 #include "support/LimitsWriter.h"

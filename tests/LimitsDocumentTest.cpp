@@ -1,4 +1,4 @@
-#include "result_tables/LimitsDocument.h"
+#include "result_tables/limits/LimitsDocument.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,8 +13,8 @@
 #include <string>
 #include <vector>
 
-#include "result_tables/Error.h"
-#include "result_tables/Limits.h"
+#include "result_tables/base/Error.h"
+#include "result_tables/limits/Limits.h"
 #include "support/ForkedTest.h"
 #include "support/LimitsTesting.h"
 #include "support/Shell.h"

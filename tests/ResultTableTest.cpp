@@ -1,4 +1,4 @@
-#include "result_tables/ResultTable.h"
+#include "result_tables/tables/ResultTable.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -6,7 +6,7 @@
 #include <cmath>
 #include <limits>
 
-#include "result_tables/Error.h"
+#include "result_tables/base/Error.h"
 
 namespace Kestrel::ResultTables {
 namespace {

@@ -1,4 +1,4 @@
-#include "result_tables/ResultsFile.h"
+#include "result_tables/results/ResultsFile.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,9 +20,9 @@
 #include <vector>
 
 #include "Business_Skin/Skin.h"
-#include "result_tables/Error.h"
-#include "result_tables/File.h"
-#include "result_tables/Text.h"
+#include "result_tables/base/Error.h"
+#include "result_tables/base/File.h"
+#include "result_tables/base/Text.h"
 #include "result_tables/json/JsonWriter.h"
 #include "support/HostileLocale.h"
 #include "support/Shell.h"

@@ -24,7 +24,8 @@ int main() {
     for (auto const& subGroup : group.subGroups) {
       for (auto const& item : subGroup.items) {
         for (std::size_t column = 0; column < item.maxValues.size(); ++column) {
-          std::printf("  %s, %s: %g\n", item.name.c_str(), group.valueNames[column].c_str(), item.maxValues[column]);
+          std::printf("  %s, %s: %g\n", item.name.c_str(), group.valueNames[column].c_str(),
+                      item.maxValues[column]);
         }
       }
     }

@@ -7,8 +7,8 @@
 #include <optional>
 #include <unordered_map>
 
-#include "result_tables/Error.h"
-#include "result_tables/Text.h"
+#include "result_tables/base/Error.h"
+#include "result_tables/base/Text.h"
 #include "result_tables/import/InputText.h"
 
 namespace Kestrel::ResultTables {

@@ -9,7 +9,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "result_tables/Text.h"
+#include "result_tables/base/Text.h"
 #include "result_tables/import/InputText.h"
 
 namespace Kestrel::ResultTables {

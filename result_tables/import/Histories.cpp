@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-#include "result_tables/Text.h"
+#include "result_tables/base/Text.h"
 
 namespace Kestrel::ResultTables {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "result_tables/File.h"
+#include "result_tables/base/File.h"
 #include "result_tables/import/CalculixHistories.h"
 #include "result_tables/import/CsvHistories.h"
 #include "result_tables/import/ImportMap.h"

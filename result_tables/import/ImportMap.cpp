@@ -9,8 +9,8 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "result_tables/Text.h"
-#include "result_tables/ToolKind.h"
+#include "result_tables/base/Text.h"
+#include "result_tables/base/ToolKind.h"
 #include "result_tables/json/JsonShapes.h"
 
 namespace Kestrel::ResultTables {

@@ -6,7 +6,7 @@
 #include <charconv>
 #include <system_error>
 
-#include "result_tables/Error.h"
+#include "result_tables/base/Error.h"
 
 namespace Kestrel::ResultTables {
 

@@ -11,8 +11,8 @@
 #include <limits>
 #include <utility>
 
-#include "result_tables/Error.h"
-#include "result_tables/Text.h"
+#include "result_tables/base/Error.h"
+#include "result_tables/base/Text.h"
 
 namespace Kestrel::ResultTables {
 

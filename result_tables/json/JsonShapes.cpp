@@ -6,7 +6,7 @@
 #include <limits>
 #include <utility>
 
-#include "result_tables/Text.h"
+#include "result_tables/base/Text.h"
 
 namespace Kestrel::ResultTables {
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "result_tables/ResultTable.h"
+#include "result_tables/tables/ResultTable.h"
 
 namespace Kestrel::ResultTables {
 

@@ -5,7 +5,7 @@
 
 #include <iterator>
 
-#include "result_tables/Text.h"
+#include "result_tables/base/Text.h"
 
 namespace Kestrel::ResultTables {
 

@@ -6,8 +6,8 @@
 #include <sstream>
 #include <string_view>
 
-#include "result_tables/Text.h"
-#include "result_tables/Translate.h"
+#include "result_tables/base/Text.h"
+#include "result_tables/base/Translate.h"
 #include "result_tables/json/JsonWriter.h"
 
 namespace Kestrel::ResultTables {

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "result_tables/Findings.h"
+#include "result_tables/tables/Findings.h"
 
 namespace Kestrel::ResultTables {
 

@@ -4,10 +4,10 @@
 
 #include <algorithm>
 
-#include "result_tables/LimitType.h"
-#include "result_tables/Text.h"
-#include "result_tables/Translate.h"
+#include "result_tables/base/Text.h"
+#include "result_tables/base/Translate.h"
 #include "result_tables/json/JsonWriter.h"
+#include "result_tables/limits/LimitType.h"
 
 namespace Kestrel::ResultTables {
 

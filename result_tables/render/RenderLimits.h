@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "result_tables/Limits.h"
+#include "result_tables/limits/Limits.h"
 
 namespace Kestrel::ResultTables {
 

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <utility>
 
-#include "result_tables/Family.h"
-#include "result_tables/Text.h"
-#include "result_tables/Translate.h"
+#include "result_tables/base/Text.h"
+#include "result_tables/base/Translate.h"
+#include "result_tables/tables/Family.h"
 
 namespace Kestrel::ResultTables {
 

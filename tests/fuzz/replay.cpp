@@ -7,7 +7,7 @@
 #include <exception>
 #include <iostream>
 
-#include "result_tables/File.h"
+#include "result_tables/base/File.h"
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size);
 

@@ -6,9 +6,9 @@
 #include <iostream>
 #include <string>
 
-#include "result_tables/Error.h"
-#include "result_tables/ResultsFile.h"
-#include "result_tables/Text.h"
+#include "result_tables/base/Error.h"
+#include "result_tables/base/Text.h"
+#include "result_tables/results/ResultsFile.h"
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size);
 

@@ -14,7 +14,7 @@
 #include <string_view>
 #include <vector>
 
-#include "result_tables/Error.h"
+#include "result_tables/base/Error.h"
 #include "result_tables/import/Histories.h"
 
 namespace Kestrel::ResultTables {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "result_tables/ResultsFile.h"
+#include "result_tables/results/ResultsFile.h"
 
 namespace Kestrel::ResultTables {
 

@@ -1,4 +1,4 @@
-#include "result_tables/CommandLine.h"
+#include "result_tables/command/CommandLine.h"
 
 #include <fmt/format.h>
 #include <unistd.h>
@@ -15,26 +15,26 @@
 #include <string>
 #include <vector>
 
-#include "result_tables/Error.h"
-#include "result_tables/Family.h"
-#include "result_tables/File.h"
-#include "result_tables/Findings.h"
-#include "result_tables/LimitType.h"
-#include "result_tables/Limits.h"
-#include "result_tables/LimitsDocument.h"
-#include "result_tables/ResultTable.h"
-#include "result_tables/ResultsFile.h"
-#include "result_tables/Sample.h"
-#include "result_tables/Text.h"
-#include "result_tables/Translate.h"
-#include "result_tables/UnitSelection.h"
+#include "result_tables/base/Error.h"
+#include "result_tables/base/File.h"
+#include "result_tables/base/Text.h"
+#include "result_tables/base/Translate.h"
 #include "result_tables/import/Import.h"
+#include "result_tables/limits/LimitType.h"
+#include "result_tables/limits/Limits.h"
+#include "result_tables/limits/LimitsDocument.h"
 #include "result_tables/render/CsvTables.h"
 #include "result_tables/render/JsonTables.h"
 #include "result_tables/render/RenderArchive.h"
 #include "result_tables/render/RenderFindings.h"
 #include "result_tables/render/RenderLimits.h"
 #include "result_tables/render/TextTables.h"
+#include "result_tables/results/ResultsFile.h"
+#include "result_tables/results/Sample.h"
+#include "result_tables/results/UnitSelection.h"
+#include "result_tables/tables/Family.h"
+#include "result_tables/tables/Findings.h"
+#include "result_tables/tables/ResultTable.h"
 
 namespace Kestrel::ResultTables {
 

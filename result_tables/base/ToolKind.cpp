@@ -1,4 +1,4 @@
-#include "result_tables/ToolKind.h"
+#include "result_tables/base/ToolKind.h"
 
 #include <algorithm>
 #include <iterator>

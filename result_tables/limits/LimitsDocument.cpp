@@ -1,14 +1,14 @@
-#include "result_tables/LimitsDocument.h"
+#include "result_tables/limits/LimitsDocument.h"
 
 #include <fmt/format.h>
 
 #include <exception>
 
 #include "VantaService_PersistenceArchiver/ObjectRecord.h"
-#include "result_tables/Error.h"
-#include "result_tables/File.h"
-#include "result_tables/Limits.h"
-#include "result_tables/Text.h"
+#include "result_tables/base/Error.h"
+#include "result_tables/base/File.h"
+#include "result_tables/base/Text.h"
+#include "result_tables/limits/Limits.h"
 
 namespace Kestrel::ResultTables {
 

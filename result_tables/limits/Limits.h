@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "Business_TableProperties/TablePropertiesData.h"
-#include "result_tables/ResultsFile.h"
+#include "result_tables/results/ResultsFile.h"
 
 namespace Kestrel::ResultTables {
 

@@ -1,6 +1,6 @@
-#include "result_tables/Findings.h"
+#include "result_tables/tables/Findings.h"
 
-#include "result_tables/Family.h"
+#include "result_tables/tables/Family.h"
 
 namespace Kestrel::ResultTables {
 

@@ -1,4 +1,4 @@
-#include "result_tables/Text.h"
+#include "result_tables/base/Text.h"
 
 #include <fmt/format.h>
 #include <locale.h>

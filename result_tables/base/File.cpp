@@ -1,4 +1,4 @@
-#include "result_tables/File.h"
+#include "result_tables/base/File.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -10,8 +10,8 @@
 #include <system_error>
 #include <utility>
 
-#include "result_tables/Error.h"
-#include "result_tables/Text.h"
+#include "result_tables/base/Error.h"
+#include "result_tables/base/Text.h"
 
 namespace Kestrel::ResultTables {
 

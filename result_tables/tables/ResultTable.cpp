@@ -1,12 +1,12 @@
-#include "result_tables/ResultTable.h"
+#include "result_tables/tables/ResultTable.h"
 
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
 #include "Business_TableProperties/TablePropertySettings.h"
-#include "result_tables/Family.h"
-#include "result_tables/UnitSelection.h"
+#include "result_tables/results/UnitSelection.h"
+#include "result_tables/tables/Family.h"
 
 namespace Kestrel::ResultTables {
 

@@ -1,4 +1,4 @@
-#include "result_tables/Sample.h"
+#include "result_tables/results/Sample.h"
 
 #include <algorithm>
 #include <iterator>

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "Business_TableProperties/TablePropertiesData.h"
-#include "result_tables/ResultsFile.h"
+#include "result_tables/results/ResultsFile.h"
 
 namespace Kestrel::ResultTables {
 

@@ -1,4 +1,4 @@
-#include "result_tables/ResultsFile.h"
+#include "result_tables/results/ResultsFile.h"
 
 #include <fmt/format.h>
 
@@ -9,9 +9,9 @@
 #include <utility>
 
 #include "Business_Skin/Skin.h"
-#include "result_tables/File.h"
-#include "result_tables/Text.h"
-#include "result_tables/ToolKind.h"
+#include "result_tables/base/File.h"
+#include "result_tables/base/Text.h"
+#include "result_tables/base/ToolKind.h"
 #include "result_tables/json/JsonShapes.h"
 
 namespace Kestrel::ResultTables {

@@ -8,7 +8,7 @@
 
 #include "Business_TableProperties/MaxValueGroupContainer.h"
 #include "Business_TableProperties/TablePropertiesData.h"
-#include "result_tables/ResultsFile.h"
+#include "result_tables/results/ResultsFile.h"
 
 namespace Kestrel::ResultTables {
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "result_tables/ResultsFile.h"
+#include "result_tables/results/ResultsFile.h"
 
 namespace Kestrel::ResultTables {
 

@@ -1,4 +1,4 @@
-#include "result_tables/Limits.h"
+#include "result_tables/limits/Limits.h"
 
 #include <fmt/format.h>
 
@@ -6,9 +6,9 @@
 #include <map>
 #include <set>
 
-#include "result_tables/Error.h"
-#include "result_tables/LimitType.h"
-#include "result_tables/Text.h"
+#include "result_tables/base/Error.h"
+#include "result_tables/base/Text.h"
+#include "result_tables/limits/LimitType.h"
 
 namespace Kestrel::ResultTables {
 

@@ -1,4 +1,4 @@
-#include "result_tables/UnitSelection.h"
+#include "result_tables/results/UnitSelection.h"
 
 #include <fmt/format.h>
 
@@ -6,8 +6,8 @@
 #include <boost/algorithm/string/predicate.hpp>
 #include <locale>
 
-#include "result_tables/Error.h"
-#include "result_tables/Text.h"
+#include "result_tables/base/Error.h"
+#include "result_tables/base/Text.h"
 
 namespace Kestrel::ResultTables {
 
