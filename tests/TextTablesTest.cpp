@@ -17,7 +17,7 @@ class TextTables : public testing::Test {
   /// The text of one table with one section.
   std::string render(MaxValueGroup const& group, bool colour = false) {
     m_container->groups = {group};
-    return renderText({ResultTable(m_unit, m_container, TablePropertiesData())}, colour);
+    return renderText({ResultTable(m_unit, m_container, TablePropertiesData())}, {.colour = colour});
   }
 
   SimulationUnit const m_unit{SimulationUnitId(), "OP20"};
@@ -91,7 +91,7 @@ TEST_F(TextTables, MarkTheTitleOnATerminal) {
 }
 
 TEST_F(TextTables, SayWhereThereIsNothing) {
-  EXPECT_EQ(renderText({ResultTable(m_unit, m_container, TablePropertiesData())}, false),
+  EXPECT_EQ(renderText({ResultTable(m_unit, m_container, TablePropertiesData())}, {.colour = false}),
             "OP20: Clamps\n  no elements\n");
   EXPECT_EQ(render({"Forces", false, true, {}, {"K1"}, {}}), "OP20: Clamps\n\n  Forces\n    no elements\n");
 }
@@ -102,7 +102,7 @@ TEST_F(TextTables, MarkValuesBeyondTheirLimitWithASignAndInRed) {
   m_container->groups = {
       {"Forces", false, true, {TablePropertyLimitType::BoltNormalForce}, {"ClampNormalForce"}, {}}};
   m_container->groups[0].subGroups.push_back({"", {{"B1", {-30.25}}, {"B2", {30}}}});
-  EXPECT_EQ(renderText({ResultTable(m_unit, m_container, limits)}, false), R"(OP20: Clamps
+  EXPECT_EQ(renderText({ResultTable(m_unit, m_container, limits)}, {.colour = false}), R"(OP20: Clamps
 
   Forces
          Max Normal
@@ -115,7 +115,7 @@ TEST_F(TextTables, MarkValuesBeyondTheirLimitWithASignAndInRed) {
 
 ! beyond its limit   ? not valid
 )");
-  EXPECT_THAT(renderText({ResultTable(m_unit, m_container, limits)}, true),
+  EXPECT_THAT(renderText({ResultTable(m_unit, m_container, limits)}, {.colour = true}),
               HasSubstr("\x1b[31m-30.25\x1b[0m !\n"));
 }
 

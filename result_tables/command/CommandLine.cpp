@@ -95,7 +95,7 @@ ExitCode show(ResultsFile const& file, std::string const& fileName, TablePropert
   auto const tables = genResultTables(file, fileName, selectionOf(options), limits);
   write(options.output, options.format == "json"  ? renderJson(tables)
                         : options.format == "csv" ? renderCsv(tables)
-                                                  : renderText(tables, mayUseColour(options)));
+                                                  : renderText(tables, {.colour = mayUseColour(options)}));
   return ExitCode::nothingFound;
 }
 
@@ -143,9 +143,10 @@ ExitCode check(Options const& options) {
     files.push_back(checkFile(results, selection, options));
     exitCode = std::max(exitCode, exitCodeOf(files.back()));
   }
-  writeToStandardOutput(options.format == "json"    ? renderFindingsAsJson(files)
-                        : options.format == "junit" ? renderFindingsAsJunit(files)
-                                                    : renderFindingsAsText(files, mayUseColour(options)));
+  writeToStandardOutput(options.format == "json" ? renderFindingsAsJson(files)
+                        : options.format == "junit"
+                            ? renderFindingsAsJunit(files)
+                            : renderFindingsAsText(files, {.colour = mayUseColour(options)}));
   return exitCode;
 }
 
@@ -172,8 +173,9 @@ void showLimits(Options const& options) {
   auto const file = readResultsFile(options.file);
   auto const units = selectUnits(file, options.file, options.units);
   auto const limits = listLimits(*readLimits(limitsDocument(options, options.file), file), file, units);
-  writeToStandardOutput(options.format == "json" ? renderLimitsAsJson(limits)
-                                                 : renderLimitsAsText(limits, mayUseColour(options)));
+  writeToStandardOutput(options.format == "json"
+                            ? renderLimitsAsJson(limits)
+                            : renderLimitsAsText(limits, {.colour = mayUseColour(options)}));
 }
 
 using LimitsChange = std::function<void(TablePropertiesData& limits, ResultsFile const& file,

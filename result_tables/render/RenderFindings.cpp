@@ -88,7 +88,7 @@ pugi::xml_node appendCase(pugi::xml_node& suite, std::string const& unit, std::s
 
 }  // namespace
 
-std::string renderFindingsAsText(std::vector<FileFindings> const& files, bool colour) {
+std::string renderFindingsAsText(std::vector<FileFindings> const& files, TextStyle const& style) {
   std::string out;
   std::size_t exceeded = 0;
   std::size_t invalid = 0;
@@ -98,7 +98,7 @@ std::string renderFindingsAsText(std::vector<FileFindings> const& files, bool co
         ++(finding.exceeded ? exceeded : invalid);
         auto const line = lineOf(table, finding);
         auto const prefix = files.size() > 1 ? toPrintable(file.file) + ": " : std::string();
-        out += prefix + (colour ? "\x1b[31m" + line + "\x1b[0m" : line) + '\n';
+        out += prefix + (style.colour ? "\x1b[31m" + line + "\x1b[0m" : line) + '\n';
       }
     }
   }

@@ -64,14 +64,14 @@ void appendLimit(std::string& out, ListedLimit const& listed, Layout const& layo
 
 }  // namespace
 
-std::string renderLimitsAsText(std::vector<ListedLimit> const& limits, bool colour) {
+std::string renderLimitsAsText(std::vector<ListedLimit> const& limits, TextStyle const& style) {
   std::string out;
   Layout const layout(limits);
   SimulationUnit const* unit = nullptr;
   for (auto const& listed : limits) {
-    if (listed.unit != unit) appendUnit(out, *listed.unit, colour);
+    if (listed.unit != unit) appendUnit(out, *listed.unit, style.colour);
     unit = listed.unit;
-    appendLimit(out, listed, layout, colour);
+    appendLimit(out, listed, layout, style.colour);
   }
   bool const hasMarks =
       std::any_of(limits.begin(), limits.end(), [](ListedLimit const& listed) { return !listed.isDefault; });

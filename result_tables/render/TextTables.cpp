@@ -218,16 +218,16 @@ std::string tableTitle(ResultTable const& table) {
 
 }  // namespace
 
-std::string renderText(std::vector<ResultTable> const& tables, bool colour) {
+std::string renderText(std::vector<ResultTable> const& tables, TextStyle const& style) {
   std::string out;
   bool hasMarks = false;
   for (auto const& table : tables) {
     if (!out.empty()) out += '\n';
     auto const title = tableTitle(table);
-    appendLine(out, colour ? "\x1b[1m" + title + "\x1b[0m" : title);
+    appendLine(out, style.colour ? "\x1b[1m" + title + "\x1b[0m" : title);
     for (std::size_t i = 0; i < table.container().groups.size(); ++i) {
       out += '\n';
-      SectionText const section(table, i, colour);
+      SectionText const section(table, i, style.colour);
       section.appendTo(out);
       hasMarks = hasMarks || section.hasMarks();
     }

@@ -3,13 +3,14 @@
 #include <string>
 #include <vector>
 
+#include "result_tables/render/TextStyle.h"
 #include "result_tables/tables/ResultTable.h"
 
 namespace Kestrel::ResultTables {
 
 /// The tables for a person to read: in columns of characters, numbers with up to seven digits and their
 /// decimal points in line. The column heads of a long section are repeated, so that a pager always shows
-/// some. With `colour` the text holds escape sequences for a terminal.
-[[nodiscard]] std::string renderText(std::vector<ResultTable> const& tables, bool colour);
+/// some. In colour the text holds escape sequences for a terminal.
+[[nodiscard]] std::string renderText(std::vector<ResultTable> const& tables, TextStyle const& style);
 
 }  // namespace Kestrel::ResultTables
