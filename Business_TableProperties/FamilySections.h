@@ -23,7 +23,9 @@ struct FamilyDefinition {
   char const* title;           ///< untranslated
   ToolForceDataType toolKind;  ///< the unit's tools that are the elements; 0 for line joins, no tools
   bool isDefaultFamily;        ///< whether the table is among those shown first
-  std::vector<SectionDefinition> sections;  ///< in display order
+  /// The sections in display order. Asks the host for its keys, so that a unit without such elements costs
+  /// none of that.
+  std::vector<SectionDefinition> (*genSections)();
 };
 
 /// The definition of each family.

@@ -1,10 +1,15 @@
 #include "Business_TableProperties/SimUnitMaxValuesProvider.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <functional>
 #include <iterator>
 #include <string_view>
+#include <tuple>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -20,7 +25,10 @@ namespace {
 
 using DataType = MaxValueGroupContainer::DataType;
 
-constexpr unsigned int s_noStep = 0xFFFFFFFF;  // what the bounds read in a unit without visible steps
+constexpr unsigned int s_noStep = 0xFFFFFFFF;  // what a bound of the visible steps reads where there is none
+
+/// The solver's states of failed joins, the only ones that make the values of a join meaningless.
+constexpr std::array<unsigned int, 3> s_failedJoinStates = {5, 9, 10};
 
 struct GreaterMagnitude {
   bool operator()(double current, double value) const { return std::abs(value) > std::abs(current); }
@@ -28,7 +36,7 @@ struct GreaterMagnitude {
 
 /// What `GreaterMagnitude` makes of the values. That a greater one is said to be unlikely keeps the
 /// comparisons from waiting for each other, which makes the pass about four times as fast.
-double largestMagnitude(StepValues<double> const& values) {
+double largestMagnitude(StepValues<double>& values) {
   double current = 0.0;
   double magnitude = 0.0;
   values.forEachValue([&](double value) {
@@ -90,41 +98,43 @@ class RecurringKeys {
   std::size_t m_place = 0;
 };
 
-/// Calls `visit` with each visible step, ascending. Steps without data, and those of a result that is gone,
-/// count as nothing to visit.
+/// The number behind the last step that a walk up to `last` has to ask for. A result that tells how many
+/// steps it has keeps the walk from asking for those beyond.
+template <typename Result>
+std::uint64_t endOfSteps(Result const& result, unsigned int last) {
+  std::uint64_t const end = std::uint64_t{last} + 1;
+  if constexpr (requires { result.getNumberOfSteps(); })
+    return std::min<std::uint64_t>(end, result.getNumberOfSteps());
+  else
+    return end;
+}
+
+/// The first visible step that is wanted, ascending; empty where there is none. Steps without data, and those
+/// of a result that is gone, are passed over.
+template <typename IsWanted>
+std::shared_ptr<SimulationStep> findVisibleStep(SimulationUnit const& unit,
+                                                std::shared_ptr<SimulationResult> const& result,
+                                                IsWanted const& isWanted) {
+  if (!result) return nullptr;
+  auto const end = endOfSteps(*result, unit.getLastVisibleStep());
+  for (std::uint64_t number = unit.getFirstVisibleStep(); number < end; ++number) {
+    auto step = result->getStep(static_cast<unsigned int>(number));
+    if (step && isWanted(*step)) return step;
+  }
+  return nullptr;
+}
+
 template <typename Visit>
 void forEachVisibleStep(SimulationUnit const& unit, std::shared_ptr<SimulationResult> const& result,
                         Visit const& visit) {
-  if (!unit.hasVisibleSimulationSteps() || !result) return;
-  auto const last = unit.getLastVisibleStep();
-  // The result bounds the walk too: the last visible step may be 0xFFFFFFFF, which no counter gets past.
-  for (auto step = unit.getFirstVisibleStep(); step <= last && step < result->getNumberOfSteps(); ++step) {
-    if (auto const data = result->getStep(step)) visit(data);
-  }
-}
-
-/// Fills `tongs` and returns the first visible step with tongs, if any, so that one walk serves both.
-template <typename JoiningTongMap>
-std::shared_ptr<SimulationStep> collectJoiningTongs(SimulationUnit const& unit,
-                                                    std::shared_ptr<SimulationResult> const& result,
-                                                    JoiningTongMap& tongs) {
-  tongs.clear();
-  RecurringKeys recordsOf(tongs);
-  std::shared_ptr<SimulationStep> firstWithTongs;
-  forEachVisibleStep(unit, result, [&](std::shared_ptr<SimulationStep> const& step) {
-    if (!firstWithTongs && step->getNumberOfJoiningTongs() != 0) firstWithTongs = step;
-    recordsOf.startRound();
-    std::for_each(step->beginJoiningTong(), step->endJoiningTong(), [&](auto const& tong) {
-      if (tong) recordsOf[tong->getJoiningTongStringID()].push_back(tong);
-    });
+  findVisibleStep(unit, result, [&visit](SimulationStep& step) {
+    visit(step);
+    return false;
   });
-  return firstWithTongs;
 }
 
-/// The solver's states of failed joins are the only ones that make the values of a join meaningless.
 bool isValid(BodyJoinInterface::JoinState state) {
-  auto const number = static_cast<unsigned int>(state);
-  return number != 5 && number != 9 && number != 10;
+  return std::ranges::find(s_failedJoinStates, static_cast<unsigned int>(state)) == s_failedJoinStates.end();
 }
 
 /// Whether the last records of the elements `ids` are valid, by the name that `nameOf` gives. Elements
@@ -136,15 +146,39 @@ std::map<std::string, bool> validityOf(std::vector<std::string> const& ids, Reco
   for (auto const& id : ids) {
     auto const found = records.find(id);
     if (found == records.end()) continue;
-    auto const& last = *found->second.back();
-    validity[nameOf(last)] = isValid(last.getState());
+    auto& last = *found->second.back();
+    bool const lastIsValid = isValid(last.getState());
+    validity[nameOf(last)] = lastIsValid;
   }
   return validity;
 }
 
-std::string const& nameOfTong(EvalJoiningTong const& tong) { return tong.getTongPresentationName(); }
+std::string nameOfTong(EvalJoiningTong& tong) { return tong.getTongPresentationName(); }
 
-std::string nameOfPointJoin(SimulationBodyJoin const& join) { return join.getName(0); }
+std::string nameOfPointJoin(SimulationBodyJoin& join) { return join.getName(0); }
+
+/// The identifiers of the joins that a unit defines. They are compared; where the host orders them too, that
+/// is used.
+template <typename Id>
+class DefinedJoins {
+ public:
+  explicit DefinedJoins(std::vector<Id> ids) : m_ids(std::move(ids)) {
+    if constexpr (s_isOrdered) std::sort(m_ids.begin(), m_ids.end(), isBefore);
+  }
+
+  [[nodiscard]] bool contains(Id const& id) const {
+    if constexpr (s_isOrdered)
+      return std::binary_search(m_ids.begin(), m_ids.end(), id, isBefore);
+    else
+      return std::find(m_ids.begin(), m_ids.end(), id) != m_ids.end();
+  }
+
+ private:
+  static constexpr bool s_isOrdered = requires(Id const& a, Id const& b) { a < b; };
+  static bool isBefore(Id const& a, Id const& b) { return a < b; }
+
+  std::vector<Id> m_ids;
+};
 
 void setTitles(MaxValueGroupContainer& container, FamilyDefinition const& family,
                SimulationUnit const& unit) {
@@ -160,6 +194,12 @@ void makeAbsolute(MaxValueGroup& section) {
     }
   }
 }
+
+/// Finds strings by parts of other ones.
+struct TextHash {
+  using is_transparent = void;
+  std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
+};
 
 /// What follows the quantity and its underscore in the name of a pilot's series. Where no underscore follows
 /// the quantity, the search's "not found" (the greatest number) plus the length of both wraps around to the
@@ -209,7 +249,10 @@ std::shared_ptr<MaxValueGroupContainer> SimUnitMaxValuesProvider::genGetMaxValue
     case DataType::LineWelds:
       assembleLineWeldGroupContainer(*container);
       break;
-    default:
+    case DataType::ClampingTools:
+    case DataType::Rollers:
+    case DataType::Steels:
+    case DataType::HemmingBed:
       break;
   }
   return container;
@@ -265,7 +308,7 @@ class SimUnitMaxValuesProvider::RowMaker {
   /// The maxima of one tool, one per entry of the map; 0.0 in the columns that the tool has no series for.
   /// `toolForces` are the tool's series, null where the host has none.
   template <typename ToolForces>
-  std::vector<double> makeRow(std::string const& toolId, ToolForces const* toolForces) {
+  std::vector<double> makeRow(std::string const& toolId, ToolForces* toolForces) {
     std::vector<double> row(m_columns.size(), 0.0);
     if (toolForces != nullptr) {
       std::size_t place = 0;
@@ -322,25 +365,26 @@ void SimUnitMaxValuesProvider::assembleGroup(
 
 void SimUnitMaxValuesProvider::assembleClampGroupContainer(MaxValueGroupContainer& container,
                                                            DataType dataType, bool withTeaching) const {
-  auto family = dataType == DataType::Bolts ? FamilySections::bolts() : FamilySections::clamps();
+  auto const family = dataType == DataType::Bolts ? FamilySections::bolts() : FamilySections::clamps();
   auto const ids = toolIdsOf(*m_simulationUnit, family.toolKind);
   if (ids.empty()) return;
 
   setTitles(container, family, *m_simulationUnit);
-  if (!withTeaching)
-    std::erase_if(family.sections, [](auto const& section) { return section.isTeachingGroup; });
-  appendSections(container, family.sections, ids, ids);
+  auto sections = family.genSections();
+  if (!withTeaching) std::erase_if(sections, [](auto const& section) { return section.isTeachingGroup; });
+  appendSections(container, sections, ids, ids);
 }
 
 void SimUnitMaxValuesProvider::assemblePilotGroupContainer(MaxValueGroupContainer& container) const {
   auto const family = FamilySections::pilots();
   auto const pilotToolIds = toolIdsOf(*m_simulationUnit, family.toolKind);
   if (pilotToolIds.empty()) return;
+  auto const boltIds = toolIdsOf(*m_simulationUnit, FamilySections::bolts().toolKind);
 
   setTitles(container, family, *m_simulationUnit);
-  auto section = newSection(family.sections.front());
+  auto section = newSection(family.genSections().front());
   assemblePilotsGroup(pilotToolIds.front(), createValueNameToColumnIndexMap(section.valueNames), section,
-                      toolIdsOf(*m_simulationUnit, ToolForceDataType::bolt));
+                      boltIds);
   container.groups.push_back(std::move(section));
 }
 
@@ -348,20 +392,21 @@ void SimUnitMaxValuesProvider::assemblePilotsGroup(
     std::string const& pilotToolId, std::map<std::string, unsigned int> const& valueNameToColumnIndex,
     MaxValueGroup& group, std::vector<std::string> const& boltIds) const {
   if (group.subGroups.capacity() < 20) group.subGroups.reserve(20);
-  auto const* toolForces = m_simulationUnit->getToolForces(pilotToolId);
+  auto* const toolForces = m_simulationUnit->getToolForces(pilotToolId);
   if (toolForces == nullptr) return;
   std::unordered_set<std::string_view> const bolts(boltIds.begin(), boltIds.end());
-  std::unordered_map<std::string_view, std::size_t> rowOfPilot;  // by a part of the host's series name
+  std::unordered_map<std::string, std::size_t, TextHash, std::equal_to<>> rowOfPilot;
   for (auto const& [valueName, column] : valueNameToColumnIndex) {
     auto const valueNameAndUnderscore = valueName + '_';
     for (auto const& [seriesName, series] : *toolForces) {
       if (!series || seriesName.find(valueName) == std::string::npos) continue;
       auto const pilot = pilotNameOf(seriesName, valueNameAndUnderscore);
       if (bolts.contains(pilot)) continue;
-      auto const [entry, isNew] = rowOfPilot.try_emplace(pilot, rowOfPilot.size());
-      if (isNew) {
+      auto entry = rowOfPilot.find(pilot);
+      if (entry == rowOfPilot.end()) {
+        entry = rowOfPilot.emplace(pilot, rowOfPilot.size()).first;
         group.subGroups.resize(entry->second);
-        appendItem(group, std::string(pilot), std::vector<double>(valueNameToColumnIndex.size(), 0.0));
+        appendItem(group, entry->first, std::vector<double>(valueNameToColumnIndex.size(), 0.0));
       }
       auto& row = group.subGroups[entry->second].items.front().maxValues;
       if (column < row.size()) row[column] = computeMaxValue(*series);
@@ -379,7 +424,7 @@ void SimUnitMaxValuesProvider::assembleToolContainer(MaxValueGroupContainer& con
   container.unitTitle = m_simulationUnit->getSimulationUnitName() + container.title;
   if (*family.title != '\0') container.title = translate(family.title);
   if (!family.isDefaultFamily) container.isDefaultFamily = false;
-  auto section = newSection(family.sections.front());
+  auto section = newSection(family.genSections().front());
   assembleGroupWithGrouping(ids, ids, createValueNameToColumnIndexMap(section.valueNames), grouping, section);
   if (dataType == DataType::HemmingBed) makeAbsolute(section);
   container.groups.push_back(std::move(section));
@@ -408,15 +453,16 @@ void SimUnitMaxValuesProvider::assembleSuctionZoneContainer(MaxValueGroupContain
 
   container.valuesAreValid = getSuctionZoneValuesAreValid();
   setTitles(container, family, *m_simulationUnit);
-  appendSection(container, family.sections.front(), ids, ids);
+  appendSection(container, family.genSections().front(), ids, ids);
 }
 
 std::map<std::string, bool> SimUnitMaxValuesProvider::getSuctionZoneValuesAreValid() const {
   std::map<std::string, bool> validity;
+  if (!m_simulationUnit->hasVisibleSimulationSteps()) return validity;
   RecurringKeys wasActive(validity);
-  forEachVisibleStep(*m_simulationUnit, getSimulationResult(), [&](auto const& step) {
+  forEachVisibleStep(*m_simulationUnit, getSimulationResult(), [&](SimulationStep& step) {
     wasActive.startRound();
-    std::for_each(step->beginSuctionZoneMap(), step->endSuctionZoneMap(), [&](auto const& entry) {
+    std::for_each(step.beginSuctionZoneMap(), step.endSuctionZoneMap(), [&](auto const& entry) {
       auto const& zone = entry.second;
       if (!zone) return;
       bool& isValid = wasActive[zone->getSuctionZonePresentationName()];
@@ -431,24 +477,36 @@ void SimUnitMaxValuesProvider::assembleJoiningTongGroupContainer(MaxValueGroupCo
   auto const ids = toolIdsOf(*m_simulationUnit, family.toolKind);
   if (ids.empty()) return;
 
-  JoiningTongMap tongs;
-  auto const referenceStep = collectJoiningTongs(*m_simulationUnit, getSimulationResult(), tongs);
   container.elementNames = ids;
-  container.valuesAreValid = validityOf(ids, tongs, nameOfTong);
+  container.valuesAreValid = getJoiningTongValuesAreValid(ids);
   setFailureTexts(container);
   setTitles(container, family, *m_simulationUnit);
-  if (m_simulationUnit->getLastVisibleStep() == s_noStep || !referenceStep) return;
+  if (m_simulationUnit->getFirstVisibleStep() == s_noStep ||
+      m_simulationUnit->getLastVisibleStep() == s_noStep)
+    return;
+  auto const referenceStep =
+      findVisibleStep(*m_simulationUnit, getSimulationResult(),
+                      [](SimulationStep& step) { return step.getNumberOfJoiningTongs() != 0; });
+  if (!referenceStep) return;
   std::vector<std::string> names;
   names.reserve(ids.size());
   for (auto const& id : ids) {
     auto const tong = referenceStep->getJoiningTongByID(id);
     names.push_back(tong ? tong->getTongPresentationName() : id);
   }
-  appendSections(container, family.sections, ids, names);
+  appendSections(container, family.genSections(), ids, names);
 }
 
 void SimUnitMaxValuesProvider::getAllEvalJoiningTongs(JoiningTongMap& tongs) const {
-  collectJoiningTongs(*m_simulationUnit, getSimulationResult(), tongs);
+  tongs.clear();
+  if (!m_simulationUnit->hasVisibleSimulationSteps()) return;
+  RecurringKeys recordsOf(tongs);
+  forEachVisibleStep(*m_simulationUnit, getSimulationResult(), [&](SimulationStep& step) {
+    recordsOf.startRound();
+    std::for_each(step.beginJoiningTong(), step.endJoiningTong(), [&](auto const& tong) {
+      if (tong) recordsOf[tong->getJoiningTongStringID()].push_back(tong);
+    });
+  });
 }
 
 std::map<std::string, bool> SimUnitMaxValuesProvider::getJoiningTongValuesAreValid(
@@ -473,15 +531,16 @@ void SimUnitMaxValuesProvider::assembleSpotWeldGroupContainer(MaxValueGroupConta
   container.valuesAreValid = validityOf(ids, joins, nameOfPointJoin);
   setFailureTexts(container);
   setTitles(container, family, *m_simulationUnit);
-  appendSection(container, family.sections.front(), ids, names);
+  appendSection(container, family.genSections().front(), ids, names);
 }
 
 void SimUnitMaxValuesProvider::getAllPointJoins(PointJoinMap& joins) const {
   joins.clear();
+  if (!m_simulationUnit->hasVisibleSimulationSteps()) return;
   RecurringKeys recordsOf(joins);
-  forEachVisibleStep(*m_simulationUnit, getSimulationResult(), [&](auto const& step) {
+  forEachVisibleStep(*m_simulationUnit, getSimulationResult(), [&](SimulationStep& step) {
     recordsOf.startRound();
-    std::for_each(step->beginJoinMap(), step->endJoinMap(), [&](auto const& entry) {
+    std::for_each(step.beginJoinMap(), step.endJoinMap(), [&](auto const& entry) {
       auto const& join = entry.second;
       if (join) recordsOf[join->getStringID()].push_back(join);
     });
@@ -516,7 +575,7 @@ void SimUnitMaxValuesProvider::assembleLineJoinContainer(MaxValueGroupContainer&
   container.valuesAreValid = getLineJoinValuesAreValid(lineJoins);
   setFailureTexts(container);
   setTitles(container, family, *m_simulationUnit);
-  auto section = newSection(family.sections.front());
+  auto section = newSection(family.genSections().front());
   assembleLineWeldGroup(createValueNameToColumnIndexMap(section.valueNames), lineJoins, section);
   container.groups.push_back(std::move(section));
 }
@@ -524,10 +583,10 @@ void SimUnitMaxValuesProvider::assembleLineJoinContainer(MaxValueGroupContainer&
 void SimUnitMaxValuesProvider::assembleLineWeldGroup(
     std::map<std::string, unsigned int> const& valueNameToColumnIndex, LineJoinMap const& lineJoins,
     MaxValueGroup& group) const {
-  std::vector<std::pair<SkinKey, unsigned int>> columns;
-  columns.reserve(valueNameToColumnIndex.size());
+  std::deque<std::pair<SkinKey, unsigned int>> columns;  // keys stay where they are made
   for (auto const& [valueName, column] : valueNameToColumnIndex)
-    columns.emplace_back(SkinKey(valueName, 0, "", ""), column);
+    columns.emplace_back(std::piecewise_construct, std::forward_as_tuple(valueName, 0, "", ""),
+                         std::forward_as_tuple(column));
   group.subGroups.reserve(group.subGroups.size() + lineJoins.size());
   for (auto const& [name, records] : lineJoins) {
     std::vector<double> row(columns.size(), 0.0);
@@ -544,7 +603,7 @@ double SimUnitMaxValuesProvider::computeMaxValueOfSkins(
   for (auto const& record : records) {
     if (!record) continue;
     auto const skin = record->getSkin(key);
-    auto const* values = dynamic_cast<Skin<double> const*>(skin.get());
+    auto* const values = dynamic_cast<Skin<double>*>(skin.get());
     if (values == nullptr) continue;
     auto const& minimum = values->getRangeMinimum();
     auto const& maximum = values->getRangeMaximum();
@@ -557,10 +616,11 @@ double SimUnitMaxValuesProvider::computeMaxValueOfSkins(
 
 void SimUnitMaxValuesProvider::getAllLineJoins(LineJoinMap& lineJoins) const {
   lineJoins.clear();
+  if (!m_simulationUnit->hasVisibleSimulationSteps()) return;
   RecurringKeys recordsOf(lineJoins);
-  forEachVisibleStep(*m_simulationUnit, getSimulationResult(), [&](auto const& step) {
+  forEachVisibleStep(*m_simulationUnit, getSimulationResult(), [&](SimulationStep& step) {
     recordsOf.startRound();
-    std::for_each(step->beginLineJoinMap(), step->endLineJoinMap(), [&](auto const& entry) {
+    std::for_each(step.beginLineJoinMap(), step.endLineJoinMap(), [&](auto const& entry) {
       auto const& lineJoin = entry.second;
       if (lineJoin) recordsOf[lineJoin->getDisplayName()].push_back(lineJoin);
     });
@@ -569,16 +629,14 @@ void SimUnitMaxValuesProvider::getAllLineJoins(LineJoinMap& lineJoins) const {
 
 void SimUnitMaxValuesProvider::getLineJoinsDefinedInCurrentSimUnit(LineJoinMap& lineJoins) const {
   lineJoins.clear();
-  std::map<EvalSimulationUnitJoinGUID, bool> definedHere;
-  for (auto const& id : m_simulationUnit->getEvalIDOfJoinDefinedInSimUnitVector()) definedHere[id] = true;
-  RecurringKeys isDefinedHere(definedHere);
+  if (!m_simulationUnit->hasVisibleSimulationSteps()) return;
+  DefinedJoins const definedHere(m_simulationUnit->getEvalIDOfJoinDefinedInSimUnitVector());
   RecurringKeys recordsOf(lineJoins);
-  forEachVisibleStep(*m_simulationUnit, getSimulationResult(), [&](auto const& step) {
-    isDefinedHere.startRound();
+  forEachVisibleStep(*m_simulationUnit, getSimulationResult(), [&](SimulationStep& step) {
     recordsOf.startRound();
-    std::for_each(step->beginLineJoinMap(), step->endLineJoinMap(), [&](auto const& entry) {
+    std::for_each(step.beginLineJoinMap(), step.endLineJoinMap(), [&](auto const& entry) {
       auto const& lineJoin = entry.second;
-      if (lineJoin && isDefinedHere[lineJoin->getEvalSimulationUnitJoinGUID()])
+      if (lineJoin && definedHere.contains(lineJoin->getEvalSimulationUnitJoinGUID()))
         recordsOf[lineJoin->getDisplayName()].push_back(lineJoin);
     });
   });
@@ -631,7 +689,7 @@ void SimUnitMaxValuesProvider::appendSections(MaxValueGroupContainer& container,
     rows.emplace_back(*this, createValueNameToColumnIndexMap(section.valueNames));
   }
   for (std::size_t i = 0; i < itemIds.size(); ++i) {
-    auto const* toolForces = m_simulationUnit->getToolForces(itemIds[i]);
+    auto* const toolForces = m_simulationUnit->getToolForces(itemIds[i]);
     for (std::size_t k = 0; k < sections.size(); ++k)
       appendItem(sections[k], itemNames[i], rows[k].makeRow(itemIds[i], toolForces));
   }

@@ -1,7 +1,10 @@
 #include "Business_TableProperties/TablePropertiesData.h"
 
 #include <algorithm>
+#include <array>
 #include <boost/thread/mutex.hpp>
+#include <cstdint>
+#include <stdexcept>
 
 #include "VantaService_Parameterization/ObjectHelper.h"
 #include "VantaService_PersistenceArchiver/ClassRegistration.h"
@@ -17,14 +20,38 @@ constexpr unsigned int firstVersionWithLastingLimits = 500002;
 using LimitList = std::vector<std::shared_ptr<TablePropertyLimit>>;
 using LimitMap = std::map<SimulationUnitId, LimitList>;
 
-/// Has the memory of limits that are about to be used fetched, all at a time: in a large collection most of
-/// it is in no cache.
-void prefetch(LimitList const& limits) {
-  for (auto const& limit : limits) {
-    __builtin_prefetch(limit.get());
-    __builtin_prefetch(&limit->getSimUnitID());
-  }
-}
+struct DefaultLimit {
+  TablePropertyLimitType type;
+  double limit;
+  char const* unit;
+};
+
+using enum TablePropertyLimitType;
+
+/// What a new unit gets, in the order in which its limits are created.
+constexpr std::array s_defaults = {DefaultLimit{JoiningTongNormalForce, 500.0, "N"},
+                                   DefaultLimit{JoiningTongDistance, 1.0, "mm"},
+                                   DefaultLimit{JoiningTongGap, 1.0, "mm"},
+                                   DefaultLimit{LineJoiningToolDistanceToInput, 1.0, "mm"},
+                                   DefaultLimit{JoinNormalForce, 500.0, "N"},
+                                   DefaultLimit{JoinTangentialForce, 500.0, "N"},
+                                   DefaultLimit{ForceLimit7, 500.0, "N"},
+                                   DefaultLimit{ForceLimit8, 500.0, "N"},
+                                   DefaultLimit{LineJoiningToolGap, 1.0, "mm"},
+                                   DefaultLimit{PilotForce, 500.0, "N"},
+                                   DefaultLimit{BoltNormalForce, 30.0, "N"},
+                                   DefaultLimit{RollerForce, 500.0, "N"},
+                                   DefaultLimit{SteelForce, 500.0, "N"},
+                                   DefaultLimit{HemmingBedForce, 500.0, "N"},
+                                   DefaultLimit{SuctionZoneForce, 500.0, "N"},
+                                   DefaultLimit{SuctionDistance, 1.0, "mm"}};
+
+/// One bit per kind of limit.
+using Kinds = std::uint32_t;
+constexpr std::uint32_t s_kindBits = 32;
+static_assert(std::ranges::all_of(s_defaults, [](DefaultLimit const& row) {
+  return static_cast<std::uint32_t>(row.type) < s_kindBits;
+}));
 
 /// A list of units compared with the units that have limits. Refers to both.
 struct UnitMatch {
@@ -54,14 +81,24 @@ struct UnitMatch {
   }
 };
 
-/// The kinds of the limits, one bit each; kinds without a bit have no default.
-std::uint32_t kindsOf(LimitList const& limits) {
-  std::uint32_t kinds = 0;
+/// The kinds of the limits. Documents may hold kinds without a bit; they have no default.
+Kinds kindsOf(LimitList const& limits) {
+  Kinds kinds = 0;
   for (auto const& limit : limits) {
     auto const kind = static_cast<std::uint32_t>(limit->getType());
-    if (kind < 32) kinds |= std::uint32_t{1} << kind;
+    if (kind < s_kindBits) kinds |= Kinds{1} << kind;
   }
   return kinds;
+}
+
+/// Empties the list without reports. A host that makes objects children while it reads them takes them out of
+/// the tree again; for others they are nobody's children yet.
+template <typename Helper>
+void dropLimitsThatWereRead(Object* parent, LimitList& limits) {
+  if constexpr (requires { Helper::detachAllFromVector(parent, limits); })
+    Helper::detachAllFromVector(parent, limits);
+  else
+    limits.clear();
 }
 
 }  // namespace
@@ -80,15 +117,8 @@ TablePropertiesData::~TablePropertiesData() = default;
 
 std::shared_ptr<TablePropertyLimit> TablePropertiesData::getLimit(SimulationUnitId const& id,
                                                                   TablePropertyLimitType type) const {
-  // Tables ask for one unit many times in a row.
-  auto const* entry = m_lastFound.load(std::memory_order_relaxed);
-  if (entry == nullptr || !(entry->first == id)) {
-    auto const found = m_limitsAccessMap.find(id);
-    if (found == m_limitsAccessMap.end()) return nullptr;
-    entry = &*found;
-    m_lastFound.store(entry, std::memory_order_relaxed);
-    prefetch(entry->second);
-  }
+  auto const entry = m_limitsAccessMap.find(id);
+  if (entry == m_limitsAccessMap.end()) return nullptr;
   for (auto const& limit : entry->second)
     if (limit->getType() == type) return limit;
   return nullptr;
@@ -105,53 +135,65 @@ bool TablePropertiesData::hasAnyLimits() const { return !m_limits.empty(); }
 
 void TablePropertiesData::setupLimits(std::vector<SimulationUnitId> const& ids) {
   ObjectHelper::removeAllFromVector(this, m_limits);
-  for (auto const& id : ids) setupLimitsForSimUnit(id);
+  auto const& defaults = initDefaultLimits();
+  for (auto const& id : ids) addLimits(genLimits(defaults, id));
   setupLimitsAccessMap();
 }
 
 void TablePropertiesData::setupLimitsForSimUnit(SimulationUnitId const& id) {
-  auto const& defaults = initDefaultLimits();
+  addLimits(genLimits(initDefaultLimits(), id));
+}
+
+TablePropertiesData::LimitList TablePropertiesData::genLimits(DefaultLimits const& defaults,
+                                                              SimulationUnitId const& id) {
   LimitList limits;
   limits.reserve(defaults.size());
   for (auto const& [type, limit, unit] : defaults)
     limits.push_back(std::make_shared<TablePropertyLimit>(type, id, limit, unit));
-  addLimits(limits);
+  return limits;
 }
 
 void TablePropertiesData::setupLimitsAccessMap() {
-  LimitMap map;
-  auto entry = map.end();
-  for (auto const& limit : m_limits) {
-    // A document may hold empty pointers.
-    if (!limit) continue;
-    // Limits of one unit lie side by side, mostly.
-    if (entry == map.end() || !(entry->first == limit->getSimUnitID())) {
-      entry = map.try_emplace(limit->getSimUnitID()).first;
-      entry->second.reserve(initDefaultLimits().size());
+  // The entries keep their memory until the map is full, so that the limits of known units find room in it.
+  for (auto& [id, limits] : m_limitsAccessMap) limits.clear();
+  auto const eraseEmptyEntries = [this]() noexcept {
+    std::erase_if(m_limitsAccessMap, [](auto const& entry) { return entry.second.empty(); });
+  };
+  try {
+    auto entry = m_limitsAccessMap.end();
+    for (auto const& limit : m_limits) {
+      // A document may hold empty pointers.
+      if (!limit) continue;
+      // Limits of one unit lie side by side, mostly.
+      if (entry == m_limitsAccessMap.end() || !(entry->first == limit->getSimUnitID())) {
+        entry = m_limitsAccessMap.try_emplace(limit->getSimUnitID()).first;
+        entry->second.reserve(s_defaults.size());
+      }
+      entry->second.push_back(limit);
     }
-    entry->second.push_back(limit);
+  } catch (...) {
+    eraseEmptyEntries();
+    throw;
   }
-  m_limitsAccessMap.swap(map);
-  m_lastFound.store(nullptr, std::memory_order_relaxed);
+  eraseEmptyEntries();
 }
 
 void TablePropertiesData::synchronizeLimits(std::vector<SimulationUnitId> const& ids) {
   UnitMatch const match(ids, m_limitsAccessMap);
   ObjectHelper::removeAllFromVector(this, m_limits);
   try {
-    for (std::size_t i = 0; i < match.known.size(); ++i) {
-      if (i + 1 < match.known.size()) prefetch(*match.known[i + 1]);
-      addLimits(*match.known[i]);
-    }
+    for (auto const* limits : match.known) addLimits(*limits);
   } catch (...) {
     // The limits that could not be adopted again stay in the list, so that the next update finds their
     // values.
     for (auto const* limits : match.known)
-      if (limits->front()->getParentObject() != this)
-        m_limits.insert(m_limits.end(), limits->begin(), limits->end());
+      if (!existChild(limits->front())) m_limits.insert(m_limits.end(), limits->begin(), limits->end());
     throw;
   }
-  for (auto const* id : match.unknown) setupLimitsForSimUnit(*id);
+  if (!match.unknown.empty()) {
+    auto const& defaults = initDefaultLimits();
+    for (auto const* id : match.unknown) addLimits(genLimits(defaults, *id));
+  }
   if (match.known.size() != m_limitsAccessMap.size() || !match.unknown.empty()) setupLimitsAccessMap();
 }
 
@@ -191,17 +233,17 @@ void TablePropertiesData::replaceLimitsByDefaults() {
 }
 
 void TablePropertiesData::save(PersistenceArchiver& archive, unsigned int /*version*/) const {
-  if (!s_isParentRegisteredForSave) throw KeException("Parent not registered");
+  if (!s_isParentRegisteredForSave) throw std::runtime_error("Parent not registered");
   savePart<Object>(archive, *this);
   archive << static_cast<unsigned int>(s_currentDataVersion);
-  saveRecord(archive, PersistenceArchiver::noTypeHash, [&] {
+  saveRecord(archive, noTypeHash, [&] {
     archive << static_cast<unsigned int>(m_limits.size());
     for (auto const& limit : m_limits) savePointer(archive, limit);
   });
 }
 
 void TablePropertiesData::load(PersistenceArchiver& archive, unsigned int version) {
-  if (!s_isParentRegisteredForLoad) throw KeException("Parent not registered");
+  if (!s_isParentRegisteredForLoad) throw std::runtime_error("Parent not registered");
   loadPart<Object>(archive, *this);
   unsigned int dataVersion = 0;
   archive >> dataVersion;
@@ -209,8 +251,7 @@ void TablePropertiesData::load(PersistenceArchiver& archive, unsigned int versio
   loadLimits(archive);
   if (version < firstVersionWithLastingLimits) {
     m_dataVersion = 0;
-    // They have become children while they were read.
-    ObjectHelper::removeAllFromVector(this, m_limits);
+    dropLimitsThatWereRead<ObjectHelper>(this, m_limits);
   }
   setupLimitsAccessMap();
   if (m_dataVersion != s_currentDataVersion) extendLimits();
@@ -232,27 +273,14 @@ void TablePropertiesData::addLimits(LimitList const& limits) {
 }
 
 TablePropertiesData::DefaultLimits const& TablePropertiesData::initDefaultLimits() {
-  using enum TablePropertyLimitType;
   static boost::mutex mutex;
   static DefaultLimits table;
   boost::mutex::scoped_lock const lock(mutex);
   if (table.empty()) {
-    table = {{JoiningTongNormalForce, 500.0, "N"},
-             {JoiningTongDistance, 1.0, "mm"},
-             {JoiningTongGap, 1.0, "mm"},
-             {LineJoiningToolDistanceToInput, 1.0, "mm"},
-             {JoinNormalForce, 500.0, "N"},
-             {JoinTangentialForce, 500.0, "N"},
-             {ForceLimit7, 500.0, "N"},
-             {ForceLimit8, 500.0, "N"},
-             {LineJoiningToolGap, 1.0, "mm"},
-             {PilotForce, 500.0, "N"},
-             {BoltNormalForce, 30.0, "N"},
-             {RollerForce, 500.0, "N"},
-             {SteelForce, 500.0, "N"},
-             {HemmingBedForce, 500.0, "N"},
-             {SuctionZoneForce, 500.0, "N"},
-             {SuctionDistance, 1.0, "mm"}};
+    DefaultLimits rows;
+    rows.reserve(s_defaults.size());
+    for (auto const& [type, limit, unit] : s_defaults) rows.emplace_back(type, limit, unit);
+    table.swap(rows);
   }
   return table;
 }

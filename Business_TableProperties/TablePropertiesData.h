@@ -1,6 +1,5 @@
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -73,6 +72,9 @@ class KESTREL_TABLEPROPERTIES_EXPORT TablePropertiesData : public Object {
   /// Kind, limit and unit of each default, in the order in which a unit's limits are created.
   using DefaultLimits = std::vector<std::tuple<TablePropertyLimitType, double, std::string>>;
 
+  /// One set of the defaults as new limits of a unit.
+  [[nodiscard]] static LimitList genLimits(DefaultLimits const& defaults, SimulationUnitId const& id);
+
   /// One more than the highest kind.
   static constexpr std::int32_t s_currentDataVersion = 25;
 
@@ -81,7 +83,8 @@ class KESTREL_TABLEPROPERTIES_EXPORT TablePropertiesData : public Object {
   void setupLimits(std::vector<SimulationUnitId> const& ids);
   /// Appends one set of defaults, whatever the unit has already; leaves the map as it is.
   void setupLimitsForSimUnit(SimulationUnitId const& id);
-  /// Makes the map anew from the list. When it throws, the map is as it was.
+  /// Empties the map and fills it from the list. When memory runs out, the units whose limits stand first in
+  /// the list are in the map, and at least those that had as many limits in it before.
   void setupLimitsAccessMap();
   /// `updateLimits` of a collection that has limits.
   void synchronizeLimits(std::vector<SimulationUnitId> const& ids);
@@ -93,7 +96,7 @@ class KESTREL_TABLEPROPERTIES_EXPORT TablePropertiesData : public Object {
   [[nodiscard]] LimitList genMissingLimits() const;
   void replaceLimitsByDefaults();
 
-  // Called by the archive through the class's registration. KeException "Parent not registered" before
+  // Called by the archive through the class's registration. std::runtime_error "Parent not registered" before
   // anything is written or read, when the archive does not know the class to be an `Object`.
 
   /// Writes the `Object` part, the current data version and the limits in list order; a limit that the list
@@ -118,8 +121,6 @@ class KESTREL_TABLEPROPERTIES_EXPORT TablePropertiesData : public Object {
   /// The limits of each unit, in list order. Only `setupLimitsAccessMap` changes it: in between it may hold
   /// limits that the list has lost, which `synchronizeLimits` relies on.
   LimitMap m_limitsAccessMap;
-  /// Entry of the map that the last lookup found; atomic, so that lookups remain free of data races.
-  mutable std::atomic<LimitMap::value_type const*> m_lastFound = nullptr;
   std::int32_t m_dataVersion = s_currentDataVersion;
 };
 

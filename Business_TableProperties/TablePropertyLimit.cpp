@@ -1,5 +1,7 @@
 #include "Business_TableProperties/TablePropertyLimit.h"
 
+#include <stdexcept>
+
 #include "VantaService_PersistenceArchiver/ClassRegistration.h"
 #include "VantaService_PersistenceArchiver/ObjectRecord.h"
 
@@ -45,14 +47,21 @@ Signals::Connection TablePropertyLimit::connectToSigLimitsChanged(Signals::Slot<
 
 double TablePropertyLimit::getMaxLimit() const { return m_limit; }
 
-void TablePropertyLimit::setMaxLimit(double limit) { setLimit(limit); }
+void TablePropertyLimit::setMaxLimit(double limit) {
+  m_limit = limit;
+  emitSigChanged();
+}
 
 std::string const& TablePropertyLimit::getMaxLimitDisplayName() const { return m_maxLimitDisplayName; }
 
 void TablePropertyLimit::setMaxDisplayName(std::string const& name) { m_maxLimitDisplayName = name; }
 
+SimulationUnitId const& TablePropertyLimit::getSimUnitID() const { return m_simUnitID; }
+
+TablePropertyLimitType TablePropertyLimit::getType() const { return m_type; }
+
 void TablePropertyLimit::save(PersistenceArchiver& archive, unsigned int /*version*/) const {
-  if (!s_isParentRegisteredForSave) throw KeException("Parent not registered");
+  if (!s_isParentRegisteredForSave) throw std::runtime_error("Parent not registered");
   savePart<Object>(archive, *this);
   archive << static_cast<unsigned int>(m_type);
   savePart(archive, m_simUnitID);
@@ -60,7 +69,7 @@ void TablePropertyLimit::save(PersistenceArchiver& archive, unsigned int /*versi
 }
 
 void TablePropertyLimit::load(PersistenceArchiver& archive, unsigned int version) {
-  if (!s_isParentRegisteredForLoad) throw KeException("Parent not registered");
+  if (!s_isParentRegisteredForLoad) throw std::runtime_error("Parent not registered");
   loadPart<Object>(archive, *this);
   unsigned int type = 0;
   archive >> type;

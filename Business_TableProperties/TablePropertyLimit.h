@@ -46,13 +46,14 @@ class KESTREL_TABLEPROPERTIES_EXPORT TablePropertyLimit : public LimitAccessInte
   Signals::Connection connectToSigLimitsChanged(Signals::Slot<void()> const& slot) override;
 
   [[nodiscard]] double getMaxLimit() const;  ///< `getLimit`
-  void setMaxLimit(double limit);            ///< `setLimit`
+  /// As `setLimit`, in a class derived from this one too: it does not call an override of that.
+  void setMaxLimit(double limit);
   /// The name shown for the limit; empty until somebody sets it, and not stored in documents.
   [[nodiscard]] std::string const& getMaxLimitDisplayName() const;
   /// Sets the display name and tells nobody.
   void setMaxDisplayName(std::string const& name);
-  [[nodiscard]] SimulationUnitId const& getSimUnitID() const { return m_simUnitID; }
-  [[nodiscard]] TablePropertyLimitType getType() const { return m_type; }
+  [[nodiscard]] SimulationUnitId const& getSimUnitID() const;
+  [[nodiscard]] TablePropertyLimitType getType() const;
 
   /// Fills `record` (a `BaseClassRegister`) with the entry under which the archive stores limits, and
   /// registers the class first if that has not happened yet.
@@ -67,7 +68,7 @@ class KESTREL_TABLEPROPERTIES_EXPORT TablePropertyLimit : public LimitAccessInte
   /// What the archive fills: type `NoLimit`, the nil unit, 0.0 and empty strings.
   TablePropertyLimit();
 
-  // Called by the archive through the class's registration. KeException "Parent not registered" before
+  // Called by the archive through the class's registration. std::runtime_error "Parent not registered" before
   // anything is written or read, when the archive does not know the class to be an `Object`.
 
   /// Writes the `Object` part, the kind, the unit, the limit and the unit text; not the display name.

@@ -32,15 +32,12 @@ enum class Source {
 };
 
 struct Row {
-  std::string const& (*key)();
+  std::string const& (*key)();  ///< null: the translated business name of the total tool force
   Source source;
   std::array<char const*, nameCount> names;
   char const* unit;
 };
 
-std::string const& totalToolForces() {
-  return ToolForceBusinessName::getTranslated(GlobalForcesDefinition::s_totalToolForces);
-}
 std::string const& lineJoinDistance() { return SkinBaseName::LINE_JOIN_DIST_TO_INPUT; }
 std::string const& lineJoinGap() { return SkinBaseName::LINE_JOIN_GAP; }
 std::string const& lineJoinForceN() { return SkinBaseName::LINE_JOIN_SUMFORCE_N; }
@@ -60,7 +57,7 @@ constexpr Row rows[] = {
     {&Keys::getNameOfClampTeachingDistanceZ, Delta, {"Teaching %1Z", "%1Z", "Teaching %1Z", "%1Z"}, "mm"},
     {&Keys::getNameOfClampTotalVariation, Translated, {"Teaching Distance", "Distance", "Teaching Distance", "Distance"}, "mm"},
     {&Keys::getNameOfToolForceInWorkingDir, Translated, {"Force in Working Direction", "F WorkDir", "Max Force in Working Direction", "Max Force"}, "N"},
-    {&totalToolForces, RowAbove, {}, nullptr},
+    {nullptr, RowAbove, {}, nullptr},
     {&Keys::getNameOfPilotForce, Translated, {"Force", "Force", "Max Force", "Max Force"}, "N"},
     {&Keys::getNameOfJoiningTongNormalForce, Translated, {"Normal Force", "Norm F", "Normal Force", "Norm F"}, "N"},
     {&Keys::getNameOfJoiningTongClosingForce, Translated, {"Closing Force", "Clos F", "Closing Force", "Clos F"}, "N"},
@@ -84,6 +81,11 @@ constexpr Row rows[] = {
     {&Keys::getNameOfSuctionDistance, Translated, {"Distance", "Distance", "Distance", "Distance"}, "mm"},
 };
 // clang-format on
+
+std::string genKey(Row const& row) {
+  if (row.key != nullptr) return row.key();
+  return ToolForceBusinessName::getTranslated(GlobalForcesDefinition::s_totalToolForces);
+}
 
 /// The names of the rows; keeps the delta sign, which is converted when the first row needs it.
 class Namer {
@@ -121,7 +123,7 @@ void fill(Catalogue& catalogue) {
     }
     // The copy comes before the entry, so that no entry is left without texts when there is no memory for
     // them.
-    catalogue.insert_or_assign(row.key(), std::vector<std::string>(texts));
+    catalogue.insert_or_assign(genKey(row), std::vector<std::string>(texts));
   }
 }
 

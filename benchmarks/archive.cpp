@@ -30,7 +30,7 @@
 
 #include "Business_TableProperties/TablePropertiesData.h"
 #include "VantaService_Parameterization/ObjectHelper.h"
-#include "VantaService_PersistenceArchiver/ObjectRecord.h"
+#include "VantaService_PersistenceArchiver/Document.h"
 #include "benchmarks/Memory.h"
 
 namespace Kestrel {

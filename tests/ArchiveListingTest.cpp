@@ -8,7 +8,7 @@
 #include <variant>
 
 #include "Business_TableProperties/TablePropertiesData.h"
-#include "VantaService_PersistenceArchiver/ObjectRecord.h"
+#include "VantaService_PersistenceArchiver/Document.h"
 #include "support/DamagedDocument.h"
 #include "support/LimitsWriter.h"
 

@@ -43,4 +43,59 @@ TEST(ExportedSymbols, AreThoseOfTheExportedClasses) {
   for (auto const& scope : scopes) EXPECT_TRUE(exported.contains(scope)) << "visible: Kestrel::" << scope;
 }
 
+/// Each public operation that can be called from outside, as `nm` shows it.
+TEST(ExportedSymbols, HoldAllPublicOperationsOfTheExportedClasses) {
+  auto const symbols = outputOf(KESTREL_NM " --dynamic --defined-only --demangle " KESTREL_LIBRARY);
+  for (auto const* const operation : {
+           "MaxValueGroupContainer::MaxValueGroupContainer(Kestrel::MaxValueGroupContainer::DataType, "
+           "Kestrel::SimulationUnitId const&)\n",
+           "MaxValueGroupContainer::MaxValueGroupContainer(Kestrel::MaxValueGroupContainer const&)\n",
+           "MaxValueGroupContainer::MaxValueGroupContainer(Kestrel::MaxValueGroupContainer&&)\n",
+           "MaxValueGroupContainer::~MaxValueGroupContainer()\n",
+           "SimUnitMaxValuesProvider::SimUnitMaxValuesProvider(Kestrel::SimulationUnit const&, "
+           "std::weak_ptr<Kestrel::SimulationResult>)\n",
+           "SimUnitMaxValuesProvider::SimUnitMaxValuesProvider(Kestrel::SimUnitMaxValuesProvider const&)\n",
+           "SimUnitMaxValuesProvider::~SimUnitMaxValuesProvider()\n",
+           "SimUnitMaxValuesProvider::genGetMaxValuesCollection(Kestrel::MaxValueGroupContainer::DataType) "
+           "const\n",
+           "SimUnitMaxValuesProvider::genGetClampMaxValuesCollection(Kestrel::MaxValueGroupContainer::"
+           "DataType, "
+           "bool) const\n",
+           "SimUnitMaxValuesProvider::genGetToolMaxValuesCollection(",
+           "SimUnitMaxValuesProvider::s_invalidValues_elementNameAppendix",
+           "TablePropertyLimit::TablePropertyLimit(Kestrel::TablePropertyLimitType, "
+           "Kestrel::SimulationUnitId "
+           "const&, double, ",
+           "TablePropertyLimit::~TablePropertyLimit()\n",
+           "TablePropertyLimit::getLimit() const\n",
+           "TablePropertyLimit::setLimit(double)\n",
+           "TablePropertyLimit::getLimitDisplayName",
+           "TablePropertyLimit::getUnitString",
+           "TablePropertyLimit::connectToSigLimitsChanged(",
+           "TablePropertyLimit::getMaxLimit() const\n",
+           "TablePropertyLimit::setMaxLimit(double)\n",
+           "TablePropertyLimit::getMaxLimitDisplayName",
+           "TablePropertyLimit::setMaxDisplayName(",
+           "TablePropertyLimit::getSimUnitID() const\n",
+           "TablePropertyLimit::getType() const\n",
+           "TablePropertyLimit::serialization_register(void*)\n",
+           "TablePropertyLimit::s_force_serialization_registration\n",
+           "TablePropertiesData::TablePropertiesData()\n",
+           "TablePropertiesData::~TablePropertiesData()\n",
+           "TablePropertiesData::getLimit(Kestrel::SimulationUnitId const&, Kestrel::TablePropertyLimitType) "
+           "const\n",
+           "TablePropertiesData::updateLimits(",
+           "TablePropertiesData::serialization_register(void*)\n",
+           "TablePropertiesData::s_force_serialization_registration\n",
+           "TablePropertySettings::TablePropertySettings(Kestrel::TablePropertySettings const&)\n",
+           "TablePropertySettings::operator=(Kestrel::TablePropertySettings const&)\n",
+           "TablePropertySettings::getDisplayName",
+           "TablePropertySettings::getShortDisplayName",
+           "TablePropertySettings::getTableDisplayName",
+           "TablePropertySettings::getShortTableDisplayName",
+           "TablePropertySettings::getUnitString",
+       })
+    EXPECT_THAT(symbols, testing::HasSubstr(std::string("Kestrel::") + operation));
+}
+
 }  // namespace

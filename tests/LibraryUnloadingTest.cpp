@@ -8,7 +8,7 @@
 
 #include "VantaService_Parameterization/Object.h"
 #include "VantaService_PersistenceArchiver/ArchiveException.h"
-#include "VantaService_PersistenceArchiver/ObjectRecord.h"
+#include "VantaService_PersistenceArchiver/Document.h"
 
 // Libraries with persistent classes that come and go. This program is linked with none of them.
 

@@ -15,7 +15,7 @@
 #include "Business_TableProperties/TablePropertiesData.h"
 #include "Business_TableProperties/TablePropertyLimit.h"
 #include "VantaService_Parameterization/ObjectHelper.h"
-#include "VantaService_PersistenceArchiver/ObjectRecord.h"
+#include "VantaService_PersistenceArchiver/Document.h"
 #include "support/TablePropertiesDataTestAccess.h"
 
 // Documents of every version that users may have. The files are frozen: a program that reads or writes them

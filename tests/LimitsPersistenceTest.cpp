@@ -15,7 +15,7 @@
 #include "VantaService_Parameterization/ArchiveListing.h"
 #include "VantaService_Parameterization/ObjectHelper.h"
 #include "VantaService_PersistenceArchiver/ArchiveException.h"
-#include "VantaService_PersistenceArchiver/ObjectRecord.h"
+#include "VantaService_PersistenceArchiver/Document.h"
 #include "support/DamagedDocument.h"
 #include "support/LimitsWriter.h"
 #include "support/TablePropertiesDataTestAccess.h"
@@ -426,6 +426,64 @@ TEST(LimitsPersistence, LeavesADiscardedLimitNobodysChild) {
   ASSERT_NE(discarded, nullptr);
   EXPECT_EQ(discarded->getParentObject(), nullptr);
   EXPECT_EQ(discarded.use_count(), 1);
+}
+
+/// The root of a document around a collection; keeps the reports of all roots that are read.
+class ReportingRoot : public Object {
+ public:
+  static std::vector<ObjectTreeChangeReasonEx>& reports() {
+    static std::vector<ObjectTreeChangeReasonEx> all;
+    return all;
+  }
+  static void serialization_register(void* record) {
+    fillRegistration<ReportingRoot>(record, "ReportingRoot", 1);
+  }
+
+  void propagateTreeChanged(ObjectTreeChangeReasonEx reason,
+                            std::vector<std::shared_ptr<Object>> const& /*objects*/) override {
+    reports().push_back(reason);
+  }
+  void propagateTreeChanged(ObjectTreeChangeReasonEx reason, std::shared_ptr<Object> /*object*/) override {
+    reports().push_back(reason);
+  }
+
+  std::vector<std::shared_ptr<TablePropertiesData>> collection;
+
+ private:
+  friend class Kestrel::ArchiveAccess;
+
+  void save(PersistenceArchiver& archive, unsigned int /*version*/) const {
+    savePart<Object>(archive, *this);
+    savePointer(archive, collection.front());
+  }
+  void load(PersistenceArchiver& archive, unsigned int /*version*/) {
+    loadPart<Object>(archive, *this);
+    loadPointer(archive, collection.emplace_back());
+  }
+};
+
+bool const s_isReportingRootRegistered =
+    registerClass<ReportingRoot>() && registerParent<Object, ReportingRoot>();
+
+TEST(LimitsPersistence, DiscardsTheLimitsOfOldCollectionsWithoutReports) {
+  ASSERT_TRUE(s_isReportingRootRegistered);
+  auto const root = std::make_shared<ReportingRoot>();
+  std::vector const written{std::make_shared<TablePropertiesData>()};
+  ObjectHelper::addToVectorAtEnd(root.get(), written, root->collection, std::nullopt, 1, false);
+  written.front()->updateLimits({unit('a')});
+  PersistenceArchiver writer;
+  writer.getMapOfClasses().at(registrationRecordOf<TablePropertiesData>().identifier).currentVersion = 500001;
+  savePointer(writer, root);
+  auto const document = writer.genDocument();
+  ReportingRoot::reports().clear();
+
+  auto const loaded = loadDocument<ReportingRoot>(document);
+
+  EXPECT_THAT(ReportingRoot::reports(), IsEmpty());
+  auto const& collection = *loaded->collection.front();
+  EXPECT_EQ(collection.getParentObject(), loaded.get());
+  EXPECT_EQ(collection.getChildCount(), 0U);
+  EXPECT_EQ(collection.getLimit(unit('a'), Type::PilotForce), nullptr);
 }
 
 TEST(LimitsPersistence, ReadsOldLimitsWithoutUnitText) {

@@ -13,7 +13,7 @@
 #include "Business_TableProperties/TablePropertyLimit.h"
 #include "VantaService_Parameterization/ObjectHelper.h"
 #include "VantaService_PersistenceArchiver/ArchiveException.h"
-#include "VantaService_PersistenceArchiver/ObjectRecord.h"
+#include "VantaService_PersistenceArchiver/Document.h"
 #include "support/DamagedDocument.h"
 #include "support/ObjectTestAccess.h"
 #include "support/TablePropertiesDataTestAccess.h"

@@ -136,16 +136,40 @@ TEST_F(ObjectHelperTest, AddsInReverseOrderWhenAskedTo) {
               ElementsAre(TreeReport{childrenAdded, {nodes[2].get(), nodes[1].get(), nodes[0].get()}, true}));
 }
 
-TEST_F(ObjectHelperTest, AnObjectThatIsAddedTwiceAtOnceIsOneChild) {
+TEST_F(ObjectHelperTest, AnObjectThatIsAddedTwiceAtOnceIsTwoChildrenWithTheLaterId) {
   auto const nodes = genNodes({"c", "d"});
   add({nodes[0], nodes[1], nodes[0]});
   EXPECT_THAT(namesOfTarget(), ElementsAre("a", "b", "c", "d", "c"));
-  EXPECT_THAT(childNamesOf(*m_parent), ElementsAre("a", "b", "c", "d"));
-  EXPECT_THAT(childIdsOf(*m_parent), ElementsAre(0, 1, 2, 3));
-  EXPECT_EQ(m_parent->getChildPosition(*nodes[0]), 2U);
+  EXPECT_THAT(childNamesOf(*m_parent), ElementsAre("a", "b", "c", "d", "c"));
+  EXPECT_THAT(childIdsOf(*m_parent), ElementsAre(0, 1, 4, 3, 4));
+  EXPECT_EQ(m_parent->getChildPosition(*nodes[0]), 4U);
   EXPECT_THAT(m_root->getReports(),
               ElementsAre(TreeReport{childrenAdded, {nodes[0].get(), nodes[1].get(), nodes[0].get()}, true}));
+}
 
+TEST_F(ObjectHelperTest, AnObjectThatIsAddedTwiceInReverseOrderHasTheLaterIdToo) {
+  auto const nodes = genNodes({"c", "d"});
+  add({nodes[0], nodes[1], nodes[0]}, std::nullopt, 1, true);
+  EXPECT_THAT(childNamesOf(*m_parent), ElementsAre("a", "b", "c", "d", "c"));
+  EXPECT_EQ(nodes[0]->getChildId(), 4);
+  EXPECT_EQ(nodes[1]->getChildId(), 3);
+}
+
+TEST_F(ObjectHelperTest, AnObjectThatIsTwoChildrenIsRemovedOneByOne) {
+  auto const nodes = genNodes({"c", "d"});
+  add({nodes[0], nodes[1], nodes[0]});
+  m_parent->removeChild(nodes[0]);
+  EXPECT_THAT(childNamesOf(*m_parent), ElementsAre("a", "b", "c", "d"));
+  EXPECT_EQ(m_parent->getChildPosition(*nodes[0]), 2U);
+  EXPECT_EQ(nodes[0]->getParentObject(), m_parent.get());
+  m_parent->removeChild(nodes[0]);
+  EXPECT_THAT(childNamesOf(*m_parent), ElementsAre("a", "b", "d"));
+  EXPECT_EQ(nodes[0]->getParentObject(), nullptr);
+}
+
+TEST_F(ObjectHelperTest, RemovalTakesOutAnObjectThatIsTwoChildren) {
+  auto const nodes = genNodes({"c"});
+  add({nodes[0], nodes[0]});
   ObjectHelper::removeAllFromVector(m_parent.get(), m_target);
   EXPECT_EQ(m_parent->getChildCount(), 0U);
   EXPECT_EQ(nodes[0]->getParentObject(), nullptr);
@@ -250,6 +274,52 @@ TEST_F(ObjectHelperTest, RemovesAllInOrderWithAReportEach) {
   constexpr auto childRemoved = static_cast<ObjectTreeChangeReasonEx>(5);
   EXPECT_THAT(m_root->getReports(), ElementsAre(TreeReport{childRemoved, {nodes[0].get()}, false},
                                                 TreeReport{childRemoved, {nodes[1].get()}, false}));
+}
+
+/// A parent that looks at a list whenever one of its children goes.
+class WatchingNode : public RecordingNode {
+ public:
+  void propagateTreeChanged(ObjectTreeChangeReasonEx /*reason*/,
+                            std::shared_ptr<Object> /*object*/) override {
+    onRemoval();
+  }
+  using RecordingNode::propagateTreeChanged;
+
+  std::function<void()> onRemoval;
+};
+
+TEST(ObjectHelperRemoval, KeepsEveryElementInTheListUntilAllAreReported) {
+  WatchingNode parent;
+  NodeList target;
+  auto const nodes = genNodes({"a", "b"});
+  ObjectHelper::addToVectorAtEnd(&parent, nodes, target, std::nullopt, 1, false);
+  std::vector<NodeList> seen;
+  parent.onRemoval = [&] { seen.push_back(target); };
+  ObjectHelper::removeAllFromVector(&parent, target);
+  EXPECT_THAT(seen, ElementsAre(nodes, nodes));
+  EXPECT_THAT(target, IsEmpty());
+}
+
+TEST(ObjectHelperRemoval, LosesNoElementWhenAReportThrows) {
+  WatchingNode parent;
+  NodeList target;
+  auto const nodes = genNodes({"a", "b"});
+  ObjectHelper::addToVectorAtEnd(&parent, nodes, target, std::nullopt, 1, false);
+  parent.onRemoval = [] { throw std::runtime_error("report"); };
+  EXPECT_THROW(ObjectHelper::removeAllFromVector(&parent, target), std::runtime_error);
+  EXPECT_EQ(target, nodes);
+  EXPECT_THAT(childNamesOf(parent), ElementsAre("b"));
+}
+
+TEST_F(ObjectHelperTest, DetachesAllWithoutReports) {
+  auto const nodes = m_target;
+  m_target.insert(m_target.begin(), nullptr);
+  m_target.push_back(std::make_shared<RecordingNode>("stranger"));
+  ObjectHelper::detachAllFromVector(m_parent.get(), m_target);
+  EXPECT_THAT(m_target, IsEmpty());
+  EXPECT_EQ(m_parent->getChildCount(), 0U);
+  EXPECT_EQ(nodes[0]->getParentObject(), nullptr);
+  EXPECT_THAT(m_root->getReports(), IsEmpty());
 }
 
 TEST_F(ObjectHelperTest, RemovesOnlyWhatTheVectorHolds) {

@@ -10,7 +10,7 @@
 #include "VantaService_Parameterization/Object.h"
 #include "VantaService_Parameterization/ObjectHelper.h"
 #include "VantaService_PersistenceArchiver/ArchiveException.h"
-#include "VantaService_PersistenceArchiver/ObjectRecord.h"
+#include "VantaService_PersistenceArchiver/Document.h"
 #include "support/DamagedDocument.h"
 #include "support/ObjectTestAccess.h"
 

@@ -16,7 +16,7 @@
 #include "VantaService_ExceptionHandling/KeException.h"
 #include "VantaService_PersistenceArchiver/ArchiveException.h"
 #include "VantaService_PersistenceArchiver/ClassRegistration.h"
-#include "VantaService_PersistenceArchiver/ObjectRecord.h"
+#include "VantaService_PersistenceArchiver/Document.h"
 #include "support/DamagedDocument.h"
 
 namespace Kestrel {

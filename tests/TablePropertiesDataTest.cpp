@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <dlfcn.h>
+#include <pthread.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <latch>
@@ -15,6 +18,22 @@
 #include "support/AllocationFailure.h"
 #include "support/RecordingNode.h"
 #include "support/TablePropertiesDataTestAccess.h"
+
+// The sanitizers have a pthread_mutex_lock of their own.
+#if !defined(__SANITIZE_THREAD__) && !defined(__SANITIZE_ADDRESS__) && !defined(__clang__)
+#define KESTREL_COUNTS_LOCKS
+
+namespace {
+thread_local std::size_t s_locks = 0;  ///< mutexes that this thread has locked
+}
+
+extern "C" [[gnu::visibility("default")]] int pthread_mutex_lock(pthread_mutex_t* mutex) noexcept {
+  static auto* const lock =
+      reinterpret_cast<int (*)(pthread_mutex_t*)>(::dlsym(RTLD_NEXT, "pthread_mutex_lock"));
+  ++s_locks;
+  return lock(mutex);
+}
+#endif
 
 namespace Kestrel {
 namespace {
@@ -225,14 +244,34 @@ TEST_F(TablePropertiesDataTest, DetachesAndAdoptsEveryLimitAgainForTheSameUnits)
 
 TEST_F(TablePropertiesDataTest, RebuildsTheMapWhenUnitsComeOrGo) {
   m_data->updateLimits({unit(1), unit(2)});
-  Access::limitsAccessMap(*m_data)[unit(1)].reserve(1000);
   m_data->updateLimits({unit(1)});
   EXPECT_EQ(Access::limitsAccessMap(*m_data).size(), 1U);
-  EXPECT_LT(Access::limitsAccessMap(*m_data)[unit(1)].capacity(), 1000U);
-  Access::limitsAccessMap(*m_data)[unit(1)].reserve(1000);
+  EXPECT_EQ(Access::limitsAccessMap(*m_data)[unit(1)], limits());
   m_data->updateLimits({unit(1), unit(3)});
   EXPECT_EQ(Access::limitsAccessMap(*m_data).size(), 2U);
-  EXPECT_LT(Access::limitsAccessMap(*m_data)[unit(1)].capacity(), 1000U);
+  EXPECT_EQ(Access::limitsAccessMap(*m_data)[unit(3)], LimitList(limits().begin() + 16, limits().end()));
+}
+
+TEST_F(TablePropertiesDataTest, EmptiesTheMapBeforeItFillsIt) {
+  m_data->updateLimits({unit(1)});
+  std::weak_ptr<TablePropertyLimit> const inMapAlone = limits()[0];
+  for (auto& limit : limits()) m_data->removeChild(std::exchange(limit, nullptr));
+  limits()[0] = std::make_shared<TablePropertyLimit>(Type::PilotForce, unit(2), 42.0, "N");
+  {
+    TestSupport::AllocationFailure const failure(0);
+    EXPECT_THROW(Access::setupLimitsAccessMap(*m_data), std::bad_alloc);
+  }
+  EXPECT_TRUE(inMapAlone.expired());
+  EXPECT_THAT(Access::limitsAccessMap(*m_data), IsEmpty());
+  Access::setupLimitsAccessMap(*m_data);
+  EXPECT_EQ(limitOf(2, Type::PilotForce), 42.0);
+}
+
+TEST_F(TablePropertiesDataTest, HoldsItsThreeFieldsSideBySideInOrder) {
+  auto const* const begin = reinterpret_cast<char const*>(&limits());
+  EXPECT_EQ(reinterpret_cast<char const*>(&Access::limitsAccessMap(*m_data)) - begin, 24);
+  EXPECT_EQ(reinterpret_cast<char const*>(&Access::dataVersion(*m_data)) - begin, 72);
+  EXPECT_EQ(begin - reinterpret_cast<char const*>(m_data.get()), sizeof(Object));
 }
 
 TEST_F(TablePropertiesDataTest, OfAnEmptyListLosesAllLimits) {
@@ -352,7 +391,7 @@ TEST_F(TablePropertiesDataTest, SurvivesEmptyPointersAndALimitThatIsHeldTwice) {
   ASSERT_EQ(limits().size(), 2U);
   EXPECT_EQ(limits()[0], limits()[1]);
   EXPECT_EQ(limits()[0]->getLimit(), 42.0);
-  EXPECT_EQ(m_data->getChildCount(), 1U);
+  EXPECT_EQ(m_data->getChildCount(), 2U);
 }
 
 TEST_F(TablePropertiesDataTest, LeavesALimitThatOutlivesItWithoutParent) {
@@ -366,6 +405,24 @@ TEST_F(TablePropertiesDataTest, LeavesALimitThatOutlivesItWithoutParent) {
   EXPECT_EQ(held->getLimit(), 1.0);
   EXPECT_TRUE(notHeld.expired());
 }
+
+#ifdef KESTREL_COUNTS_LOCKS
+TEST_F(TablePropertiesDataTest, LocksTheDefaultsOncePerOperation) {
+  auto const locksOf = [](auto const& operate) {
+    s_locks = 0;
+    operate();
+    return s_locks;
+  };
+  EXPECT_EQ(locksOf([&] { m_data->updateLimits({unit(1), unit(2), unit(3)}); }), 1U);
+  EXPECT_EQ(locksOf([&] { m_data->updateLimits({unit(1), unit(4), unit(5)}); }), 1U);
+  EXPECT_EQ(locksOf([&] { m_data->updateLimits({unit(1), unit(4), unit(5)}); }), 0U);
+  Access::dataVersion(*m_data) = 24;
+  EXPECT_EQ(locksOf([&] { Access::extendLimits(*m_data); }), 1U);
+  Access::dataVersion(*m_data) = 26;
+  EXPECT_EQ(locksOf([&] { Access::extendLimits(*m_data); }), 1U);
+  EXPECT_EQ(locksOf([&] { Access::setupLimitsAccessMap(*m_data); }), 0U);
+}
+#endif
 
 class TablePropertiesDataExtension : public TablePropertiesDataTest {
  protected:

@@ -61,6 +61,23 @@ TEST(TablePropertyLimitType, HasTheseNumbers) {
   for (auto const& [type, number] : numbers) EXPECT_EQ(static_cast<unsigned int>(type), number);
 }
 
+/// Takes no value by `setLimit`.
+class FixedLimit : public TablePropertyLimit {
+ public:
+  using TablePropertyLimit::TablePropertyLimit;
+  void setLimit(double /*limit*/) override {}
+};
+
+TEST(TablePropertyLimit, SetsTheMaxLimitWithoutTheSetLimitOfADerivedClass) {
+  auto const limit = std::make_shared<FixedLimit>(TablePropertyLimitType::PilotForce, op20, 500.0, "N");
+  std::vector<double> notified;
+  Signals::Connection const connection =
+      limit->connectToSigLimitsChanged([&] { notified.push_back(limit->getLimit()); });
+  limit->setMaxLimit(7.5);
+  EXPECT_EQ(limit->getLimit(), 7.5);
+  EXPECT_THAT(notified, ElementsAre(7.5));
+}
+
 TEST(TablePropertyLimit, HoldsWhatItWasMadeOf) {
   TablePropertyLimit const limit(TablePropertyLimitType::SuctionDistance, op20, 1.5, "mm");
   EXPECT_EQ(limit.getType(), TablePropertyLimitType::SuctionDistance);

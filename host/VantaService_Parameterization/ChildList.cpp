@@ -36,6 +36,7 @@ void ChildList::reserve(std::size_t count) {
 
 void ChildList::append(std::shared_ptr<Object> const& child) noexcept {
   std::size_t const slot = m_slots.size();
+  if (holds(*child)) ++m_repetitions;
   if (slot % bitsPerWord == 0) {
     // A node of the tree counts the words since the one that its number without its lowest bit names.
     std::size_t const node = m_counts.size() + 1;
@@ -69,9 +70,10 @@ void ChildList::occupy(std::shared_ptr<Object> const& child, std::size_t slot) n
     m_freshIds.first = std::int64_t{child->m_childId} + 1;
 }
 
-void ChildList::remove(Object const& child) noexcept {
+void ChildList::remove(Object& child) noexcept {
   std::size_t const slot = child.m_slot;
   m_slots[slot].reset();
+  if (m_repetitions != 0) findAgain(child);
   m_occupied[slot / bitsPerWord] &= ~bitOf(slot);
   count(slot / bitsPerWord, ~std::size_t{0});
   if (--m_size == 0) {
@@ -79,6 +81,16 @@ void ChildList::remove(Object const& child) noexcept {
     m_occupied.clear();
     m_counts.clear();
     m_freshIds = allIds;
+  }
+}
+
+/// Gives a child that was taken out of its slot the last one that it still has.
+void ChildList::findAgain(Object& child) noexcept {
+  for (std::size_t slot = m_slots.size(); slot-- != 0;) {
+    if (m_slots[slot].get() != &child) continue;
+    child.m_slot = static_cast<SlotNumber>(slot);
+    --m_repetitions;
+    return;
   }
 }
 

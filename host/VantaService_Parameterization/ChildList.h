@@ -26,8 +26,9 @@ class ChildList {
   /// failure (out of memory) nothing has changed.
   void reserve(std::size_t count);
 
-  /// Appends a child and takes its child id out of the free ones. O(log n). REQUIRES: room, see `reserve`; a
-  /// child that lies in no list.
+  /// Appends a child and takes its child id out of the free ones. A child that the list holds already stands
+  /// in it twice from then on, at its last place as far as others ask. O(log n). REQUIRES: room, see
+  /// `reserve`; a child that lies in no other list.
   void append(std::shared_ptr<Object> const& child) noexcept;
 
   /// Opens `count` empty slots, numbered from 0. Linear. REQUIRES: a list that never had a child.
@@ -37,8 +38,9 @@ class ChildList {
   /// slot does not exist or is taken. O(log n). REQUIRES: a child that lies in no list.
   [[nodiscard]] bool put(std::shared_ptr<Object> const& child, std::size_t slot) noexcept;
 
-  /// Takes a child out. O(log n). REQUIRES: holds(child); the caller keeps the child alive.
-  void remove(Object const& child) noexcept;
+  /// Takes a child out, at the last of its places if it has several. O(log n); linear while any child stands
+  /// in the list more than once. REQUIRES: holds(child); the caller keeps the child alive.
+  void remove(Object& child) noexcept;
 
   /// Unlinks the children from their parent and lets go of them, in order.
   void releaseAll() noexcept;
@@ -72,6 +74,7 @@ class ChildList {
   static constexpr IdRange allIds{0, std::int64_t{1} << 31};
 
   void occupy(std::shared_ptr<Object> const& child, std::size_t slot) noexcept;
+  void findAgain(Object& child) noexcept;
   void closeGaps() noexcept;
   void count(std::size_t word, std::size_t difference) noexcept;
   [[nodiscard]] std::size_t countBefore(std::size_t word) const;
@@ -81,7 +84,8 @@ class ChildList {
   std::vector<std::uint64_t> m_occupied;         ///< one bit per slot
   std::vector<std::size_t> m_counts;             ///< Fenwick tree over the words of m_occupied
   std::size_t m_size = 0;
-  IdRange m_freshIds = allIds;  ///< a run of ids that no child has
+  std::size_t m_repetitions = 0;  ///< children less different children
+  IdRange m_freshIds = allIds;    ///< a run of ids that no child has
 };
 
 }  // namespace Kestrel

@@ -196,15 +196,20 @@ std::shared_ptr<Object> Object::getChild(std::size_t position) const {
 }
 
 std::optional<std::size_t> Object::getChildPosition(Object const& child) const {
-  if (!m_attachments || !m_attachments->children.holds(child)) return std::nullopt;
+  if (!hasChild(child)) return std::nullopt;
   return m_attachments->children.positionOf(child);
 }
 
 void Object::removeChild(std::shared_ptr<Object> child) {
-  if (!child || !m_attachments || !m_attachments->children.holds(*child)) return;
-  m_attachments->children.remove(*child);
-  child->setParentObject(nullptr);
+  if (!child || !hasChild(*child)) return;
+  detachChild(*child);
   propagateTreeChanged(ObjectTreeChangeReasonEx::ChildRemoved, std::move(child));
+}
+
+void Object::detachChild(Object& child) noexcept {
+  auto& children = m_attachments->children;
+  children.remove(child);
+  if (!children.holds(child)) child.setParentObject(nullptr);
 }
 
 void Object::emitSigChanged() const {
@@ -219,8 +224,10 @@ Signals::Connection Object::connectToSigChanged(Signals::Slot<void()> const& slo
   return signal->connect(slot);
 }
 
-bool Object::existChild(std::shared_ptr<Object const> child) const {
-  return child && m_attachments && m_attachments->children.holds(*child);
+bool Object::existChild(std::shared_ptr<Object const> child) const { return child && hasChild(*child); }
+
+bool Object::hasChild(Object const& child) const noexcept {
+  return m_attachments && m_attachments->children.holds(child);
 }
 
 void Object::setObjectName(std::string const& name) {
@@ -238,7 +245,6 @@ void Object::reserveChildren(std::size_t count) { getAttachments().children.rese
 
 void Object::appendChild(std::shared_ptr<Object> const& child) noexcept {
   m_attachments->children.append(child);
-  child->setParentObject(this);
 }
 
 Object::Attachments& Object::getAttachments() {

@@ -136,8 +136,12 @@ class Object : public std::enable_shared_from_this<Object> {
   void getUniqueChildIds(std::size_t count, std::vector<int>& ids) const;
   /// Makes room for `count` more children.
   void reserveChildren(std::size_t count);
-  /// REQUIRES: room, and a child of no other object.
+  /// REQUIRES: room, and the object as the child's parent.
   void appendChild(std::shared_ptr<Object> const& child) noexcept;
+  [[nodiscard]] bool hasChild(Object const& child) const noexcept;
+  /// Takes a child out of the list of children, the later one of two, and unlinks it when it was the only
+  /// one. REQUIRES: hasChild(child).
+  void detachChild(Object& child) noexcept;
 
   [[nodiscard]] Attachments& getAttachments();
 

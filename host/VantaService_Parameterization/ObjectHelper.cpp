@@ -1,5 +1,7 @@
 #include "VantaService_Parameterization/ObjectHelper.h"
 
+#include <cassert>
+
 #include "VantaService_Parameterization/ChildList.h"
 #include "VantaService_Parameterization/ObjectException.h"
 
@@ -12,12 +14,20 @@ namespace {
                         ObjectException::ExceptionType::InvalidChild);
 }
 
+/// Whether the tree stays one when `child` is put below `parent`.
+[[maybe_unused]] bool isBelowOrElsewhere(Object const& child, Object const& parent) {
+  for (auto const* above = &parent; above != nullptr; above = above->getParentObject())
+    if (above == &child) return false;
+  return true;
+}
+
 }  // namespace
 
 void ObjectHelper::check(Object const& parent, std::vector<std::shared_ptr<Object>> const& children) {
   for (auto const& child : children) {
     if (!child) refuse(": Nullptr add attempted");
     if (parent.existChild(child)) refuse(": Element already exists in child collection");
+    assert(isBelowOrElsewhere(*child, parent));
     if (child->getParentObject() != nullptr) refuse(": Element is already child of another");
   }
 }
@@ -27,19 +37,21 @@ void ObjectHelper::adopt(Object& parent, std::vector<std::shared_ptr<Object>> co
   constexpr int freshIds = 1;
   std::vector<int> ids;
   if (idMode == freshIds) parent.getUniqueChildIds(children.size(), ids);
-  if (reversed) std::reverse(ids.begin(), ids.end());
   parent.reserveChildren(children.size());
   auto const sharedName = name ? std::make_shared<std::string const>(*name) : nullptr;
 
   // From here on nothing can fail.
   for (std::size_t i = 0; i < children.size(); ++i) {
-    Object& child = *children[i];
-    // It occurs twice.
-    if (child.getParentObject() == &parent) continue;
-    if (name) child.setSharedName(sharedName);
-    if (idMode == freshIds) child.m_childId = ids[i];
-    parent.appendChild(children[i]);
+    children[i]->setParentObject(&parent);
+    if (name) children[i]->setSharedName(sharedName);
+    if (idMode == freshIds) children[i]->m_childId = ids[i];
   }
+  for (std::size_t i = 0; i < children.size(); ++i)
+    parent.appendChild(children[reversed ? children.size() - 1 - i : i]);
+}
+
+void ObjectHelper::detach(Object& parent, Object& child) noexcept {
+  if (parent.hasChild(child)) parent.detachChild(child);
 }
 
 }  // namespace Kestrel

@@ -23,7 +23,7 @@ class ObjectHelper {
   ///
   /// Reports `ChildrenAdded` with the objects, in the order in which they were appended, once and on the root
   /// of the tree; an empty `added` changes and reports nothing. An object that occurs twice in `added`
-  /// becomes one child, at its first place and with one id; `target` and the report hold it twice.
+  /// becomes two children, with the later of its two ids.
   ///
   /// Errors: ObjectException of type `InvalidChild`, decided by the first object of `added` that is an empty
   /// pointer, a child of `parent`, or a child of another parent. Then, and when memory runs out, nothing has
@@ -41,21 +41,30 @@ class ObjectHelper {
     std::size_t const count = added.size();
     if (target.capacity() - target.size() < count)
       target.reserve(std::max(target.size() + count, 2 * target.size()));
-    if (reversed) std::reverse(children.begin(), children.end());
     adopt(*parent, children, name, idMode, reversed);
+    if (reversed) std::reverse(children.begin(), children.end());
     for (std::size_t i = 0; i < count; ++i) target.push_back(added[reversed ? count - 1 - i : i]);
     parent->getRootObject()->propagateTreeChanged(ObjectTreeChangeReasonEx::ChildrenAdded, children);
   }
 
-  /// Removes the objects of `target` from the children of `parent`, in order and with one report each, and
+  /// Removes the objects of `target` from the children of `parent`, in order and with one report each, then
   /// empties `target`, which keeps its capacity. Empty pointers and objects that are no children of `parent`
-  /// are passed over. During the reports, and when one throws, `target` holds empty pointers in place of the
-  /// objects that are done. O(log n) per object.
+  /// are passed over. During the reports, and when one throws, `target` holds all of its objects. O(log n)
+  /// per object.
   template <typename T>
   static void removeAllFromVector(Object* parent, std::vector<std::shared_ptr<T>>& target) {
-    // By index: an override of the report may add to the vector.
+    // By index, and with a pointer of its own: an override of the report may add to the vector.
     for (std::size_t i = 0; i < target.size(); ++i)
-      if (target[i]) parent->removeChild(std::move(target[i]));
+      if (auto const child = target[i]) parent->removeChild(child);
+    target.clear();
+  }
+
+  /// As `removeAllFromVector`, without reports: for objects that became children while they were read and
+  /// that nobody has seen yet.
+  template <typename T>
+  static void detachAllFromVector(Object* parent, std::vector<std::shared_ptr<T>>& target) noexcept {
+    for (auto const& child : target)
+      if (child) detach(*parent, *child);
     target.clear();
   }
 
@@ -63,10 +72,13 @@ class ObjectHelper {
   /// Throws for the first object that cannot become a child of `parent`.
   static void check(Object const& parent, std::vector<std::shared_ptr<Object>> const& children);
 
-  /// Links, names and numbers the objects and appends them to the parent's children. Either all or, when
-  /// memory runs out, none. Ids are given in the reverse order when `reversed`.
+  /// Links, names and numbers the objects in order and appends them to the parent's children, in the reverse
+  /// order when `reversed`. Either all or, when memory runs out, none.
   static void adopt(Object& parent, std::vector<std::shared_ptr<Object>> const& children,
                     std::optional<std::string> const& name, int idMode, bool reversed);
+
+  /// Does nothing for an object that is no child of `parent`.
+  static void detach(Object& parent, Object& child) noexcept;
 };
 
 }  // namespace Kestrel

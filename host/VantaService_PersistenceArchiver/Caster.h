@@ -17,8 +17,6 @@ class Caster {
   [[nodiscard]] virtual void* upCast(void* derived) const = 0;
   /// The object of the derived class that a base part belongs to; null when it is of another class.
   [[nodiscard]] virtual void* downCast(void* base) const = 0;
-
-  [[nodiscard]] void const* downCast(void const* base) const { return downCast(const_cast<void*>(base)); }
 };
 
 /// The caster of two classes that are known to the compiler.
@@ -31,8 +29,6 @@ class CasterAccess final : public Caster {
                 "a virtual base can be left by a dynamic cast only");
 
  public:
-  using Caster::downCast;
-
   [[nodiscard]] void* upCast(void* derived) const override {
     return static_cast<Base*>(static_cast<Derived*>(derived));
   }

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <new>
+#include <stdexcept>
 #include <string>
 #include <typeinfo>
 
@@ -10,7 +11,14 @@
 #include "VantaService_PersistenceArchiver/PersistenceArchiver.h"
 #include "VantaService_PersistenceArchiver/PointerMapContainer.h"
 
+// Together with ObjectRecord.h this is made of the archive's own operations and of the classes' registration
+// records, so that it goes with any archive that has them.
+
 namespace Kestrel {
+
+/// The type hash of records that are no object of a registered class: nested containers, and records whose
+/// class is known from where they stand.
+inline constexpr unsigned int noTypeHash = 0xBBAFA6C8;
 
 /// Reaches the private `save`, `load` and default constructor of a persistent class, which declares it its
 /// friend: `friend class ArchiveAccess;`.
@@ -56,6 +64,16 @@ template <typename T>
   return record;
 }
 
+/// The same for a class that is to be written or read.
+///
+/// Errors: std::runtime_error when the archive's registry refused the class.
+template <typename T>
+[[nodiscard]] BaseClassRegister const& usableRegistrationOf() {
+  auto const& record = registrationOf<T>();
+  if (record.identifier == 0) throw std::runtime_error(record.name + " is not registered with the archive");
+  return record;
+}
+
 /// Keeps a class in the archive's registry, from its construction to its destruction. Made as a static object
 /// of the library that holds the class, it registers the class when the library is loaded and withdraws it
 /// when the library is unloaded.
@@ -71,21 +89,30 @@ class ClassRegistration {
     record.dynamicType = &dynamicType;
     record.pointerMapFactory = &genPointerMap;
     auto const* const registered = PersistenceArchiver::registerFactory(name, record, version);
-    if (registered == nullptr) return;
+    if (registered == nullptr || registered->identifier == 0) {
+      m_record.name = name;
+      return;
+    }
     m_record = *registered;
     PersistenceArchiver::registerHash(PersistenceArchiver::getHashForName(typeid(T).name()),
                                       m_record.identifier);
   }
   ClassRegistration(ClassRegistration const&) = delete;
   ClassRegistration& operator=(ClassRegistration const&) = delete;
-  ~ClassRegistration() {
-    if (m_record.identifier != 0) PersistenceArchiver::withdrawFactory(m_record.identifier);
-  }
+  ~ClassRegistration() { withdraw<PersistenceArchiver>(m_record.identifier); }
 
-  /// A copy of the registry's record; its identifier is 0 when the class could not be registered.
+  /// A copy of the registry's record; it has the name alone, and the identifier 0, when the registry refused
+  /// the class.
   [[nodiscard]] BaseClassRegister const& getRecord() const { return m_record; }
 
  private:
+  /// An archive without such an operation keeps its records as long as the process.
+  template <typename Archive>
+  static void withdraw([[maybe_unused]] unsigned int identifier) {
+    if constexpr (requires { Archive::withdrawFactory(identifier); })
+      if (identifier != 0) Archive::withdrawFactory(identifier);
+  }
+
   [[nodiscard]] static unsigned int dynamicType(void const* object) {
     auto const& type = typeid(*static_cast<T const*>(object));
     // The same answer as that of the registry, without asking it.
@@ -119,7 +146,7 @@ template <typename T>
 [[nodiscard]] unsigned int identifierOf() {
   unsigned int const hash = PersistenceArchiver::getHashForName(typeid(T).name());
   unsigned int const identifier = PersistenceArchiver::getHashForType(hash);
-  return identifier != PersistenceArchiver::noTypeHash ? identifier : hash;
+  return identifier != noTypeHash ? identifier : hash;
 }
 
 /// Makes it known to the archive that `Derived` is derived from `Base`, for as long as the library that calls

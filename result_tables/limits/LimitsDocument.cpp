@@ -4,7 +4,7 @@
 
 #include <exception>
 
-#include "VantaService_PersistenceArchiver/ObjectRecord.h"
+#include "VantaService_PersistenceArchiver/Document.h"
 #include "result_tables/base/Error.h"
 #include "result_tables/base/File.h"
 #include "result_tables/base/Text.h"

@@ -15,7 +15,7 @@
 #include "VantaService_ExceptionHandling/KeException.h"
 #include "VantaService_Parameterization/ArchiveListing.h"
 #include "VantaService_PersistenceArchiver/ArchiveException.h"
-#include "VantaService_PersistenceArchiver/ObjectRecord.h"
+#include "VantaService_PersistenceArchiver/Document.h"
 #include "support/DamagedDocument.h"
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size);

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "VantaService_PersistenceArchiver/ArchiveException.h"
-#include "VantaService_PersistenceArchiver/ObjectRecord.h"
+#include "VantaService_PersistenceArchiver/Document.h"
 
 namespace Kestrel {
 

@@ -9,7 +9,7 @@
 #include "Business_EvaluationInterface/SimulationUnitId.h"
 #include "Business_TableProperties/TablePropertiesData.h"
 #include "Business_TableProperties/TablePropertyLimit.h"
-#include "VantaService_PersistenceArchiver/ObjectRecord.h"
+#include "VantaService_PersistenceArchiver/Document.h"
 
 namespace Kestrel {
 
