@@ -75,6 +75,9 @@ void setFailureTexts(MaxValueGroupContainer& container) {
 
 /// Access to the entries of a map for keys that come in rounds, mostly the same keys in the same order in
 /// each round: such a key costs one comparison with the key that came at its place in the round before.
+///
+/// The tables of 20,000 joining tongs over 100 steps take 159 ms with it and 410 ms without, spot welds 390
+/// and 937 ms, line welds 1.0 and 2.8 s (benchmarks/families).
 template <typename Map>
 class RecurringKeys {
  public:
@@ -293,8 +296,7 @@ double SimUnitMaxValuesProvider::computeMaxValue(StepValues<double>& values) con
   return current;
 }
 
-/// Makes the rows of a section, one tool after the other. Where the series of a tool come in the order in
-/// which those of the tool before came, each costs one comparison of names to find its column.
+/// Makes the rows of a section, one tool after the other.
 class SimUnitMaxValuesProvider::RowMaker {
  public:
   RowMaker(SimUnitMaxValuesProvider const& provider,
@@ -311,10 +313,8 @@ class SimUnitMaxValuesProvider::RowMaker {
   std::vector<double> makeRow(std::string const& toolId, ToolForces* toolForces) {
     std::vector<double> row(m_columns.size(), 0.0);
     if (toolForces != nullptr) {
-      std::size_t place = 0;
       for (auto const& [quantity, series] : *toolForces) {
-        auto const* column = columnAt(place++, quantity);
-        if (series) setMaxValue(row, column, *series);
+        if (series) setMaxValue(row, columnOf(quantity), *series);
       }
     }
     if (m_tangentialForce != nullptr) {
@@ -331,15 +331,6 @@ class SimUnitMaxValuesProvider::RowMaker {
     return found == m_columns.end() ? nullptr : &found->second;
   }
 
-  unsigned int const* columnAt(std::size_t place, std::string const& quantity) {
-    if (place == m_found.size()) {
-      m_found.emplace_back(quantity, columnOf(quantity));
-    } else if (m_found[place].first != quantity) {
-      m_found[place] = {quantity, columnOf(quantity)};
-    }
-    return m_found[place].second;
-  }
-
   void setMaxValue(std::vector<double>& row, unsigned int const* column, StepValues<double>& series) const {
     // A map of repeated names holds a column beyond the row, which has one value per entry.
     if (column != nullptr && *column < row.size()) row[*column] = m_provider.computeMaxValue(series);
@@ -347,8 +338,7 @@ class SimUnitMaxValuesProvider::RowMaker {
 
   SimUnitMaxValuesProvider const& m_provider;
   std::map<std::string, unsigned int> m_columns;
-  unsigned int const* m_tangentialForce;                             // into the map
-  std::vector<std::pair<std::string, unsigned int const*>> m_found;  // by place among the tools' series
+  unsigned int const* m_tangentialForce;  // into the map
 };
 
 void SimUnitMaxValuesProvider::assembleGroup(
