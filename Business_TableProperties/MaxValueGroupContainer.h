@@ -58,11 +58,6 @@ struct KESTREL_TABLEPROPERTIES_EXPORT MaxValueGroupContainer {
 
   /// An empty table of the family `type` in the unit `unitId`.
   MaxValueGroupContainer(DataType type, SimulationUnitId const& unitId);
-  MaxValueGroupContainer(MaxValueGroupContainer const& other);
-  MaxValueGroupContainer(MaxValueGroupContainer&& other) noexcept;
-  // As far as the host's identifiers can be assigned.
-  MaxValueGroupContainer& operator=(MaxValueGroupContainer const& other) = default;
-  MaxValueGroupContainer& operator=(MaxValueGroupContainer&& other) = default;
   ~MaxValueGroupContainer();
 
   DataType dataType;                  ///< the family as it was asked for

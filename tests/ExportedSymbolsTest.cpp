@@ -49,8 +49,6 @@ TEST(ExportedSymbols, HoldAllPublicOperationsOfTheExportedClasses) {
   for (auto const* const operation : {
            "MaxValueGroupContainer::MaxValueGroupContainer(Kestrel::MaxValueGroupContainer::DataType, "
            "Kestrel::SimulationUnitId const&)\n",
-           "MaxValueGroupContainer::MaxValueGroupContainer(Kestrel::MaxValueGroupContainer const&)\n",
-           "MaxValueGroupContainer::MaxValueGroupContainer(Kestrel::MaxValueGroupContainer&&)\n",
            "MaxValueGroupContainer::~MaxValueGroupContainer()\n",
            "SimUnitMaxValuesProvider::SimUnitMaxValuesProvider(Kestrel::SimulationUnit const&, "
            "std::weak_ptr<Kestrel::SimulationResult>)\n",
