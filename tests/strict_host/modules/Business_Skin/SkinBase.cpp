@@ -1,0 +1,7 @@
+#include "Business_Skin/SkinBase.h"
+
+namespace Kestrel {
+
+SkinBase::~SkinBase() = default;
+
+}  // namespace Kestrel

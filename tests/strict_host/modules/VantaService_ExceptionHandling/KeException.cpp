@@ -1,0 +1,9 @@
+#include "VantaService_ExceptionHandling/KeException.h"
+
+namespace Kestrel {
+
+KeException::KeException() = default;
+
+KeException::~KeException() = default;
+
+}  // namespace Kestrel
