@@ -1,11 +1,6 @@
-# Installs the build in BINARY_DIR and uses what is installed as others would: a program outside the tree, the installed
-# program itself, and a build of the library against a host that is supplied from outside.
-function(run)
-  execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
-  if(NOT result EQUAL 0)
-    message(FATAL_ERROR "${ARGN}\n${output}")
-  endif()
-endfunction()
+# Installs the build in BINARY_DIR and uses what is installed as others would: a program outside the tree, and the
+# installed program itself.
+include(${CMAKE_CURRENT_LIST_DIR}/support/Run.cmake)
 
 function(expect_output expected)
   execute_process(COMMAND ${CMAKE_COMMAND} -E env LC_ALL=C ${ARGN}
@@ -33,20 +28,3 @@ Clamps, Distances
 " ${WORK_DIR}/build/print_table)
 
 expect_output("result-tables ${VERSION}\n" ${prefix}/bin/result-tables --version)
-
-file(WRITE ${WORK_DIR}/host/OtherHostConfig.cmake "
-include(CMakeFindDependencyMacro)
-find_dependency(Boost)
-add_library(Kestrel::Host SHARED IMPORTED)
-set_target_properties(Kestrel::Host PROPERTIES
-  IMPORTED_LOCATION \"${prefix}/${LIBDIR}/libKestrelHost.so\"
-  INTERFACE_INCLUDE_DIRECTORIES \"${prefix}/include/kestrel\"
-  INTERFACE_LINK_LIBRARIES Boost::headers)
-")
-run(${CMAKE_COMMAND} -S ${SOURCE_DIR} -B ${WORK_DIR}/library ${compiler}
-    -DKESTREL_HOST=OtherHost -DOtherHost_DIR=${WORK_DIR}/host)
-run(${CMAKE_COMMAND} --build ${WORK_DIR}/library)
-if(NOT EXISTS ${WORK_DIR}/library/Business_TableProperties/libBusiness_TableProperties.so
-   OR EXISTS ${WORK_DIR}/library/host)
-  message(FATAL_ERROR "the library was not built against the other host")
-endif()

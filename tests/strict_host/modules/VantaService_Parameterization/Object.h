@@ -16,7 +16,7 @@ class PersistenceArchiver;
 
 namespace StrictHost {
 struct ObjectView;
-}
+}  // namespace StrictHost
 
 class Object : public std::enable_shared_from_this<Object> {
  public:

@@ -4,6 +4,10 @@
 #include <memory>
 #include <utility>
 
+namespace Kestrel {
+class Object;
+}
+
 namespace Kestrel::Signals {
 
 template <typename Signature>
@@ -28,11 +32,14 @@ class Connection {
   explicit Connection(Slot<void()> const& slot) : m_callable(slot.m_callable) {}
 
   void disconnect() { *m_callable = nullptr; }
+
+ private:
+  friend class Kestrel::Object;
+
   void call() const {
     if (*m_callable) (*m_callable)();
   }
 
- private:
   std::shared_ptr<std::function<void()>> m_callable;
 };
 

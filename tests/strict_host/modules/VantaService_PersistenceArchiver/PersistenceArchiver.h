@@ -14,7 +14,7 @@ namespace Kestrel {
 
 namespace StrictHost {
 class Archive;
-}
+}  // namespace StrictHost
 
 /// The application makes archives and ends them (`StrictHost::Archive`); the library is handed one.
 class PersistenceArchiver {
