@@ -2,8 +2,7 @@
 
 namespace Kestrel {
 
-ObjectException::ObjectException(std::string const& message, ExceptionType type)
-    : m_message(message), m_type(type) {}
+ObjectException::ObjectException(std::string const& message, ExceptionType /*type*/) : m_message(message) {}
 
 ObjectException::~ObjectException() = default;
 

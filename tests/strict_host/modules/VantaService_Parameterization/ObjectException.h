@@ -18,7 +18,6 @@ class ObjectException : public KeException {
 
  private:
   std::string m_message;
-  ExceptionType m_type;
 };
 
 }  // namespace Kestrel
