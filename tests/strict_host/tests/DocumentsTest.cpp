@@ -62,7 +62,7 @@ struct Writer {
   bool hasUnknownFields = false;
   unsigned int limitClass = Archive::identifierOf("TablePropertyLimit");
 
-  Document genDocument() const {
+  [[nodiscard]] Document genDocument() const {
     Archive archive;
     archive.setVersion("TablePropertiesData", collectionVersion);
     archive.setVersion("TablePropertyLimit", limitVersion);
