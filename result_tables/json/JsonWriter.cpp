@@ -46,6 +46,46 @@ void JsonWriter::integer(std::uint64_t value) { m_writer.Uint64(value); }
 void JsonWriter::boolean(bool value) { m_writer.Bool(value); }
 void JsonWriter::null() { m_writer.Null(); }
 
+void JsonWriter::beginObject(std::string_view name) {
+  key(name);
+  beginObject();
+}
+
+void JsonWriter::beginArray(std::string_view name) {
+  key(name);
+  beginArray();
+}
+
+void JsonWriter::beginInlineArray(std::string_view name) {
+  key(name);
+  beginInlineArray();
+}
+
+void JsonWriter::text(std::string_view name, std::string_view value) {
+  key(name);
+  string(value);
+}
+
+void JsonWriter::number(std::string_view name, double value) {
+  key(name);
+  number(value);
+}
+
+void JsonWriter::integer(std::string_view name, std::uint64_t value) {
+  key(name);
+  integer(value);
+}
+
+void JsonWriter::flag(std::string_view name, bool value) {
+  key(name);
+  boolean(value);
+}
+
+void JsonWriter::null(std::string_view name) {
+  key(name);
+  null();
+}
+
 std::string JsonWriter::take() {
   std::string document(m_buffer.GetString(), m_buffer.GetSize());
   document += '\n';

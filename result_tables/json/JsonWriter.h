@@ -34,6 +34,16 @@ class JsonWriter {
   void boolean(bool value);
   void null();
 
+  // The members of an object.
+  void beginObject(std::string_view key);
+  void beginArray(std::string_view key);
+  void beginInlineArray(std::string_view key);
+  void text(std::string_view key, std::string_view value);
+  void number(std::string_view key, double value);
+  void integer(std::string_view key, std::uint64_t value);
+  void flag(std::string_view key, bool value);
+  void null(std::string_view key);
+
   /// The document, closed by a line feed. The writer is empty afterwards.
   [[nodiscard]] std::string take();
 

@@ -9,6 +9,7 @@
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
 #include "result_tables/json/JsonWriter.h"
+#include "result_tables/render/Ansi.h"
 
 namespace Kestrel::ResultTables {
 
@@ -40,29 +41,20 @@ std::string lineOf(TableFindings const& table, Finding const& finding) {
 
 void writeFinding(JsonWriter& json, std::string const& file, TableFindings const& table,
                   Finding const& finding) {
-  auto const text = [&json](std::string_view key, std::string_view value) {
-    json.key(key);
-    json.string(value);
-  };
   json.beginObject();
-  text("file", file);
-  text("unit", table.unit);
-  text("family", table.family);
-  text("group", finding.group);
-  text("subGroup", finding.subGroup);
-  text("item", finding.item);
-  text("kind", finding.exceeded ? "exceeded" : "invalid");
+  json.text("file", file);
+  json.text("unit", table.unit);
+  json.text("family", table.family);
+  json.text("group", finding.group);
+  json.text("subGroup", finding.subGroup);
+  json.text("item", finding.item);
+  json.text("kind", finding.exceeded ? "exceeded" : "invalid");
   if (finding.exceeded) {
-    text("column", finding.exceeded->column);
-    json.key("value");
-    json.number(finding.exceeded->value);
-    json.key("limit");
-    json.number(finding.exceeded->limit.value);
+    json.text("column", finding.exceeded->column);
+    json.number("value", finding.exceeded->value);
+    json.number("limit", finding.exceeded->limit.value);
   } else {
-    for (auto const* const key : {"column", "value", "limit"}) {
-      json.key(key);
-      json.null();
-    }
+    for (auto const* const key : {"column", "value", "limit"}) json.null(key);
   }
   json.endObject();
 }
@@ -98,7 +90,7 @@ std::string renderFindingsAsText(std::vector<FileFindings> const& files, TextSty
         ++(finding.exceeded ? exceeded : invalid);
         auto const line = lineOf(table, finding);
         auto const prefix = files.size() > 1 ? toPrintable(file.file) + ": " : std::string();
-        out += prefix + (style.colour ? "\x1b[31m" + line + "\x1b[0m" : line) + '\n';
+        out += prefix + red(line, style.colour) + '\n';
       }
     }
   }
@@ -109,8 +101,7 @@ std::string renderFindingsAsText(std::vector<FileFindings> const& files, TextSty
 std::string renderFindingsAsJson(std::vector<FileFindings> const& files) {
   JsonWriter json;
   json.beginObject();
-  json.key("findings");
-  json.beginArray();
+  json.beginArray("findings");
   for (auto const& file : files) {
     for (auto const& table : file.tables) {
       for (auto const& finding : table.findings) writeFinding(json, file.file, table, finding);

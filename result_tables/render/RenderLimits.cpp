@@ -8,34 +8,25 @@
 #include "result_tables/base/Translate.h"
 #include "result_tables/json/JsonWriter.h"
 #include "result_tables/limits/LimitType.h"
+#include "result_tables/render/Ansi.h"
+#include "result_tables/render/NumberCell.h"
 
 namespace Kestrel::ResultTables {
 
 namespace {
 
-/// A number as text, cut at its decimal point.
-struct Number {
-  std::string text;
-  std::size_t integerWidth;
-
-  explicit Number(double value)
-      : text(shortestForm(value)), integerWidth(std::min(text.find('.'), text.size())) {}
-  [[nodiscard]] std::size_t fractionWidth() const { return text.size() - integerWidth; }
-};
+NumberCell cellOf(ListedLimit const& listed) { return NumberCell(shortestForm(listed.limit->getLimit())); }
 
 /// The widths of the columns of all units.
 struct Layout {
   std::size_t name = 0;
-  std::size_t integer = 0;
-  std::size_t fraction = 0;
+  NumberColumn numbers;
   std::size_t unitText = 0;
 
   explicit Layout(std::vector<ListedLimit> const& limits) {
     for (auto const& listed : limits) {
-      Number const number(listed.limit->getLimit());
       name = std::max(name, limitTypeName(listed.limit->getType()).size());
-      integer = std::max(integer, number.integerWidth);
-      fraction = std::max(fraction, number.fractionWidth());
+      numbers.add(cellOf(listed));
       unitText = std::max(unitText, displayWidth(toPrintable(listed.limit->getUnitString())));
     }
   }
@@ -43,21 +34,19 @@ struct Layout {
 
 void appendUnit(std::string& out, SimulationUnit const& unit, bool colour) {
   if (!out.empty()) out += '\n';
-  auto const name = toPrintable(unit.getSimulationUnitName());
-  out += fmt::format("{}  {}\n", colour ? "\x1b[1m" + name + "\x1b[0m" : name, unit.getID().toString());
+  out += fmt::format("{}  {}\n", bold(toPrintable(unit.getSimulationUnitName()), colour),
+                     unit.getID().toString());
 }
 
 void appendLimit(std::string& out, ListedLimit const& listed, Layout const& layout, bool colour) {
   auto const& limit = *listed.limit;
-  Number const number(limit.getLimit());
-  bool const isColoured = colour && !listed.isDefault;
-  out += fmt::format("  {:>2}  {:<{}}  {:{}}{}{}{}", static_cast<std::uint32_t>(limit.getType()),
-                     limitTypeName(limit.getType()), layout.name, "", layout.integer - number.integerWidth,
-                     isColoured ? "\x1b[33m" : "", number.text, isColoured ? "\x1b[0m" : "");
-  auto line = fmt::format("{:{}} {}", "", layout.fraction - number.fractionWidth(),
-                          toPrintable(limit.getUnitString()));
-  if (!listed.isDefault)
-    line += std::string(layout.unitText - displayWidth(toPrintable(limit.getUnitString())), ' ') + " *";
+  auto const cell = cellOf(listed);
+  auto const number = yellow(cell.text(), colour && !listed.isDefault);
+  auto const unit = toPrintable(limit.getUnitString());
+  auto line =
+      fmt::format("  {:>2}  {:<{}}  {} {}", static_cast<std::uint32_t>(limit.getType()),
+                  limitTypeName(limit.getType()), layout.name, layout.numbers.aligned(cell, number), unit);
+  if (!listed.isDefault) line += std::string(layout.unitText - displayWidth(unit), ' ') + " *";
   line.erase(line.find_last_not_of(' ') + 1);
   out += line + '\n';
 }
@@ -81,26 +70,18 @@ std::string renderLimitsAsText(std::vector<ListedLimit> const& limits, TextStyle
 
 std::string renderLimitsAsJson(std::vector<ListedLimit> const& limits) {
   JsonWriter json;
-  auto const text = [&json](std::string_view key, std::string_view value) {
-    json.key(key);
-    json.string(value);
-  };
   json.beginObject();
-  json.key("limits");
-  json.beginArray();
+  json.beginArray("limits");
   for (auto const& listed : limits) {
     json.beginObject();
-    json.key("unit");
-    json.beginObject();
-    text("id", listed.unit->getID().toString());
-    text("name", listed.unit->getSimulationUnitName());
+    json.beginObject("unit");
+    json.text("id", listed.unit->getID().toString());
+    json.text("name", listed.unit->getSimulationUnitName());
     json.endObject();
-    json.key("type");
-    json.integer(static_cast<std::uint32_t>(listed.limit->getType()));
-    text("typeName", limitTypeName(listed.limit->getType()));
-    json.key("limit");
-    json.number(listed.limit->getLimit());
-    text("unitString", listed.limit->getUnitString());
+    json.integer("type", static_cast<std::uint32_t>(listed.limit->getType()));
+    json.text("typeName", limitTypeName(listed.limit->getType()));
+    json.number("limit", listed.limit->getLimit());
+    json.text("unitString", listed.limit->getUnitString());
     json.endObject();
   }
   json.endArray();

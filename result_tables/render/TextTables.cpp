@@ -8,6 +8,8 @@
 
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
+#include "result_tables/render/Ansi.h"
+#include "result_tables/render/NumberCell.h"
 #include "result_tables/tables/Family.h"
 
 namespace Kestrel::ResultTables {
@@ -19,17 +21,9 @@ constexpr std::string_view s_gap = "   ";
 constexpr std::string_view s_exceededMark = " !";
 constexpr std::string_view s_invalidMark = " ?";
 
-/// A number as text, cut at its decimal point.
 struct Cell {
-  std::string text;
-  std::size_t integerWidth;
+  NumberCell number;
   std::string_view mark;  ///< s_exceededMark, s_invalidMark or empty
-
-  Cell(double value, std::string_view valueMark)
-      : text(fmt::format("{:.7g}", value)),
-        integerWidth(std::min(text.find('.'), text.size())),
-        mark(valueMark) {}
-  [[nodiscard]] std::size_t fractionWidth() const { return text.size() - integerWidth; }
 };
 
 std::string_view markOf(ResultTable const& table, std::size_t group, std::size_t column,
@@ -47,10 +41,18 @@ struct Row {
 
 struct ColumnLayout {
   std::vector<std::string> head;  ///< from the top line down, as many lines in every column
-  std::size_t integerWidth = 0;
-  std::size_t fractionWidth = 0;
+  NumberColumn numbers;
   std::size_t markWidth = 0;  ///< room for the marks of exceeded values, where there are any
-  std::size_t width = 0;
+  std::size_t width = 0;      ///< of head and numbers, the marks left out
+
+  /// With what keeps it from the column before.
+  [[nodiscard]] std::size_t fullWidth() const { return s_gap.size() + width + markWidth; }
+};
+
+/// Columns that stand side by side: indices, the second one not included.
+struct Block {
+  std::size_t first;
+  std::size_t end;
 };
 
 void appendBlanks(std::string& out, std::size_t count) { out.append(count, ' '); }
@@ -94,18 +96,15 @@ std::vector<std::string> genHead(TableColumn const& column, std::size_t numberWi
 
 class SectionText {
  public:
-  SectionText(ResultTable const& table, std::size_t group, bool colour)
-      : m_group(table.container().groups[group]), m_colour(colour) {
+  SectionText(ResultTable const& table, std::size_t group, TextStyle const& style)
+      : m_group(table.container().groups[group]), m_style(style) {
     collectRows(table, group);
     layOutColumns(table.columns(group));
   }
 
   void appendTo(std::string& out) const {
     appendLine(out, "  " + toPrintable(m_group.name));
-    for (std::size_t i = 0; i < m_rows.size(); ++i) {
-      if (i % s_rowsPerHead == 0) appendHead(out, i > 0);
-      appendRow(out, m_rows[i]);
-    }
+    for (auto const& block : genBlocks()) appendBlock(out, block);
     if (m_rows.empty()) appendLine(out, "    " + tr("no elements"));
   }
 
@@ -118,12 +117,14 @@ class SectionText {
  private:
   void collectRows(ResultTable const& table, std::size_t group);
   void layOutColumns(std::vector<TableColumn> const& columns);
-  void appendHead(std::string& out, bool isRepeated) const;
-  void appendRow(std::string& out, Row const& row) const;
+  [[nodiscard]] std::vector<Block> genBlocks() const;
+  void appendBlock(std::string& out, Block const& block) const;
+  void appendHead(std::string& out, Block const& block) const;
+  void appendRow(std::string& out, Row const& row, Block const& block) const;
   void appendCell(std::string& line, Cell const& cell, ColumnLayout const& column) const;
 
   MaxValueGroup const& m_group;
-  bool m_colour;
+  TextStyle m_style;
   std::vector<Row> m_rows;
   std::size_t m_nameWidth = 0;
   std::vector<ColumnLayout> m_columns;
@@ -136,7 +137,8 @@ void SectionText::collectRows(ResultTable const& table, std::size_t group) {
     for (auto const& item : subGroup.items) {
       Row row{(isNamed ? "      " : "    ") + toPrintable(table.displayName(item)), false, {}};
       for (std::size_t i = 0; i < item.maxValues.size(); ++i) {
-        row.cells.emplace_back(item.maxValues[i], markOf(table, group, i, item));
+        NumberCell number(fmt::format("{:.7g}", item.maxValues[i]));
+        row.cells.push_back({std::move(number), markOf(table, group, i, item)});
       }
       m_nameWidth = std::max(m_nameWidth, displayWidth(row.name));
       m_rows.push_back(std::move(row));
@@ -149,15 +151,14 @@ void SectionText::layOutColumns(std::vector<TableColumn> const& columns) {
   for (auto const& row : m_rows) {
     for (std::size_t i = 0; i < std::min(row.cells.size(), m_columns.size()); ++i) {
       auto& layout = m_columns[i];
-      layout.integerWidth = std::max(layout.integerWidth, row.cells[i].integerWidth);
-      layout.fractionWidth = std::max(layout.fractionWidth, row.cells[i].fractionWidth());
+      layout.numbers.add(row.cells[i].number);
       layout.markWidth = std::max(layout.markWidth, row.cells[i].mark.size());
     }
   }
   std::size_t headLines = 0;
   for (std::size_t i = 0; i < columns.size(); ++i) {
     auto& layout = m_columns[i];
-    layout.width = layout.integerWidth + layout.fractionWidth;
+    layout.width = layout.numbers.width();
     layout.head = genHead(columns[i], layout.width);
     for (auto const& line : layout.head) layout.width = std::max(layout.width, displayWidth(line));
     headLines = std::max(headLines, layout.head.size());
@@ -165,13 +166,38 @@ void SectionText::layOutColumns(std::vector<TableColumn> const& columns) {
   for (auto& layout : m_columns) layout.head.insert(layout.head.begin(), headLines - layout.head.size(), "");
 }
 
-void SectionText::appendHead(std::string& out, bool isRepeated) const {
-  if (m_columns.empty()) return;
-  if (isRepeated) out += '\n';
+/// As many columns side by side as the width has room for behind the names, at least one.
+std::vector<Block> SectionText::genBlocks() const {
+  std::vector<Block> blocks{{0, 0}};
+  auto width = m_nameWidth;
+  for (std::size_t i = 0; i < m_columns.size(); ++i) {
+    bool const isEmpty = blocks.back().first == i;
+    width += m_columns[i].fullWidth();
+    if (m_style.width > 0 && width > m_style.width && !isEmpty) {
+      blocks.push_back({i, i});
+      width = m_nameWidth + m_columns[i].fullWidth();
+    }
+    blocks.back().end = i + 1;
+  }
+  return blocks;
+}
+
+void SectionText::appendBlock(std::string& out, Block const& block) const {
+  for (std::size_t i = 0; i < m_rows.size(); ++i) {
+    if (i % s_rowsPerHead == 0 && !m_columns.empty()) {
+      if (i > 0 || block.first > 0) out += '\n';
+      appendHead(out, block);
+    }
+    appendRow(out, m_rows[i], block);
+  }
+}
+
+void SectionText::appendHead(std::string& out, Block const& block) const {
   for (std::size_t i = 0; i < m_columns.front().head.size(); ++i) {
     std::string line;
     appendBlanks(line, m_nameWidth);
-    for (auto const& column : m_columns) {
+    for (std::size_t j = block.first; j < block.end; ++j) {
+      auto const& column = m_columns[j];
       line += s_gap;
       appendBlanks(line, column.width - displayWidth(column.head[i]));
       line += column.head[i];
@@ -180,32 +206,26 @@ void SectionText::appendHead(std::string& out, bool isRepeated) const {
     if (line.find_first_not_of(' ') != line.npos) appendLine(out, std::move(line));
   }
   std::string rule = "    " + std::string(m_nameWidth - std::min<std::size_t>(m_nameWidth, 4), '-');
-  for (auto const& column : m_columns)
-    rule += std::string(s_gap) + std::string(column.width + column.markWidth, '-');
+  for (std::size_t j = block.first; j < block.end; ++j)
+    rule += std::string(s_gap) + std::string(m_columns[j].width + m_columns[j].markWidth, '-');
   appendLine(out, std::move(rule));
 }
 
 void SectionText::appendCell(std::string& line, Cell const& cell, ColumnLayout const& column) const {
-  bool const isColoured = m_colour && cell.mark == s_exceededMark;
-  if (isColoured) line += "\x1b[31m";
-  line += cell.text;
-  if (isColoured) line += "\x1b[0m";
-  appendBlanks(line, column.fractionWidth - cell.fractionWidth());
+  line += s_gap;
+  appendBlanks(line, column.width - column.numbers.width());
+  auto const isColoured = m_style.colour && cell.mark == s_exceededMark;
+  line += column.numbers.aligned(cell.number, red(cell.number.text(), isColoured));
   line += cell.mark;
   appendBlanks(line, column.markWidth - cell.mark.size());
 }
 
-void SectionText::appendRow(std::string& out, Row const& row) const {
+void SectionText::appendRow(std::string& out, Row const& row, Block const& block) const {
   std::string line = row.name;
   if (!row.isSubGroup) {
     appendBlanks(line, m_nameWidth - displayWidth(row.name));
-    for (std::size_t i = 0; i < std::min(row.cells.size(), m_columns.size()); ++i) {
-      auto const& cell = row.cells[i];
-      auto const& column = m_columns[i];
-      line += s_gap;
-      appendBlanks(line, column.width - column.fractionWidth - cell.integerWidth);
-      appendCell(line, cell, column);
-    }
+    for (auto i = block.first; i < std::min(row.cells.size(), block.end); ++i)
+      appendCell(line, row.cells[i], m_columns[i]);
   }
   appendLine(out, std::move(line));
 }
@@ -224,10 +244,10 @@ std::string renderText(std::vector<ResultTable> const& tables, TextStyle const& 
   for (auto const& table : tables) {
     if (!out.empty()) out += '\n';
     auto const title = tableTitle(table);
-    appendLine(out, style.colour ? "\x1b[1m" + title + "\x1b[0m" : title);
+    appendLine(out, bold(title, style.colour));
     for (std::size_t i = 0; i < table.container().groups.size(); ++i) {
       out += '\n';
-      SectionText const section(table, i, style.colour);
+      SectionText const section(table, i, style);
       section.appendTo(out);
       hasMarks = hasMarks || section.hasMarks();
     }
