@@ -1,7 +1,6 @@
 #include "result_tables/base/File.h"
 
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -12,15 +11,35 @@
 
 #include "result_tables/base/Error.h"
 #include "result_tables/base/Text.h"
+#include "result_tables/base/Translate.h"
 
 namespace Kestrel::ResultTables {
 
 namespace {
 
-[[noreturn]] void failWithErrno(std::string_view what, std::string_view name) {
-  auto const reason = std::generic_category().message(errno);
-  throw Error(fmt::format("{}: cannot {}: {}", toPrintable(name), what, reason));
+enum class Deed { read, write, lock, store };
+
+std::string cannot(Deed deed, std::string_view name, std::string const& reason) {
+  auto const printable = toPrintable(name);
+  switch (deed) {
+    case Deed::read:
+      return tr("{}: cannot read: {}", printable, reason);
+    case Deed::write:
+      return tr("{}: cannot write: {}", printable, reason);
+    case Deed::lock:
+      return tr("{}: cannot lock: {}", printable, reason);
+    case Deed::store:
+      break;
+  }
+  return tr("{}: cannot make sure that the new content is stored: {}", printable, reason);
 }
+
+[[noreturn]] void failWithErrno(Deed deed, std::string_view name) {
+  auto const reason = std::generic_category().message(errno);
+  throw Error(cannot(deed, name, reason));
+}
+
+std::string nameOfOutput() { return tr("standard output"); }
 
 /// The result of a system call that is made again as long as a signal interrupts it.
 template <typename Call>
@@ -72,7 +91,7 @@ class TemporaryFile {
       : m_target(target),
         m_path(target.string() + ".XXXXXX"),
         m_descriptor(::mkostemp(m_path.data(), O_CLOEXEC)) {
-    if (m_descriptor.get() < 0) failWithErrno("write", target.native());
+    if (m_descriptor.get() < 0) failWithErrno(Deed::write, target.native());
   }
   TemporaryFile(TemporaryFile const&) = delete;
   TemporaryFile& operator=(TemporaryFile const&) = delete;
@@ -89,19 +108,19 @@ class TemporaryFile {
   void write(std::string_view text, mode_t mode) {
     if (!writeAll(m_descriptor.get(), text) || ::fchmod(m_descriptor.get(), mode) != 0 ||
         !isStored(m_descriptor.get()) || !m_descriptor.close()) {
-      failWithErrno("write", m_target.native());
+      failWithErrno(Deed::write, m_target.native());
     }
   }
 
   void replaceTarget() {
-    if (::rename(m_path.c_str(), m_target.c_str()) != 0) failWithErrno("write", m_target.native());
+    if (::rename(m_path.c_str(), m_target.c_str()) != 0) failWithErrno(Deed::write, m_target.native());
     m_path.clear();
     auto const folder = m_target.has_parent_path() ? m_target.parent_path() : std::filesystem::path(".");
     Descriptor const descriptor(openFile(folder, O_RDONLY | O_DIRECTORY));
     // A folder that may not be read, and a system that stores no folders, have done what they can.
     if (descriptor.get() < 0 && errno == EACCES) return;
     if (descriptor.get() < 0 || (!isStored(descriptor.get()) && errno != EINVAL))
-      failWithErrno("make sure that the new content is stored", m_target.native());
+      failWithErrno(Deed::store, m_target.native());
   }
 
  private:
@@ -119,13 +138,13 @@ mode_t permissionsOfNewFiles() {
 void writeDirectly(std::filesystem::path const& path, std::string_view text) {
   Descriptor descriptor(openFile(path, O_WRONLY));
   if (descriptor.get() < 0 || !writeAll(descriptor.get(), text) || !descriptor.close()) {
-    failWithErrno("write", path.native());
+    failWithErrno(Deed::write, path.native());
   }
 }
 
-std::string readAll(int descriptor, std::filesystem::path const& path) {
+std::string readToEnd(int descriptor, std::string_view name) {
   struct stat status {};
-  if (::fstat(descriptor, &status) != 0) failWithErrno("read", path.native());
+  if (::fstat(descriptor, &status) != 0) failWithErrno(Deed::read, name);
   std::string text;
   std::size_t size = 0;
   auto room = S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) + 1 : 65536;
@@ -133,7 +152,7 @@ std::string readAll(int descriptor, std::filesystem::path const& path) {
     if (size == text.size()) text.resize(size == 0 ? room : size * 2);
     auto const got =
         uninterrupted([&] { return ::read(descriptor, text.data() + size, text.size() - size); });
-    if (got < 0) failWithErrno("read", path.native());
+    if (got < 0) failWithErrno(Deed::read, name);
     if (got == 0) break;
     size += static_cast<std::size_t>(got);
   }
@@ -141,16 +160,20 @@ std::string readAll(int descriptor, std::filesystem::path const& path) {
   return text;
 }
 
+std::string readAll(int descriptor, std::string_view name) {
+  return namingWhatIsTooLarge(name, [&] { return readToEnd(descriptor, name); });
+}
+
 void refuseToLockWhatIsNoRegularFile(std::filesystem::path const& path) {
   struct stat status {};
   if (::stat(path.c_str(), &status) != 0) {
-    if (errno != ENOENT) failWithErrno("lock", path.native());
+    if (errno != ENOENT) failWithErrno(Deed::lock, path.native());
   } else if (S_ISDIR(status.st_mode)) {
     errno = EISDIR;
-    failWithErrno("lock", path.native());
+    failWithErrno(Deed::lock, path.native());
   } else if (!S_ISREG(status.st_mode)) {
-    throw Error(fmt::format("{}: cannot lock: expected a regular file, found a pipe or a device",
-                            toPrintable(path.native())));
+    throw Error(
+        tr("{}: cannot lock: expected a regular file, found a pipe or a device", toPrintable(path.native())));
   }
 }
 
@@ -168,15 +191,23 @@ int openLockFile(std::filesystem::path const& path) {
 
 std::string readFile(std::filesystem::path const& path) {
   Descriptor const descriptor(openFile(path, O_RDONLY));
-  if (descriptor.get() < 0) failWithErrno("read", path.native());
-  return readAll(descriptor.get(), path);
+  if (descriptor.get() < 0) failWithErrno(Deed::read, path.native());
+  return readAll(descriptor.get(), path.native());
+}
+
+std::string readInput(std::string const& name) {
+  return name == s_standardStream ? readAll(STDIN_FILENO, nameOfInput(name)) : readFile(name);
+}
+
+std::string nameOfInput(std::string const& name) {
+  return name == s_standardStream ? tr("standard input") : name;
 }
 
 std::optional<std::string> readFileIfExists(std::filesystem::path const& path) {
   Descriptor const descriptor(openFile(path, O_RDONLY));
-  if (descriptor.get() >= 0) return readAll(descriptor.get(), path);
+  if (descriptor.get() >= 0) return readAll(descriptor.get(), path.native());
   // There is no file of a name that is too long for one.
-  if (errno != ENOENT && errno != ENAMETOOLONG) failWithErrno("read", path.native());
+  if (errno != ENOENT && errno != ENAMETOOLONG) failWithErrno(Deed::read, path.native());
   return std::nullopt;
 }
 
@@ -195,13 +226,13 @@ std::filesystem::path followLinks(std::filesystem::path path) {
 void writeFile(std::filesystem::path const& path, std::string_view text) {
   struct stat status {};
   bool const exists = ::stat(path.c_str(), &status) == 0;
-  if (!exists && errno != ENOENT) failWithErrno("write", path.native());
+  if (!exists && errno != ENOENT) failWithErrno(Deed::write, path.native());
   if (exists && S_ISDIR(status.st_mode)) {
     errno = EISDIR;
-    failWithErrno("write", path.native());
+    failWithErrno(Deed::write, path.native());
   }
   if (exists && !S_ISREG(status.st_mode)) return writeDirectly(path, text);
-  if (exists && ::access(path.c_str(), W_OK) != 0) failWithErrno("write", path.native());
+  if (exists && ::access(path.c_str(), W_OK) != 0) failWithErrno(Deed::write, path.native());
   auto const target = followLinks(path);
   TemporaryFile file(target);
   if (exists) file.giveTo(status.st_uid, status.st_gid);
@@ -214,14 +245,26 @@ FileLock::FileLock(std::filesystem::path const& path) : m_descriptor(-1) {
   auto const lockFile = path.string() + ".lock";
   Descriptor descriptor(openLockFile(lockFile));
   if (descriptor.get() < 0 || uninterrupted([&] { return ::flock(descriptor.get(), LOCK_EX); }) != 0)
-    failWithErrno("lock", lockFile);
+    failWithErrno(Deed::lock, lockFile);
   m_descriptor = descriptor.release();
 }
 
 FileLock::~FileLock() { ::close(m_descriptor); }
 
 void writeToStandardOutput(std::string_view text) {
-  if (!writeAll(STDOUT_FILENO, text) && errno != EPIPE) failWithErrno("write", "standard output");
+  if (!writeAll(STDOUT_FILENO, text) && errno != EPIPE) failWithErrno(Deed::write, nameOfOutput());
+}
+
+void writeOutput(std::string const& name, std::string_view text) {
+  if (goesToStandardOutput(name)) {
+    writeToStandardOutput(text);
+  } else {
+    writeFile(name, text);
+  }
+}
+
+void failForLackOfMemory(std::string_view name) {
+  throw Error(tr("{}: not enough memory", toPrintable(name)));
 }
 
 }  // namespace Kestrel::ResultTables

@@ -1,17 +1,43 @@
 #pragma once
 
 #include <filesystem>
+#include <new>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
 namespace Kestrel::ResultTables {
 
-/// The bytes of a file or a pipe. An `Error` names the file and the system's reason.
+/// What users write for standard input and standard output.
+inline constexpr std::string_view s_standardStream = "-";
+
+/// The bytes of a file or a pipe. An `Error` names the file and the system's reason, lack of memory included.
 [[nodiscard]] std::string readFile(std::filesystem::path const& path);
 
 /// The same, and nothing where there is no such file.
 [[nodiscard]] std::optional<std::string> readFileIfExists(std::filesystem::path const& path);
+
+/// The bytes of the file that the user names, or of standard input. What is read twice from there is empty
+/// the second time.
+[[nodiscard]] std::string readInput(std::string const& name);
+
+/// What messages call the file that the user names: "standard input", or its name as it is.
+[[nodiscard]] std::string nameOfInput(std::string const& name);
+
+[[noreturn]] void failForLackOfMemory(std::string_view name);
+
+/// What `read` gives. Where that takes more memory than there is, an `Error` that names the file; what `read`
+/// had built is gone by then.
+template <typename Read>
+auto namingWhatIsTooLarge(std::string_view name, Read const& read) {
+  try {
+    return read();
+  } catch (std::bad_alloc const&) {
+  } catch (std::length_error const&) {
+  }
+  failForLackOfMemory(name);
+}
 
 /// Where a symbolic link leads in the end, also when there is nothing yet; any other path as it is.
 [[nodiscard]] std::filesystem::path followLinks(std::filesystem::path path);
@@ -44,5 +70,13 @@ class FileLock {
 
 /// Writes to standard output. A reader that has gone away is no error; anything else is an `Error`.
 void writeToStandardOutput(std::string_view text);
+
+/// Whether the user's name of an output, which may be missing, stands for standard output.
+[[nodiscard]] inline bool goesToStandardOutput(std::string const& name) {
+  return name.empty() || name == s_standardStream;
+}
+
+/// Writes what a command has made: to standard output, or whole or not at all to the file of that name.
+void writeOutput(std::string const& name, std::string_view text);
 
 }  // namespace Kestrel::ResultTables

@@ -5,13 +5,48 @@
 #include <utf8proc.h>
 
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
+
+#include "result_tables/base/Translate.h"
 
 namespace Kestrel::ResultTables {
 
 namespace {
 
 constexpr utf8proc_int32_t s_replacement = 0xFFFD;
+
+/// What `strtod` finds at the beginning of `text`; `end` is where it stops.
+double readDouble(char const* text, char** end) {
+  static locale_t const c = ::newlocale(LC_ALL_MASK, "C", nullptr);
+  return ::strtod_l(text, end, c);
+}
+
+/// Bytes of the character at the beginning of `text`; 0 where the first byte is part of none.
+std::size_t characterLength(std::string_view text) {
+  utf8proc_int32_t codePoint = 0;
+  auto const length = utf8proc_iterate(reinterpret_cast<utf8proc_uint8_t const*>(text.data()),
+                                       static_cast<utf8proc_ssize_t>(text.size()), &codePoint);
+  return length > 0 ? static_cast<std::size_t>(length) : 0;
+}
+
+/// Bytes at the beginning of `text` that are ASCII, found eight at a time: perhaps up to seven too few.
+std::size_t runOfAscii(std::string_view text) {
+  constexpr std::uint64_t highBits = 0x8080808080808080U;
+  std::size_t length = 0;
+  for (std::uint64_t bytes = 0; text.size() - length >= sizeof bytes; length += sizeof bytes) {
+    std::memcpy(&bytes, text.data() + length, sizeof bytes);
+    if ((bytes & highBits) != 0) break;
+  }
+  return length;
+}
+
+/// Code points that Unicode keeps from being characters for ever. Two of them, U+FFFE and U+FFFF, XML
+/// forbids.
+bool isNoncharacter(utf8proc_int32_t codePoint) {
+  return (codePoint & 0xFFFE) == 0xFFFE || (codePoint >= 0xFDD0 && codePoint <= 0xFDEF);
+}
 
 /// Calls `visit(codePoint, bytes)` with every character; a byte that is part of none is U+FFFD.
 template <typename Visitor>
@@ -44,7 +79,7 @@ void appendPicture(std::string& out, utf8proc_int32_t control) {
 }
 
 /// Control characters, line and paragraph separators, the marks that turn the direction of a line, and
-/// non-characters, which XML does not take.
+/// noncharacters.
 bool disturbsALine(utf8proc_int32_t codePoint) {
   switch (utf8proc_category(codePoint)) {
     case UTF8PROC_CATEGORY_CC:
@@ -52,7 +87,8 @@ bool disturbsALine(utf8proc_int32_t codePoint) {
     case UTF8PROC_CATEGORY_ZP:
       return true;
     default:
-      return (codePoint >= 0x202A && codePoint <= 0x202E) || (codePoint >= 0x2066 && codePoint <= 0x2069);
+      return (codePoint >= 0x202A && codePoint <= 0x202E) || (codePoint >= 0x2066 && codePoint <= 0x2069) ||
+             isNoncharacter(codePoint);
   }
 }
 
@@ -65,11 +101,17 @@ std::string toValidUtf8(std::string_view text) {
   return valid;
 }
 
-std::string_view firstCharacter(std::string_view text) {
-  utf8proc_int32_t codePoint = 0;
-  auto const length = utf8proc_iterate(reinterpret_cast<utf8proc_uint8_t const*>(text.data()),
-                                       static_cast<utf8proc_ssize_t>(text.size()), &codePoint);
-  return text.substr(0, length > 0 ? static_cast<std::size_t>(length) : 0);
+std::string_view firstCharacter(std::string_view text) { return text.substr(0, characterLength(text)); }
+
+std::optional<std::size_t> findInvalidUtf8(std::string_view text) {
+  std::size_t position = 0;
+  for (;;) {
+    position += runOfAscii(text.substr(position));
+    if (position == text.size()) return std::nullopt;
+    auto const length = characterLength(text.substr(position));
+    if (length == 0) return position;
+    position += length;
+  }
 }
 
 std::string toPrintable(std::string_view text) {
@@ -105,18 +147,23 @@ std::string brief(std::string_view text) {
 
 std::string quote(std::string_view text) { return '"' + brief(text) + '"'; }
 
+std::string describeByte(char byte) {
+  return tr("byte {}", fmt::format("0x{:02X}", static_cast<unsigned char>(byte)));
+}
+
 std::string shortestForm(double value) {
   if (std::isnan(value)) return "nan";
   return fmt::format("{}", value);
 }
 
+double nearestDouble(char const* text) { return readDouble(text, nullptr); }
+
 std::optional<double> numberFromText(std::string const& text) {
-  static locale_t const c = ::newlocale(LC_ALL_MASK, "C", nullptr);
   // The C library would pass over blanks.
   if (text.empty() || std::string_view(" \t\n\v\f\r").find(text.front()) != std::string_view::npos)
     return std::nullopt;
   char* end = nullptr;
-  double const number = ::strtod_l(text.c_str(), &end, c);
+  double const number = readDouble(text.c_str(), &end);
   return end == text.c_str() + text.size() ? std::optional(number) : std::nullopt;
 }
 

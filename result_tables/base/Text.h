@@ -13,9 +13,13 @@ namespace Kestrel::ResultTables {
 /// The bytes of the character at the beginning of `text`; empty where the first byte is part of none.
 [[nodiscard]] std::string_view firstCharacter(std::string_view text);
 
-/// `text` for a terminal or a pager: valid UTF-8 in which control characters are shown by their pictures, so
-/// that a name can neither break a line nor send a command to the terminal; other characters that break or
-/// turn a line become U+FFFD.
+/// Where the first byte of `text` stands that is part of no character of UTF-8; nothing where all is UTF-8.
+/// Text in ASCII takes hardly longer than reading it from memory.
+[[nodiscard]] std::optional<std::size_t> findInvalidUtf8(std::string_view text);
+
+/// `text` for a terminal, a pager or an XML document: valid UTF-8 in which control characters are shown by
+/// their pictures, so that a name can neither break a line nor send a command to the terminal; other
+/// characters that break or turn a line, and those that Unicode keeps from being characters, become U+FFFD.
 [[nodiscard]] std::string toPrintable(std::string_view text);
 
 /// Number of terminal columns that printable text takes; wide characters take two, combining marks none.
@@ -27,9 +31,16 @@ namespace Kestrel::ResultTables {
 /// The same in quotation marks.
 [[nodiscard]] std::string quote(std::string_view text);
 
+/// A byte that is part of no character, for a message: "byte 0xFC".
+[[nodiscard]] std::string describeByte(char byte);
+
 /// The shortest decimal form that reads back to the same double; "nan", "inf", "-inf". Independent of the
 /// locale.
 [[nodiscard]] std::string shortestForm(double value);
+
+/// The double nearest to the number at the beginning of `text`, as the C library reads it, with a decimal
+/// point in every locale; infinity where there is no such double, 0 where there is no number.
+[[nodiscard]] double nearestDouble(char const* text);
 
 /// The number that `text` is from its first character to its last, as the C library reads it: decimal or
 /// hexadecimal, with a sign or without, "inf", "nan", the nearest double where there is no such one.

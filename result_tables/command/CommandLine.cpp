@@ -1,12 +1,10 @@
 #include "result_tables/command/CommandLine.h"
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <charconv>
-#include <cstdlib>
 #include <exception>
 #include <filesystem>
 #include <functional>
@@ -17,6 +15,7 @@
 
 #include "result_tables/base/Error.h"
 #include "result_tables/base/File.h"
+#include "result_tables/base/Terminal.h"
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
 #include "result_tables/import/Import.h"
@@ -58,17 +57,9 @@ struct Options {
 
 void printMessage(std::string_view message) { fmt::print(stderr, "result-tables: {}\n", message); }
 
-void write(std::string const& output, std::string_view text) {
-  if (output.empty()) {
-    writeToStandardOutput(text);
-  } else {
-    writeFile(output, text);
-  }
-}
-
-bool mayUseColour(Options const& options) {
-  auto const* const noColour = std::getenv("NO_COLOR");
-  return options.output.empty() && (noColour == nullptr || *noColour == '\0') && ::isatty(STDOUT_FILENO) != 0;
+TextStyle styleOf(Options const& options) {
+  if (!goesToStandardOutput(options.output)) return {};
+  return {.colour = terminalHasColour(), .width = terminalWidth()};
 }
 
 MaxValueGroupContainer::DataType familyFromName(std::string const& name) {
@@ -93,9 +84,9 @@ std::filesystem::path limitsDocument(Options const& options, std::string const& 
 ExitCode show(ResultsFile const& file, std::string const& fileName, TablePropertiesData const& limits,
               Options const& options) {
   auto const tables = genResultTables(file, fileName, selectionOf(options), limits);
-  write(options.output, options.format == "json"  ? renderJson(tables)
-                        : options.format == "csv" ? renderCsv(tables)
-                                                  : renderText(tables, {.colour = mayUseColour(options)}));
+  writeOutput(options.output, options.format == "json"  ? renderJson(tables)
+                              : options.format == "csv" ? renderCsv(tables)
+                                                        : renderText(tables, styleOf(options)));
   return ExitCode::nothingFound;
 }
 
@@ -143,10 +134,9 @@ ExitCode check(Options const& options) {
     files.push_back(checkFile(results, selection, options));
     exitCode = std::max(exitCode, exitCodeOf(files.back()));
   }
-  writeToStandardOutput(options.format == "json" ? renderFindingsAsJson(files)
-                        : options.format == "junit"
-                            ? renderFindingsAsJunit(files)
-                            : renderFindingsAsText(files, {.colour = mayUseColour(options)}));
+  writeToStandardOutput(options.format == "json"    ? renderFindingsAsJson(files)
+                        : options.format == "junit" ? renderFindingsAsJunit(files)
+                                                    : renderFindingsAsText(files, styleOf(options)));
   return exitCode;
 }
 
@@ -173,9 +163,8 @@ void showLimits(Options const& options) {
   auto const file = readResultsFile(options.file);
   auto const units = selectUnits(file, options.file, options.units);
   auto const limits = listLimits(*readLimits(limitsDocument(options, options.file), file), file, units);
-  writeToStandardOutput(options.format == "json"
-                            ? renderLimitsAsJson(limits)
-                            : renderLimitsAsText(limits, {.colour = mayUseColour(options)}));
+  writeToStandardOutput(options.format == "json" ? renderLimitsAsJson(limits)
+                                                 : renderLimitsAsText(limits, styleOf(options)));
 }
 
 using LimitsChange = std::function<void(TablePropertiesData& limits, ResultsFile const& file,
@@ -197,10 +186,10 @@ void setLimit(Options const& options) {
 }
 
 void dumpArchive(std::string const& fileName) {
-  auto const listing = genArchiveListing(readFile(fileName));
+  auto const listing = genArchiveListing(readInput(fileName));
   writeToStandardOutput(renderArchive(listing));
   if (!listing.damage.empty())
-    throw Error(fmt::format("{}: {}", toPrintable(fileName), toPrintable(listing.damage)));
+    throw Error(fmt::format("{}: {}", toPrintable(nameOfInput(fileName)), toPrintable(listing.damage)));
 }
 
 void addFormat(CLI::App& command, Options& options, std::vector<std::string> const& formats) {
@@ -341,7 +330,7 @@ void addImport(CLI::App& app, Options& options) {
         ->type_name("MAP");
     addOutput(from, options);
     from.final_callback([&options, format = source.format] {
-      write(options.output, importHistories(format, options.input, options.map));
+      writeOutput(options.output, importHistories(format, options.input, options.map));
     });
   }
 }

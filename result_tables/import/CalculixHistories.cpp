@@ -1,7 +1,5 @@
 #include "result_tables/import/CalculixHistories.h"
 
-#include <fmt/format.h>
-
 #include <charconv>
 #include <cmath>
 #include <optional>
@@ -9,6 +7,7 @@
 
 #include "result_tables/base/Error.h"
 #include "result_tables/base/Text.h"
+#include "result_tables/base/Translate.h"
 #include "result_tables/import/InputText.h"
 
 namespace Kestrel::ResultTables {
@@ -101,14 +100,14 @@ Histories CalculixReader::read() {
       passesOver = block->table == nullptr;
       if (!passesOver) readRows(*block);
     } else if (auto line = m_line; !passesOver && parseNumber(takeWord(line))) {
-      fail("the header of a block", quote(m_line));
+      fail(tr("the header of a block"), quote(m_line));
     } else {
       passesOver = true;
     }
   }
   if (m_histories.empty()) {
-    throw Error(fmt::format(
-        "{}: expected blocks such as \"forces (fx,fy,fz) for set NAME and time T\", found none", m_source));
+    throw Error(tr("{}: expected blocks such as {}, found none", toPrintable(m_source),
+                   quote("forces (fx,fy,fz) for set NAME and time T")));
   }
   m_histories.index();
   return std::move(m_histories);
@@ -118,7 +117,7 @@ bool CalculixReader::nextLine() {
   if (m_rest.empty()) return false;
   ++m_lineNumber;
   auto const end = m_rest.find('\n');
-  if (end == m_rest.npos) fail("the end of the line", "the end of the file");
+  if (end == m_rest.npos) fail(tr("the end of the line"), tr("the end of the file"));
   m_line = trimmed(m_rest.substr(0, end));
   m_rest.remove_prefix(end + 1);
   return true;
@@ -128,7 +127,7 @@ bool CalculixReader::nextLine() {
 CalculixReader::Block const* CalculixReader::blockOfHeader() {
   auto const time = m_line.rfind(s_beforeTime);
   if (time == m_line.npos) {
-    if (tableOfTitle(m_line)) fail("\"and time\" and a number at the end of the header", quote(m_line));
+    if (tableOfTitle(m_line)) fail(tr("\"and time\" and a number at the end of the header"), quote(m_line));
     return nullptr;
   }
   auto const& block = blockOfTitle(m_line.substr(0, time));
@@ -149,9 +148,9 @@ CalculixReader::Block const& CalculixReader::blockOfTitle(std::string_view title
 
 void CalculixReader::readTime(HistoryTable& table, std::string_view text) const {
   auto const time = parseNumber(text);
-  if (!time || !std::isfinite(*time)) fail("a time at the end of the header", quote(text));
+  if (!time || !std::isfinite(*time)) fail(tr("a time at the end of the header"), quote(text));
   if (!table.times.empty() && *time < table.times.back()) {
-    fail(fmt::format("a time not before {}", shortestForm(table.times.back())), shortestForm(*time));
+    fail(tr("a time not before {}", shortestForm(table.times.back())), shortestForm(*time));
   }
   table.times.push_back(*time);
 }
@@ -161,10 +160,9 @@ void CalculixReader::readRows(Block const& block) {
   while (more && m_line.empty()) more = nextLine();
   std::size_t row = 0;
   for (; more && !m_line.empty(); more = nextLine()) readRow(block, row++);
-  if (row == 0) fail("rows of values after the header", "the end of the file");
+  if (row == 0) fail(tr("rows of values after the header"), tr("the end of the file"));
   if (block.hasNodes && row != block.table->nodes.size()) {
-    fail(fmt::format("as many nodes as at the times before ({})", block.table->nodes.size()),
-         std::to_string(row));
+    fail(tr("as many nodes as at the times before ({})", block.table->nodes.size()), std::to_string(row));
   }
 }
 
@@ -174,20 +172,20 @@ void CalculixReader::readRow(Block const& block, std::size_t row) {
   if (block.hasNodes) {
     readNode(table, row, takeWord(rest));
   } else if (row > 0) {
-    fail("a blank line after the row of totals", quote(m_line));
+    fail(tr("a blank line after the row of totals"), quote(m_line));
   }
   auto const count = table.components.size();
   for (std::size_t i = 0; i < count; ++i) {
     auto const word = takeWord(rest);
-    if (word.empty()) fail(fmt::format("{} values in the row", count), std::to_string(i));
+    if (word.empty()) fail(tr("{} values in the row", count), std::to_string(i));
     auto const value = parseNumber(word);
-    if (!value) fail("a number", quote(word));
+    if (!value) fail(tr("a number"), quote(word));
     table.values.push_back(*value);
   }
   auto const surplus = takeWord(rest);
   bool const isInLocalAxes = surplus == "L" && takeWord(rest).empty();
   if (!surplus.empty() && !isInLocalAxes) {
-    fail(fmt::format("the end of the line after {} values", count), quote(surplus));
+    fail(tr("the end of the line after {} values", count), quote(surplus));
   }
 }
 
@@ -196,19 +194,20 @@ void CalculixReader::readNode(HistoryTable& table, std::size_t row, std::string_
   std::int64_t node = 0;
   auto const* const end = word.data() + word.size();
   auto const result = std::from_chars(word.data(), end, node);
-  if (result.ec != std::errc() || result.ptr != end) fail("the number of a node", quote(word));
+  if (result.ec != std::errc() || result.ptr != end) fail(tr("the number of a node"), quote(word));
   if (table.times.size() == 1) {
     table.nodes.push_back(node);
   } else if (row >= table.nodes.size()) {
-    fail(fmt::format("as many nodes as at the times before ({})", table.nodes.size()), "more");
+    fail(tr("as many nodes as at the times before ({})", table.nodes.size()), tr("more"));
   } else if (node != table.nodes[row]) {
-    fail(fmt::format("node {} as at the times before", table.nodes[row]), std::to_string(node));
+    fail(tr("node {} as at the times before", table.nodes[row]), std::to_string(node));
   }
 }
 
 }  // namespace
 
 Histories readCalculixHistories(std::string const& source, std::string_view text) {
+  refuseWhatIsNotUtf8(source, text);
   return CalculixReader(source, text).read();
 }
 

@@ -20,7 +20,8 @@ namespace Kestrel::ResultTables {
 ///
 /// Throws `Error` with the line for a block that is not complete or does not fit the blocks of its set
 /// before, a time that goes back, a number that is none, rows outside a block, a last line without end (the
-/// solver was killed while it wrote), and a text without any block. `source` is what messages call the text.
+/// solver was killed while it wrote), a byte that is no UTF-8, and a text without any block. `source` is what
+/// messages call the text.
 /// Linear in the text's length; the histories do not refer to the text.
 [[nodiscard]] Histories readCalculixHistories(std::string const& source, std::string_view text);
 

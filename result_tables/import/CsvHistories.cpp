@@ -1,7 +1,5 @@
 #include "result_tables/import/CsvHistories.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -10,6 +8,7 @@
 #include <unordered_set>
 
 #include "result_tables/base/Text.h"
+#include "result_tables/base/Translate.h"
 #include "result_tables/import/InputText.h"
 
 namespace Kestrel::ResultTables {
@@ -67,7 +66,7 @@ bool CsvRecords::next() {
   do {
     readField();
   } while (takeSeparator());
-  if (!takeLineEnd()) fail("a separator after the closing quotation mark", quote(m_rest.substr(0, 1)));
+  if (!takeLineEnd()) fail(tr("a separator after the closing quotation mark"), quote(m_rest.substr(0, 1)));
   return true;
 }
 
@@ -108,7 +107,7 @@ void CsvRecords::readField() {
   for (; length < m_rest.size(); ++length) {
     char const c = m_rest[length];
     if (c == m_separator || c == '\n' || (m_separator == s_blanks && c == '\t')) break;
-    if (c == '"') fail("quotation marks around a whole field only", quote(m_rest.substr(0, length + 1)));
+    if (c == '"') fail(tr("quotation marks around a whole field only"), quote(m_rest.substr(0, length + 1)));
   }
   m_fields.push_back(trimmed(m_rest.substr(0, length)));
   m_rest.remove_prefix(length);
@@ -120,7 +119,7 @@ void CsvRecords::readQuotedField() {
   for (bool isOpen = true; isOpen;) {
     m_rest.remove_prefix(1);
     auto const length = m_rest.find('"');
-    if (length == m_rest.npos) fail("a closing quotation mark", "the end of the file");
+    if (length == m_rest.npos) fail(tr("a closing quotation mark"), tr("the end of the file"));
     field = m_rest.substr(0, length);
     m_rest.remove_prefix(length + 1);
     m_line += static_cast<std::size_t>(std::count(field.begin(), field.end(), '\n'));
@@ -174,7 +173,7 @@ class CsvReader {
 };
 
 Histories CsvReader::read() {
-  if (!m_records.next()) failAtLine(m_source, 1, "a header", "the end of the file");
+  if (!m_records.next()) failAtLine(m_source, 1, tr("a header"), tr("the end of the file"));
   auto const& header = m_records.fields();
   if (std::equal(header.begin(), header.end(), s_longHeader.begin(), s_longHeader.end())) {
     readLong();
@@ -188,21 +187,20 @@ Histories CsvReader::read() {
 void CsvReader::readFields(std::size_t count) const {
   auto const found = m_records.fields().size();
   if (found != count)
-    m_records.fail(fmt::format("as many fields as in the header ({})", count), std::to_string(found));
+    m_records.fail(tr("as many fields as in the header ({})", count), std::to_string(found));
 }
 
 double CsvReader::number(std::string_view field) const {
   auto const value = parseNumber(field);
-  if (!value) m_records.fail("a number", quote(field));
+  if (!value) m_records.fail(tr("a number"), quote(field));
   return *value;
 }
 
 void CsvReader::addTime(HistoryTable& table, std::string_view field) const {
   auto const time = parseNumber(field);
-  if (!time || !std::isfinite(*time)) m_records.fail("a time", quote(field));
+  if (!time || !std::isfinite(*time)) m_records.fail(tr("a time"), quote(field));
   if (!table.times.empty() && *time < table.times.back()) {
-    m_records.fail(fmt::format("a time not before {}", shortestForm(table.times.back())),
-                   shortestForm(*time));
+    m_records.fail(tr("a time not before {}", shortestForm(table.times.back())), shortestForm(*time));
   }
   table.times.push_back(*time);
 }
@@ -215,17 +213,18 @@ void CsvReader::readLong() {
     addTime(table, fields[2]);
     table.values.push_back(number(fields[3]));
   }
-  if (m_histories.empty()) m_records.fail("rows of values after the header", "the end of the file");
+  if (m_histories.empty()) m_records.fail(tr("rows of values after the header"), tr("the end of the file"));
 }
 
 HistoryTable& CsvReader::tableOf(std::string_view entity, std::string_view quantity) {
   m_key.assign(entity).append(1, '.').append(quantity);
   auto& table = m_tables[m_key];
   if (table == nullptr) {
-    if (entity.empty() || quantity.empty()) m_records.fail("an entity and a quantity", "an empty field");
+    if (entity.empty() || quantity.empty())
+      m_records.fail(tr("an entity and a quantity"), tr("an empty field"));
     table = &m_histories.add({std::string(entity), {}, {std::string(quantity)}, {}, {}, {}});
   } else if (table->entity != entity) {
-    m_records.fail("another name for another history", fmt::format("a second {}", quote(m_key)));
+    m_records.fail(tr("another name for another history"), tr("a second {}", quote(m_key)));
   }
   return *table;
 }
@@ -239,22 +238,23 @@ void CsvReader::readWide() {
     addTime(table, fields[0]);
     for (std::size_t i = 1; i < count; ++i) table.values.push_back(number(fields[i]));
   }
-  if (table.times.empty()) m_records.fail("rows of values after the header", "the end of the file");
+  if (table.times.empty()) m_records.fail(tr("rows of values after the header"), tr("the end of the file"));
 }
 
 HistoryTable CsvReader::tableOfHeader() const {
   auto const& header = m_records.fields();
   if (header.size() < 2) {
-    m_records.fail("the header \"entity,quantity,time,value\", or a time and the names of histories",
-                   quote(header.front()));
+    m_records.fail(
+        tr("the header {}, or a time and the names of histories", quote("entity,quantity,time,value")),
+        quote(header.front()));
   }
-  if (parseNumber(header.front())) m_records.fail("a header", "the number " + std::string(header.front()));
+  if (parseNumber(header.front())) m_records.fail(tr("a header"), tr("the number {}", header.front()));
   HistoryTable table;
   std::unordered_set<std::string_view> seen;
   for (std::size_t i = 1; i < header.size(); ++i) {
-    if (header[i].empty()) m_records.fail("the name of a history", "an empty field");
+    if (header[i].empty()) m_records.fail(tr("the name of a history"), tr("an empty field"));
     if (!seen.insert(header[i]).second) {
-      m_records.fail("another name for another history", fmt::format("a second {}", quote(header[i])));
+      m_records.fail(tr("another name for another history"), tr("a second {}", quote(header[i])));
     }
     table.components.emplace_back(header[i]);
   }
@@ -264,6 +264,7 @@ HistoryTable CsvReader::tableOfHeader() const {
 }  // namespace
 
 Histories readCsvHistories(std::string const& source, std::string_view text) {
+  refuseWhatIsNotUtf8(source, text);
   return CsvReader(source, text).read();
 }
 

@@ -1,8 +1,7 @@
 #include "result_tables/import/Histories.h"
 
-#include <fmt/format.h>
-
 #include "result_tables/base/Text.h"
+#include "result_tables/base/Translate.h"
 
 namespace Kestrel::ResultTables {
 
@@ -65,7 +64,7 @@ std::string Histories::namesLike(std::string_view name) const {
   }
   auto const& list = near.empty() ? all : near;
   auto const count = near.empty() ? allCount : nearCount;
-  return count > most ? fmt::format("{}, … ({} in all)", list, count) : list;
+  return count > most ? tr("{}, … ({} in all)", list, count) : list;
 }
 
 }  // namespace Kestrel::ResultTables

@@ -10,7 +10,7 @@
 #include <unordered_set>
 
 #include "result_tables/base/Text.h"
-#include "result_tables/base/ToolKind.h"
+#include "result_tables/base/Translate.h"
 #include "result_tables/json/JsonShapes.h"
 
 namespace Kestrel::ResultTables {
@@ -22,7 +22,8 @@ using Nodes = ImportTerm::Nodes;
 constexpr auto s_required = JsonMember::Presence::required;
 constexpr auto s_optional = JsonMember::Presence::optional;
 constexpr std::uint64_t s_largest32Bit = std::numeric_limits<std::uint32_t>::max();
-constexpr std::string_view s_nodeChoices = R"(the number of a node, "sum", "mean", "min" or "max")";
+
+std::string nodeChoices() { return tr("the number of a node, \"sum\", \"mean\", \"min\" or \"max\""); }
 
 std::optional<Nodes> nodesOf(std::string_view name) {
   if (name == "sum") return Nodes::sum;
@@ -33,8 +34,7 @@ std::optional<Nodes> nodesOf(std::string_view name) {
 }
 
 std::string describeTimes(std::vector<double> const& times) {
-  return fmt::format("{} times from {} to {}", times.size(), shortestForm(times.front()),
-                     shortestForm(times.back()));
+  return tr("{} times from {} to {}", times.size(), shortestForm(times.front()), shortestForm(times.back()));
 }
 
 /// The format of a map as shapes whose functions fill the draft of what is being read.
@@ -56,7 +56,6 @@ class MapReader {
 
   JsonShape document();
   JsonShape unit();
-  JsonShape visibleSteps();
   JsonShape stepTimes();
   JsonShape tool();
   JsonShape series(std::vector<JsonMember> members, std::function<void()> onEnd);
@@ -76,7 +75,6 @@ class MapReader {
   void finishFormula();
   void finishTool();
   void finishUnit();
-  void checkVisibleStep(std::uint64_t step, std::string_view place) const;
   void checkRecords(std::vector<ImportRecord> const& records, std::string const& place) const;
   void checkStates(ImportRecord const& record, std::string const& place) const;
   void checkSkins(ImportRecord const& record, std::string const& place) const;
@@ -106,7 +104,7 @@ JsonShape MapReader::document() {
       {"units", s_required,
        jsonArray(unit(), {},
                  [this] {
-                   if (m_map.units.empty()) m_json.fail("at least one unit", "none");
+                   if (m_map.units.empty()) m_json.fail(tr("at least one unit"), tr("none"));
                  })},
   });
 }
@@ -126,7 +124,7 @@ JsonShape MapReader::unit() {
       {
           {"id", s_required, jsonIdentifier(m_json, m_unit.id)},
           {"name", s_required, jsonText(m_unit.name)},
-          {"visibleSteps", s_optional, visibleSteps()},
+          {"visibleSteps", s_optional, jsonStepBounds(m_unit.visibleSteps)},
           {"stepTimes", s_optional, stepTimes()},
           {"tools", s_optional, jsonArray(tool())},
           {"joinsDefinedInUnit", s_optional, jsonArray(joinDefinedInUnit)},
@@ -143,26 +141,14 @@ JsonShape MapReader::unit() {
       [this] { finishUnit(); });
 }
 
-JsonShape MapReader::visibleSteps() {
-  auto const bound = [this](std::uint64_t ImportVisibleSteps::*member) {
-    return jsonInteger(s_largest32Bit,
-                       [this, member](std::uint64_t value) { *m_unit.visibleSteps.*member = value; });
-  };
-  return jsonObject({{"first", s_required, bound(&ImportVisibleSteps::first)},
-                     {"last", s_required, bound(&ImportVisibleSteps::last)}},
-                    [this] { m_unit.visibleSteps.emplace(); });
-}
-
 JsonShape MapReader::stepTimes() {
   auto const time = jsonNumber([this](double value) { m_unit.stepTimes.emplace_back(value); });
   return jsonArray(jsonOrNull(time, [this] { m_unit.stepTimes.emplace_back(); }));
 }
 
 JsonShape MapReader::tool() {
-  auto const kind = jsonString([this](std::string_view value) {
-    if (!toolKindOf(value)) m_json.fail("one of " + toolKindNames(), quote(value));
-    m_tool.kind = value;
-  });
+  auto const kind =
+      jsonToolKind(m_json, [this](std::string_view name, ToolForceDataType) { m_tool.kind = name; });
   auto const ofQuantity = series({{"quantity", s_required, jsonText(m_series.quantity)}},
                                  [this] { m_tool.series.push_back(std::move(m_series)); });
   auto const tangentialForce = series({}, [this] { m_tool.tangentialForce = std::move(m_series); });
@@ -178,7 +164,8 @@ JsonShape MapReader::tool() {
 
 JsonShape MapReader::series(std::vector<JsonMember> members, std::function<void()> onEnd) {
   auto const form = jsonString([this](std::string_view value) {
-    if (value != "values" && value != "pairs") m_json.fail("\"values\" or \"pairs\"", quote(value));
+    if (value != "values" && value != "pairs")
+      m_json.fail(tr("{} or {}", quote("values"), quote("pairs")), quote(value));
     m_series.isPairs = value == "pairs";
   });
   members.push_back({"form", s_optional, form});
@@ -216,12 +203,12 @@ JsonShape MapReader::terms(bool isNorm) {
 
 JsonShape MapReader::term() {
   JsonShape node;
-  node.expected = s_nodeChoices;
+  node.expected = nodeChoices;
   node.largestInteger = std::numeric_limits<std::int64_t>::max();
   node.onInteger = [this](std::uint64_t value) { m_term.node = static_cast<std::int64_t>(value); };
   node.onString = [this](std::string_view value) {
     m_term.nodes = nodesOf(value);
-    if (!m_term.nodes) m_json.fail(s_nodeChoices, quote(value));
+    if (!m_term.nodes) m_json.fail(nodeChoices(), quote(value));
   };
   return jsonObject(
       {
@@ -234,19 +221,10 @@ JsonShape MapReader::term() {
 }
 
 JsonShape MapReader::toolGroupings() {
-  auto const groupingOf = [this](std::string const& family) {
-    auto const groups = [this]() -> ImportUnit::Grouping& { return m_unit.toolGroupings.back().second; };
-    auto const name = jsonString([groups](std::string_view value) { groups().back().first = value; });
-    auto const tool =
-        jsonString([groups](std::string_view value) { groups().back().second.emplace_back(value); });
-    auto const group = jsonObject({{"name", s_required, name}, {"tools", s_required, jsonArray(tool)}},
-                                  [groups] { groups().emplace_back(); });
-    return JsonMember{family, s_optional, jsonArray(group, [this, family] {
-                        m_unit.toolGroupings.push_back({family, {}});
-                      })};
-  };
-  return jsonObject(
-      {groupingOf("ClampingTools"), groupingOf("Rollers"), groupingOf("Steels"), groupingOf("HemmingBed")});
+  return jsonToolGroupings({"ClampingTools", "Rollers", "Steels", "HemmingBed"},
+                           [this](std::string_view family) -> ToolGroups& {
+                             return m_unit.toolGroupings.emplace_back(family, ToolGroups()).second;
+                           });
 }
 
 JsonShape MapReader::records(std::vector<JsonMember> members, std::vector<ImportRecord>& target) {
@@ -278,7 +256,8 @@ JsonShape MapReader::skins() {
       jsonArray(formula(
                     {}, [] {}, [this] { m_record.skins.back().second.push_back(std::move(m_formula)); }),
                 {}, [this] {
-                  if (m_record.skins.back().second.empty()) m_json.fail("at least one formula", "none");
+                  if (m_record.skins.back().second.empty())
+                    m_json.fail(tr("at least one formula"), tr("none"));
                 });
   return jsonMap(onName, formulas);
 }
@@ -286,13 +265,14 @@ JsonShape MapReader::skins() {
 void MapReader::findHistory(std::string_view name) {
   auto const& found = m_histories.find(name);
   if (found.empty()) {
-    m_json.fail(fmt::format("a history of {} ({})", m_histories.source(), m_histories.namesLike(name)),
+    m_json.fail(tr("a history of {} ({})", toPrintable(m_histories.source()), m_histories.namesLike(name)),
                 quote(name));
   }
   if (found.size() > 1) {
     std::string names;
     for (auto const& history : found) {
-      names += (names.empty() ? "" : " or ") + quote(Histories::fullName(history));
+      auto const fullName = quote(Histories::fullName(history));
+      names = names.empty() ? fullName : tr("{} or {}", names, fullName);
     }
     m_json.fail(names, quote(name));
   }
@@ -303,11 +283,11 @@ void MapReader::finishTerm() {
   auto& term = m_term.term;
   auto const& table = *term.history.table;
   bool const isChosen = m_term.node || m_term.nodes;
-  if (table.nodes.empty() && isChosen) m_json.fail("no \"node\" for a history without nodes", "one");
+  if (table.nodes.empty() && isChosen) m_json.fail(tr("no \"node\" for a history without nodes"), tr("one"));
   if (m_term.node) {
     auto const node = std::find(table.nodes.begin(), table.nodes.end(), *m_term.node);
     if (node == table.nodes.end()) {
-      m_json.fail(fmt::format("one of the {} nodes of set {}", table.nodes.size(), quote(table.entity)),
+      m_json.fail(tr("one of the {} nodes of set {}", table.nodes.size(), quote(table.entity)),
                   std::to_string(*m_term.node), "/node");
     }
     term.row = static_cast<std::size_t>(node - table.nodes.begin());
@@ -323,8 +303,8 @@ void MapReader::finishTerm() {
 /// wants.
 void MapReader::chooseAllNodes(HistoryTable const& table) {
   if (!table.quantity.ends_with("forces")) {
-    m_json.fail(fmt::format("a member \"node\" ({}) for the {} nodes of set {}", s_nodeChoices,
-                            table.nodes.size(), quote(table.entity)),
+    m_json.fail(tr("a member \"node\" ({}) for the {} nodes of set {}", nodeChoices(), table.nodes.size(),
+                   quote(table.entity)),
                 "none");
   }
   m_term.term.nodes = Nodes::sum;
@@ -332,39 +312,37 @@ void MapReader::chooseAllNodes(HistoryTable const& table) {
 
 void MapReader::finishFormula() {
   if (m_formulaKinds != 1) {
-    m_json.fail("exactly one of \"sum\" and \"norm\"", m_formulaKinds == 0 ? "none" : "both");
+    m_json.fail(tr("exactly one of {} and {}", quote("sum"), quote("norm")),
+                m_formulaKinds == 0 ? tr("none") : tr("both"));
   }
   std::string const list = m_formula.isNorm ? "/norm" : "/sum";
-  if (m_formula.terms.empty()) m_json.fail("at least one term", "none", list);
+  if (m_formula.terms.empty()) m_json.fail(tr("at least one term"), tr("none"), list);
   auto const& times = m_formula.times();
   for (std::size_t i = 1; i < m_formula.terms.size(); ++i) {
     auto const& others = m_formula.terms[i].history.table->times;
     if (&others == &times || others == times) continue;
     auto const difference = std::mismatch(times.begin(), times.end(), others.begin(), others.end());
-    auto const found = times.size() != others.size()
-                           ? describeTimes(others)
-                           : fmt::format("{} in place of {}", shortestForm(*difference.second),
-                                         shortestForm(*difference.first));
-    m_json.fail(fmt::format("the times of the first term ({})", describeTimes(times)), found,
+    auto const found =
+        times.size() != others.size()
+            ? describeTimes(others)
+            : tr("{} in place of {}", shortestForm(*difference.second), shortestForm(*difference.first));
+    m_json.fail(tr("the times of the first term ({})", describeTimes(times)), found,
                 fmt::format("{}/{}", list, i));
   }
 }
 
 void MapReader::finishTool() {
   if (!m_toolKinds.emplace(m_tool.id, m_tool.kind).second) {
-    m_json.fail("an identifier that is unique in the unit", quote(m_tool.id), "/id");
+    m_json.fail(tr("an identifier that is unique in the unit"), quote(m_tool.id), "/id");
   }
   m_unit.tools.push_back(std::move(m_tool));
 }
 
 void MapReader::finishUnit() {
   if (!m_unitIds.insert(m_unit.id).second) {
-    m_json.fail("an identifier that is unique in the file", m_unit.id.toString(), "/id");
+    m_json.fail(tr("an identifier that is unique in the file"), m_unit.id.toString(), "/id");
   }
-  if (m_unit.visibleSteps) {
-    checkVisibleStep(m_unit.visibleSteps->first, "/visibleSteps/first");
-    checkVisibleStep(m_unit.visibleSteps->last, "/visibleSteps/last");
-  }
+  checkStepBounds(m_json, m_unit.visibleSteps, m_unit.stepTimes.size());
   checkRecords(m_unit.suctionZones, "/suctionZones");
   checkRecords(m_unit.joiningTongs, "/joiningTongs");
   checkRecords(m_unit.joins, "/joins");
@@ -376,13 +354,6 @@ void MapReader::finishUnit() {
   m_map.units.push_back(std::move(m_unit));
 }
 
-void MapReader::checkVisibleStep(std::uint64_t step, std::string_view place) const {
-  if (step >= m_unit.stepTimes.size()) {
-    m_json.fail(fmt::format("the index of one of {} steps", m_unit.stepTimes.size()), std::to_string(step),
-                place);
-  }
-}
-
 void MapReader::checkRecords(std::vector<ImportRecord> const& records, std::string const& list) const {
   bool const areTongs = &records == &m_unit.joiningTongs;
   std::unordered_set<std::string> ids;
@@ -391,7 +362,7 @@ void MapReader::checkRecords(std::vector<ImportRecord> const& records, std::stri
     auto const place = fmt::format("{}/{}", list, i);
     auto const id = areTongs ? record.id : record.guid.toString();
     if (!ids.insert(id).second) {
-      m_json.fail("an identifier that is unique in its list", areTongs ? quote(id) : id,
+      m_json.fail(tr("an identifier that is unique in its list"), areTongs ? quote(id) : id,
                   place + (areTongs ? "/id" : "/guid"));
     }
     checkStates(record, place + (&records == &m_unit.suctionZones ? "/active" : "/states"));
@@ -402,18 +373,18 @@ void MapReader::checkRecords(std::vector<ImportRecord> const& records, std::stri
 void MapReader::checkStates(ImportRecord const& record, std::string const& place) const {
   auto const& states = record.states;
   if (states.size() != m_unit.stepTimes.size()) {
-    m_json.fail(fmt::format("one entry for each of {} steps", m_unit.stepTimes.size()),
-                std::to_string(states.size()), place);
+    m_json.fail(tr("one entry for each of {} steps", m_unit.stepTimes.size()), std::to_string(states.size()),
+                place);
   }
   bool isInAStep = false;
   for (std::size_t step = 0; step < states.size(); ++step) {
     if (!states[step]) continue;
     isInAStep = true;
     if (!m_unit.stepTimes[step]) {
-      m_json.fail("null in a step that has no time", "a value", fmt::format("{}/{}", place, step));
+      m_json.fail(tr("null in a step that has no time"), tr("a value"), fmt::format("{}/{}", place, step));
     }
   }
-  if (!isInAStep) m_json.fail("a value in at least one step", "none", place);
+  if (!isInAStep) m_json.fail(tr("a value in at least one step"), tr("none"), place);
 }
 
 /// Every formula must have a value at the time of every step that holds the record.
@@ -422,8 +393,8 @@ void MapReader::checkSkins(ImportRecord const& record, std::string const& place)
     for (auto const& formula : formulas) {
       for (std::size_t step = 0; step < record.states.size(); ++step) {
         if (!record.states[step] || formula.indexOf(*m_unit.stepTimes[step])) continue;
-        m_json.fail(fmt::format("histories of {} with a value at time {} of step {}", quote(name),
-                                shortestForm(*m_unit.stepTimes[step]), step),
+        m_json.fail(tr("histories of {} with a value at time {} of step {}", quote(name),
+                       shortestForm(*m_unit.stepTimes[step]), step),
                     describeTimes(formula.times()), place);
       }
     }
@@ -435,7 +406,7 @@ void MapReader::checkRecordsOfTools(std::vector<ImportRecord> const& records, st
   for (std::size_t i = 0; i < records.size(); ++i) {
     auto const tool = m_toolKinds.find(records[i].id);
     if (tool == m_toolKinds.end() || tool->second != kind) {
-      m_json.fail(fmt::format("the identifier of a tool of kind {}", kind), quote(records[i].id),
+      m_json.fail(tr("the identifier of a tool of kind {}", kind), quote(records[i].id),
                   fmt::format("{}/{}/id", list, i));
     }
   }
@@ -446,7 +417,7 @@ void MapReader::checkGroupings() const {
     for (auto const& [name, tools] : groups) {
       for (auto const& tool : tools) {
         if (!m_toolKinds.contains(tool)) {
-          m_json.fail("identifiers of tools of the unit", quote(tool), "/toolGroupings/" + family);
+          m_json.fail(tr("identifiers of tools of the unit"), quote(tool), "/toolGroupings/" + family);
         }
       }
     }
@@ -459,7 +430,7 @@ void MapReader::checkJoinsDefinedInUnit() const {
   for (std::size_t i = 0; i < m_unit.joinsDefinedInUnit.size(); ++i) {
     auto const& id = m_unit.joinsDefinedInUnit[i];
     if (!used.contains(id)) {
-      m_json.fail("the simulationUnitJoin of a line join", id.toString(),
+      m_json.fail(tr("the simulationUnitJoin of a line join"), id.toString(),
                   fmt::format("/joinsDefinedInUnit/{}", i));
     }
   }

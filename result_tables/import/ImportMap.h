@@ -9,6 +9,7 @@
 
 #include "VantaService_Identifier/GUIdentifier.h"
 #include "result_tables/import/Histories.h"
+#include "result_tables/json/JsonShapes.h"
 
 namespace Kestrel::ResultTables {
 
@@ -65,22 +66,14 @@ struct ImportRecord {
   std::vector<std::pair<std::string, std::vector<ImportFormula>>> skins;
 };
 
-/// Inclusive bounds, indices of the step times.
-struct ImportVisibleSteps {
-  std::uint64_t first = 0;
-  std::uint64_t last = 0;
-};
-
 struct ImportUnit {
-  using Grouping = std::vector<std::pair<std::string, std::vector<std::string>>>;
-
   GUIdentifier id;
   std::string name;
-  std::optional<ImportVisibleSteps> visibleSteps;
+  std::optional<StepBounds> visibleSteps;        ///< indices of the step times
   std::vector<std::optional<double>> stepTimes;  ///< empty: the step has no data
   std::vector<ImportTool> tools;
   std::vector<GUIdentifier> joinsDefinedInUnit;
-  std::vector<std::pair<std::string, Grouping>> toolGroupings;  ///< by the name of the family
+  std::vector<std::pair<std::string, ToolGroups>> toolGroupings;  ///< by the name of the family
   std::vector<ImportRecord> suctionZones;
   std::vector<ImportRecord> joiningTongs;
   std::vector<ImportRecord> joins;

@@ -7,6 +7,8 @@
 #include <system_error>
 
 #include "result_tables/base/Error.h"
+#include "result_tables/base/Text.h"
+#include "result_tables/base/Translate.h"
 
 namespace Kestrel::ResultTables {
 
@@ -55,9 +57,19 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
+void refuseWhatIsNotUtf8(std::string_view source, std::string_view text) {
+  auto const position = findInvalidUtf8(text);
+  if (!position) return;
+  auto const before = text.substr(0, *position);
+  auto const line = 1 + std::count(before.begin(), before.end(), '\n');
+  auto const byte = before.size() - (before.rfind('\n') + 1) + 1;
+  throw Error(tr("{}: line {}, byte {}: expected {}, found {}", toPrintable(source), line, byte,
+                 tr("UTF-8 text"), describeByte(text[*position])));
+}
+
 void failAtLine(std::string_view source, std::size_t line, std::string_view expected,
                 std::string_view found) {
-  throw Error(fmt::format("{}: line {}: expected {}, found {}", source, line, expected, found));
+  throw Error(tr("{}: line {}: expected {}, found {}", toPrintable(source), line, expected, found));
 }
 
 }  // namespace Kestrel::ResultTables

@@ -16,6 +16,10 @@ namespace Kestrel::ResultTables {
 /// `text` without blanks (spaces, tabs) and a carriage return at its ends.
 [[nodiscard]] std::string_view trimmed(std::string_view text);
 
+/// Throws the `Error` "SOURCE: line LINE, byte BYTE: expected UTF-8 text, found byte 0xFC" for the first byte
+/// of `text` that is part of no character; BYTE counts from 1 in its line.
+void refuseWhatIsNotUtf8(std::string_view source, std::string_view text);
+
 /// Throws the `Error` "SOURCE: line LINE: expected EXPECTED, found FOUND".
 [[noreturn]] void failAtLine(std::string_view source, std::size_t line, std::string_view expected,
                              std::string_view found);

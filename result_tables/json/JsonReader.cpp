@@ -5,56 +5,56 @@
 
 #include <algorithm>
 #include <charconv>
-#include <clocale>
 #include <cmath>
-#include <cstdlib>
 #include <limits>
 #include <utility>
 
 #include "result_tables/base/Error.h"
 #include "result_tables/base/Text.h"
+#include "result_tables/base/Translate.h"
 
 namespace Kestrel::ResultTables {
 
 namespace {
 
-constexpr std::string_view s_endOfDocument = "the end of the file after the document";
-constexpr std::string_view s_surrogatePair = "a surrogate pair";
 constexpr std::string_view s_blanks = " \t\r\n";
 constexpr std::string_view s_hexDigits = "0123456789ABCDEFabcdef";
 constexpr std::string_view s_wordCharacters =
     "+-.0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ_abcdefghijklmnopqrstuvwxyz";
 
-std::string_view expectationOf(rapidjson::ParseErrorCode code) {
+std::string endOfDocument() { return tr("the end of the file after the document"); }
+std::string surrogatePair() { return tr("a surrogate pair"); }
+
+std::string expectationOf(rapidjson::ParseErrorCode code) {
   switch (code) {
     case rapidjson::kParseErrorDocumentEmpty:
-      return "a JSON document";
+      return tr("a JSON document");
     case rapidjson::kParseErrorDocumentRootNotSingular:
-      return s_endOfDocument;
+      return endOfDocument();
     case rapidjson::kParseErrorObjectMissName:
-      return "a member name in quotation marks";
+      return tr("a member name in quotation marks");
     case rapidjson::kParseErrorObjectMissColon:
-      return "a colon after the member name";
+      return tr("a colon after the member name");
     case rapidjson::kParseErrorObjectMissCommaOrCurlyBracket:
-      return "a comma or a closing brace";
+      return tr("a comma or a closing brace");
     case rapidjson::kParseErrorArrayMissCommaOrSquareBracket:
-      return "a comma or a closing bracket";
+      return tr("a comma or a closing bracket");
     case rapidjson::kParseErrorStringUnicodeEscapeInvalidHex:
-      return "four hexadecimal digits after \\u";
+      return tr("four hexadecimal digits after \\u");
     case rapidjson::kParseErrorStringUnicodeSurrogateInvalid:
-      return s_surrogatePair;
+      return surrogatePair();
     case rapidjson::kParseErrorStringEscapeInvalid:
-      return "an escape sequence of JSON";
+      return tr("an escape sequence of JSON");
     case rapidjson::kParseErrorStringMissQuotationMark:
-      return "a quotation mark at the end of the string";
+      return tr("a quotation mark at the end of the string");
     case rapidjson::kParseErrorStringInvalidEncoding:
-      return "UTF-8 text in the string";
+      return tr("UTF-8 text in the string");
     case rapidjson::kParseErrorNumberMissFraction:
-      return "a digit after the decimal point";
+      return tr("a digit after the decimal point");
     case rapidjson::kParseErrorNumberMissExponent:
-      return "a digit in the exponent";
+      return tr("a digit in the exponent");
     default:
-      return "a JSON value";
+      return tr("a JSON value");
   }
 }
 
@@ -73,8 +73,8 @@ void appendPointerToken(std::string& pointer, std::string_view token) {
 
 /// What stands at the beginning of `rest`: a word, an escape sequence, a character or a byte.
 std::string describe(std::string_view rest) {
-  if (rest.empty()) return "the end of the file";
-  if (rest.front() == '\0') return "a zero byte";
+  if (rest.empty()) return tr("the end of the file");
+  if (rest.front() == '\0') return tr("a zero byte");
   auto const word = rest.substr(0, rest.find_first_not_of(s_wordCharacters));
   if (!word.empty()) return quote(word);
   if (rest.starts_with("\\u")) {
@@ -83,8 +83,7 @@ std::string describe(std::string_view rest) {
   }
   if (rest.front() == '\\') return quote(rest.substr(0, 1 + firstCharacter(rest.substr(1)).size()));
   auto const character = firstCharacter(rest);
-  return character.empty() ? fmt::format("byte 0x{:02X}", static_cast<unsigned char>(rest.front()))
-                           : quote(character);
+  return character.empty() ? describeByte(rest.front()) : quote(character);
 }
 
 /// Where the lone low surrogate stands that the text has at or after `at`.
@@ -100,11 +99,6 @@ std::size_t findLoneLowSurrogate(std::string_view text, std::size_t at) {
     at += isOneOf("89ABab") ? std::string_view("\\uD800\\uDC00").size() : 2;
   }
 }
-
-locale_t const s_classicLocale = newlocale(LC_ALL_MASK, "C", locale_t{});
-
-/// The double nearest to the number at `text`, which anything but a digit ends; infinity if there is none.
-double nearestDouble(char const* text) { return strtod_l(text, nullptr, s_classicLocale); }
 
 std::string listOfNames(std::vector<JsonMember> const& members) {
   std::string names;
@@ -153,21 +147,21 @@ namespace Kestrel::ResultTables {
 
 JsonShape jsonString(std::function<void(std::string_view)> onString) {
   JsonShape shape;
-  shape.expected = "a string";
+  shape.expected = [] { return tr("a string"); };
   shape.onString = std::move(onString);
   return shape;
 }
 
 JsonShape jsonNumber(std::function<void(double)> onNumber) {
   JsonShape shape;
-  shape.expected = "a number";
+  shape.expected = [] { return tr("a number"); };
   shape.onNumber = std::move(onNumber);
   return shape;
 }
 
 JsonShape jsonSeriesNumber(std::function<void(double)> onNumber) {
   JsonShape shape;
-  shape.expected = "a number, null, \"Infinity\" or \"-Infinity\"";
+  shape.expected = [] { return tr("a number, null, \"Infinity\" or \"-Infinity\""); };
   shape.onNumber = std::move(onNumber);
   shape.mayBeNotFinite = true;
   return shape;
@@ -175,7 +169,7 @@ JsonShape jsonSeriesNumber(std::function<void(double)> onNumber) {
 
 JsonShape jsonInteger(std::uint64_t largest, std::function<void(std::uint64_t)> onInteger) {
   JsonShape shape;
-  shape.expected = fmt::format("an integer from 0 to {}", largest);
+  shape.expected = [largest] { return tr("an integer from 0 to {}", largest); };
   shape.onInteger = std::move(onInteger);
   shape.largestInteger = largest;
   return shape;
@@ -183,7 +177,7 @@ JsonShape jsonInteger(std::uint64_t largest, std::function<void(std::uint64_t)> 
 
 JsonShape jsonBoolean(std::function<void(bool)> onBoolean) {
   JsonShape shape;
-  shape.expected = "true or false";
+  shape.expected = [] { return tr("true or false"); };
   shape.onBoolean = std::move(onBoolean);
   return shape;
 }
@@ -191,7 +185,7 @@ JsonShape jsonBoolean(std::function<void(bool)> onBoolean) {
 JsonShape jsonObject(std::vector<JsonMember> members, std::function<void()> onBegin,
                      std::function<void()> onEnd) {
   JsonShape shape;
-  shape.expected = "an object";
+  shape.expected = [] { return tr("an object"); };
   shape.object = std::make_shared<JsonObject const>(
       JsonObject{std::move(members), std::move(onBegin), std::move(onEnd), {}, {}});
   return shape;
@@ -200,7 +194,7 @@ JsonShape jsonObject(std::vector<JsonMember> members, std::function<void()> onBe
 JsonShape jsonMap(std::function<bool(std::string_view)> onName, JsonShape anyMember,
                   std::function<void()> onBegin) {
   JsonShape shape;
-  shape.expected = "an object";
+  shape.expected = [] { return tr("an object"); };
   shape.object = std::make_shared<JsonObject const>(
       JsonObject{{}, std::move(onBegin), {}, std::move(onName), std::move(anyMember)});
   return shape;
@@ -208,14 +202,14 @@ JsonShape jsonMap(std::function<bool(std::string_view)> onName, JsonShape anyMem
 
 JsonShape jsonArray(JsonShape element, std::function<void()> onBegin, std::function<void()> onEnd) {
   JsonShape shape;
-  shape.expected = "an array";
+  shape.expected = [] { return tr("an array"); };
   shape.array =
       std::make_shared<JsonArray const>(JsonArray{std::move(element), std::move(onBegin), std::move(onEnd)});
   return shape;
 }
 
 JsonShape jsonOrNull(JsonShape shape, std::function<void()> onNull) {
-  shape.expected += " or null";
+  shape.expected = [expected = std::move(shape.expected)] { return tr("{} or null", expected()); };
   shape.onNull = std::move(onNull);
   return shape;
 }
@@ -257,7 +251,10 @@ class JsonReader::Handler {
   };
 
   [[noreturn]] void failAsParser(rapidjson::ParseErrorCode code, std::size_t offset) const;
+  [[noreturn]] void failAt(std::size_t line, std::size_t column, std::string_view expected,
+                           std::string_view found) const;
   [[noreturn]] void failAtOffset(std::size_t offset, std::string_view expected) const;
+  [[noreturn]] void failAsRepeated(std::string_view member) const;
   [[noreturn]] void refuseNumber(std::size_t offset) const;
   [[nodiscard]] JsonShape const& shapeOfValue() const;
   /// What every value is followed by: the next element's turn.
@@ -278,8 +275,7 @@ class JsonReader::Handler {
 
 void JsonReader::Handler::read() {
   if (m_text.starts_with("\xEF\xBB\xBF")) {
-    throw Error(
-        fmt::format("{}: line 1, column 1: expected a JSON value, found a byte order mark", m_fileName));
+    failAt(1, 1, tr("a JSON value"), tr("a byte order mark"));
   }
   rapidjson::Reader reader;
   // "In situ" is what hands strings to the stream and does not copy numbers.
@@ -288,20 +284,24 @@ void JsonReader::Handler::read() {
   auto const result = reader.Parse<flags>(m_stream, *this);
   if (result.IsError()) failAsParser(result.Code(), result.Offset());
   // The parser takes a zero byte for the end of the text.
-  if (m_stream.Tell() < m_text.size()) failAtOffset(m_stream.Tell(), s_endOfDocument);
+  if (m_stream.Tell() < m_text.size()) failAtOffset(m_stream.Tell(), endOfDocument());
 }
 
 void JsonReader::Handler::fail(std::string_view expected, std::string_view found,
                                std::string_view within) const {
   auto place = pointer().append(within);
-  if (place.empty()) place = "document";
-  throw Error(fmt::format("{}: {}: expected {}, found {}", m_fileName, toPrintable(place), expected, found));
+  if (place.empty()) place = tr("document");
+  throw Error(tr("{}: {}: expected {}, found {}", m_fileName, toPrintable(place), expected, found));
+}
+
+void JsonReader::Handler::failAsRepeated(std::string_view member) const {
+  fail(tr("each member once"), tr("a second {}", quote(member)), {});
 }
 
 void JsonReader::Handler::failAsParser(rapidjson::ParseErrorCode code, std::size_t offset) const {
   if (code == rapidjson::kParseErrorNumberTooBig) refuseNumber(offset);
   if (code == rapidjson::kParseErrorStringEscapeInvalid && m_text[offset] != '\\') {
-    failAtOffset(offset, "an escape sequence in place of a control character");
+    failAtOffset(offset, tr("an escape sequence in place of a control character"));
   }
   // The parser stops inside a word, where it ceases to be one of its own.
   if (code == rapidjson::kParseErrorValueInvalid) {
@@ -312,24 +312,28 @@ void JsonReader::Handler::failAsParser(rapidjson::ParseErrorCode code, std::size
 
 void JsonReader::Handler::failAtOffset(std::size_t offset, std::string_view expected) const {
   auto const before = std::string_view(m_text).substr(0, offset);
-  auto const line = 1 + std::count(before.begin(), before.end(), '\n');
+  auto const line = 1 + static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n'));
   auto const lineBefore = before.substr(before.rfind('\n') + 1);
-  auto const column = 1 + std::count_if(lineBefore.begin(), lineBefore.end(), [](char c) {
-                        return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
-                      });
-  throw Error(fmt::format("{}: line {}, column {}: expected {}, found {}", m_fileName, line, column, expected,
-                          describe(std::string_view(m_text).substr(offset))));
+  auto const column =
+      1 + static_cast<std::size_t>(std::count_if(lineBefore.begin(), lineBefore.end(), [](char c) {
+        return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
+      }));
+  failAt(line, column, expected, describe(std::string_view(m_text).substr(offset)));
+}
+
+void JsonReader::Handler::failAt(std::size_t line, std::size_t column, std::string_view expected,
+                                 std::string_view found) const {
+  throw Error(tr("{}: line {}, column {}: expected {}, found {}", m_fileName, line, column, expected, found));
 }
 
 void JsonReader::Handler::refuseNumber(std::size_t offset) const {
   auto const rest = std::string_view(m_text).substr(offset);
   auto const digits = rest.substr(0, rest.find_first_not_of("+-.0123456789eE"));
   auto const& shape = shapeOfValue();
-  auto const expected = !shape.onNumber ? std::string_view(shape.expected)
-                        : std::isinf(nearestDouble(rest.data()))
-                            ? "a number within the range of doubles"
-                            : "at most 308 digits before the decimal point and no exponent above 308";
-  fail(expected, brief(digits), {});
+  if (!shape.onNumber) fail(shape.expected(), brief(digits), {});
+  if (std::isinf(nearestDouble(rest.data())))
+    fail(tr("a number within the range of doubles"), brief(digits), {});
+  fail(tr("at most 308 digits before the decimal point and no exponent above 308"), brief(digits), {});
 }
 
 std::size_t JsonReader::Handler::countElementsAhead() const {
@@ -358,14 +362,14 @@ bool JsonReader::Handler::Null() {
   } else if (shape.onNull) {
     shape.onNull();
   } else {
-    fail(shape.expected, "null", {});
+    fail(shape.expected(), "null", {});
   }
   return valueIsRead();
 }
 
 bool JsonReader::Handler::Bool(bool value) {
   auto const& shape = shapeOfValue();
-  if (!shape.onBoolean) fail(shape.expected, value ? "true" : "false", {});
+  if (!shape.onBoolean) fail(shape.expected(), value ? "true" : "false", {});
   shape.onBoolean(value);
   return valueIsRead();
 }
@@ -378,7 +382,7 @@ bool JsonReader::Handler::RawNumber(char const* /*text*/, rapidjson::SizeType le
   } else if (shape.onInteger) {
     integer(shape, digits);
   } else {
-    fail(shape.expected, brief(digits), {});
+    fail(shape.expected(), brief(digits), {});
   }
   return valueIsRead();
 }
@@ -392,14 +396,14 @@ bool JsonReader::Handler::String(char const* /*text*/, rapidjson::SizeType /*len
     auto const infinity = std::numeric_limits<double>::infinity();
     shape.onNumber(value.front() == '-' ? -infinity : infinity);
   } else {
-    fail(shape.expected, quote(value), {});
+    fail(shape.expected(), quote(value), {});
   }
   return valueIsRead();
 }
 
 bool JsonReader::Handler::StartObject() {
   auto const& shape = shapeOfValue();
-  if (!shape.object) fail(shape.expected, "an object", {});
+  if (!shape.object) fail(shape.expected(), tr("an object"), {});
   if (shape.object->onBegin) shape.object->onBegin();
   m_frames.push_back({&shape, 0, 0, nullptr, {}});
   return true;
@@ -411,7 +415,7 @@ bool JsonReader::Handler::Key(char const* /*text*/, rapidjson::SizeType /*length
   auto const name = decodedString();
   if (object.onName) {
     frame.name = name;
-    if (!object.onName(name)) fail("each member once", "a second " + quote(name), {});
+    if (!object.onName(name)) failAsRepeated(name);
     return true;
   }
   auto const found = std::find_if(object.members.begin(), object.members.end(),
@@ -419,9 +423,9 @@ bool JsonReader::Handler::Key(char const* /*text*/, rapidjson::SizeType /*length
   frame.member = nullptr;
   frame.name = name;
   if (found == object.members.end())
-    fail("one of the members " + listOfNames(object.members), quote(name), {});
+    fail(tr("one of the members {}", listOfNames(object.members)), quote(name), {});
   auto const bit = std::uint64_t{1} << (found - object.members.begin());
-  if ((frame.membersSeen & bit) != 0) fail("each member once", "a second " + quote(name), {});
+  if ((frame.membersSeen & bit) != 0) failAsRepeated(name);
   frame.membersSeen |= bit;
   frame.member = &*found;
   return true;
@@ -434,7 +438,7 @@ bool JsonReader::Handler::EndObject(rapidjson::SizeType /*memberCount*/) {
   for (std::size_t i = 0; i < object.members.size(); ++i) {
     auto const& member = object.members[i];
     if (member.presence == JsonMember::Presence::required && (membersSeen >> i & 1U) == 0) {
-      fail("a member " + quote(member.name), "none", {});
+      fail(tr("a member {}", quote(member.name)), tr("none"), {});
     }
   }
   if (object.onEnd) object.onEnd();
@@ -443,7 +447,7 @@ bool JsonReader::Handler::EndObject(rapidjson::SizeType /*memberCount*/) {
 
 bool JsonReader::Handler::StartArray() {
   auto const& shape = shapeOfValue();
-  if (!shape.array) fail(shape.expected, "an array", {});
+  if (!shape.array) fail(shape.expected(), tr("an array"), {});
   if (shape.array->onBegin) shape.array->onBegin();
   m_frames.push_back({&shape, 0, 0, nullptr, {}});
   return true;
@@ -484,7 +488,7 @@ void JsonReader::Handler::integer(JsonShape const& shape, std::string_view text)
   auto const* const end = text.data() + text.size();
   auto const result = std::from_chars(text.data(), end, value);
   if (result.ec != std::errc() || result.ptr != end || value > shape.largestInteger)
-    fail(shape.expected, brief(text), {});
+    fail(shape.expected(), brief(text), {});
   shape.onInteger(value);
 }
 
@@ -494,7 +498,7 @@ std::string_view JsonReader::Handler::decodedString() const {
   // one.
   for (auto at = value.find('\xED'); at != value.npos; at = value.find('\xED', at + 1)) {
     if (static_cast<unsigned char>(value[at + 1]) >= 0xA0)
-      failAtOffset(findLoneLowSurrogate(m_text, m_stream.Tell()), s_surrogatePair);
+      failAtOffset(findLoneLowSurrogate(m_text, m_stream.Tell()), surrogatePair());
   }
   return value;
 }

@@ -15,7 +15,7 @@ struct JsonObject;
 
 /// What may stand at one place of a document, and what is called when it does. Anything else is an error.
 struct JsonShape {
-  std::string expected;  ///< for the message, "a string"
+  std::function<std::string()> expected;  ///< what to call it in a message: "a string"
   std::function<void(std::string_view)> onString;
   std::function<void(double)> onNumber;
   bool mayBeNotFinite = false;  ///< `onNumber` also takes null (not a number), "Infinity" and "-Infinity"

@@ -1,7 +1,7 @@
 #include "result_tables/results/ResultsFile.h"
 
-#include <fmt/format.h>
-
+#include <algorithm>
+#include <array>
 #include <functional>
 #include <limits>
 #include <optional>
@@ -11,7 +11,7 @@
 #include "Business_Skin/Skin.h"
 #include "result_tables/base/File.h"
 #include "result_tables/base/Text.h"
-#include "result_tables/base/ToolKind.h"
+#include "result_tables/base/Translate.h"
 #include "result_tables/json/JsonShapes.h"
 
 namespace Kestrel::ResultTables {
@@ -25,6 +25,14 @@ using JoinState = BodyJoinInterface::JoinState;
 constexpr auto s_required = Presence::required;
 constexpr auto s_optional = Presence::optional;
 constexpr std::uint64_t s_largest32Bit = std::numeric_limits<std::uint32_t>::max();
+
+/// The families whose tools a unit groups, as the file names them.
+constexpr std::array<std::pair<DataType, std::string_view>, 4> s_groupedFamilies = {{
+    {DataType::ClampingTools, "ClampingTools"},
+    {DataType::Rollers, "Rollers"},
+    {DataType::Steels, "Steels"},
+    {DataType::HemmingBed, "HemmingBed"},
+}};
 
 /// The series that is being read: numbers in either form.
 struct SeriesDraft {
@@ -61,15 +69,10 @@ struct RecordDraft {
   std::shared_ptr<SkinBase>* skin = nullptr;  ///< the one that is being read
 };
 
-struct VisibleSteps {
-  std::uint64_t first = 0;
-  std::uint64_t last = 0;
-};
-
 struct UnitDraft {
   GUIdentifier id;
   std::string name;
-  std::optional<VisibleSteps> visibleSteps;
+  std::optional<StepBounds> visibleSteps;
   std::vector<ToolDraft> tools;
   std::unordered_set<std::string> toolIds;
   std::vector<EvalSimulationUnitJoinGUID> joinsDefinedInUnit;
@@ -90,7 +93,6 @@ class ResultsReader {
  private:
   JsonShape document();
   JsonShape unit();
-  JsonShape visibleSteps();
   JsonShape tool();
   JsonShape series(std::vector<JsonMember> members, std::function<void()> onEnd);
   JsonShape values();
@@ -108,7 +110,6 @@ class ResultsReader {
 
   void finishTool();
   void finishUnit();
-  void checkVisibleStep(std::uint64_t step, std::string_view place);
   void refuseRepeatedGuid(bool added);
 
   JsonReader m_json;
@@ -145,7 +146,7 @@ JsonShape ResultsReader::unit() {
       {
           {"id", s_required, jsonIdentifier(m_json, m_unit.id)},
           {"name", s_required, jsonText(m_unit.name)},
-          {"visibleSteps", s_optional, visibleSteps()},
+          {"visibleSteps", s_optional, jsonOrNull(jsonStepBounds(m_unit.visibleSteps), [] {})},
           {"tools", s_optional, toolList},
           {"joinsDefinedInUnit", s_optional, joinsDefinedInUnit},
           {"toolGroupings", s_optional, toolGroupings()},
@@ -154,23 +155,9 @@ JsonShape ResultsReader::unit() {
       [this] { m_unit = {}; }, [this] { finishUnit(); });
 }
 
-JsonShape ResultsReader::visibleSteps() {
-  auto const bound = [this](std::uint64_t VisibleSteps::*member) {
-    return jsonInteger(s_largest32Bit,
-                       [this, member](std::uint64_t value) { *m_unit.visibleSteps.*member = value; });
-  };
-  return jsonOrNull(jsonObject({{"first", s_required, bound(&VisibleSteps::first)},
-                                {"last", s_required, bound(&VisibleSteps::last)}},
-                               [this] { m_unit.visibleSteps.emplace(); }),
-                    [] {});
-}
-
 JsonShape ResultsReader::tool() {
-  auto const kind = jsonString([this](std::string_view value) {
-    auto const type = toolKindOf(value);
-    if (!type) m_json.fail("one of " + toolKindNames(), quote(value));
-    m_tool.type = *type;
-  });
+  auto const kind =
+      jsonToolKind(m_json, [this](std::string_view, ToolForceDataType type) { m_tool.type = type; });
   auto const seriesList = jsonArray(series({{"quantity", s_required, jsonText(m_series.quantity)}}, [this] {
     m_tool.series.emplace_back(m_series.quantity, std::make_shared<StepValues<double>>(m_series.take()));
   }));
@@ -192,7 +179,8 @@ JsonShape ResultsReader::series(std::vector<JsonMember> members, std::function<v
       std::move(members), [this] { m_series = {}; },
       [this, onEnd = std::move(onEnd)] {
         if (m_series.forms != 1) {
-          m_json.fail("exactly one of \"values\" and \"pairs\"", m_series.forms == 0 ? "none" : "both");
+          m_json.fail(tr("exactly one of {} and {}", quote("values"), quote("pairs")),
+                      m_series.forms == 0 ? tr("none") : tr("both"));
         }
         onEnd();
       });
@@ -214,7 +202,7 @@ JsonShape ResultsReader::pairs() {
       number, [this] { m_series.pairSize = 0; },
       [this] {
         if (m_series.pairSize != 2) {
-          m_json.fail("a pair of a value and its companion", fmt::format("{} numbers", m_series.pairSize));
+          m_json.fail(tr("a pair of a value and its companion"), tr("{} numbers", m_series.pairSize));
         }
         m_series.pairs.emplace_back(m_series.pair[0], m_series.pair[1]);
       });
@@ -226,20 +214,12 @@ JsonShape ResultsReader::pairs() {
 }
 
 JsonShape ResultsReader::toolGroupings() {
-  auto const groupingOf = [this](DataType family) {
-    auto const groups = [ this, family ]() -> auto& { return m_unit.toolGroupings[family]; };
-    auto const name = jsonString([groups](std::string_view value) { groups().back().first = value; });
-    auto const tool =
-        jsonString([groups](std::string_view value) { groups().back().second.emplace_back(value); });
-    return jsonArray(jsonObject({{"name", s_required, name}, {"tools", s_required, jsonArray(tool)}},
-                                [groups] { groups().emplace_back(); }),
-                     [groups] { groups(); });
-  };
-  return jsonObject({
-      {"ClampingTools", s_optional, groupingOf(DataType::ClampingTools)},
-      {"Rollers", s_optional, groupingOf(DataType::Rollers)},
-      {"Steels", s_optional, groupingOf(DataType::Steels)},
-      {"HemmingBed", s_optional, groupingOf(DataType::HemmingBed)},
+  std::vector<std::string> names;
+  for (auto const& [family, name] : s_groupedFamilies) names.emplace_back(name);
+  return jsonToolGroupings(names, [this](std::string_view name) -> ToolGroups& {
+    auto const* const found = std::find_if(s_groupedFamilies.begin(), s_groupedFamilies.end(),
+                                           [name](auto const& entry) { return entry.second == name; });
+    return m_unit.toolGroupings[found->first];
   });
 }
 
@@ -261,7 +241,7 @@ JsonShape ResultsReader::record(std::vector<JsonMember> members, std::function<v
 }
 
 void ResultsReader::refuseRepeatedGuid(bool added) {
-  if (!added) m_json.fail("an identifier that is unique in its list", m_record.guid.toString(), "/guid");
+  if (!added) m_json.fail(tr("an identifier that is unique in its list"), m_record.guid.toString(), "/guid");
 }
 
 JsonShape ResultsReader::suctionZone() {
@@ -282,7 +262,7 @@ JsonShape ResultsReader::joiningTong() {
                  {"state", s_required, state()}},
                 [this] {
                   if (m_step->getJoiningTongByID(m_record.id)) {
-                    m_json.fail("an identifier that is unique in its list", quote(m_record.id), "/id");
+                    m_json.fail(tr("an identifier that is unique in its list"), quote(m_record.id), "/id");
                   }
                   m_step->addJoiningTong(std::make_shared<EvalJoiningTong>(m_record.id, m_record.name,
                                                                            JoinState{m_record.state}));
@@ -344,27 +324,19 @@ JsonShape ResultsReader::skins() {
 
 void ResultsReader::finishTool() {
   if (!m_unit.toolIds.insert(m_tool.id).second) {
-    m_json.fail("an identifier that is unique in the unit", quote(m_tool.id), "/id");
+    m_json.fail(tr("an identifier that is unique in the unit"), quote(m_tool.id), "/id");
   }
   m_unit.tools.push_back(std::move(m_tool));
 }
 
-void ResultsReader::checkVisibleStep(std::uint64_t step, std::string_view place) {
-  if (step >= m_unit.steps.size()) {
-    m_json.fail(fmt::format("the index of one of {} steps", m_unit.steps.size()), std::to_string(step),
-                place);
-  }
-}
-
 void ResultsReader::finishUnit() {
   if (!m_unitIds.insert(m_unit.id).second) {
-    m_json.fail("an identifier that is unique in the file", m_unit.id.toString(), "/id");
+    m_json.fail(tr("an identifier that is unique in the file"), m_unit.id.toString(), "/id");
   }
+  checkStepBounds(m_json, m_unit.visibleSteps, m_unit.steps.size());
   auto unit = std::make_unique<SimulationUnit>(SimulationUnitId(m_unit.id), m_unit.name);
   if (m_unit.visibleSteps) {
     auto const [first, last] = *m_unit.visibleSteps;
-    checkVisibleStep(first, "/visibleSteps/first");
-    checkVisibleStep(last, "/visibleSteps/last");
     unit->setVisibleSteps(static_cast<unsigned int>(first), static_cast<unsigned int>(last));
   }
   for (auto& tool : m_unit.tools) {
@@ -380,11 +352,11 @@ void ResultsReader::finishUnit() {
 }  // namespace
 
 ResultsFile readResultsFile(std::filesystem::path const& path) {
-  return readResults(path.string(), readFile(path));
+  return readResults(nameOfInput(path.string()), readInput(path.string()));
 }
 
 ResultsFile readResults(std::string const& name, std::string const& text) {
-  return ResultsReader(name).read(text);
+  return namingWhatIsTooLarge(name, [&] { return ResultsReader(name).read(text); });
 }
 
 }  // namespace Kestrel::ResultTables
