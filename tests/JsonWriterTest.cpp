@@ -64,6 +64,37 @@ TEST(JsonWriter, WritesAnIndentedDocument) {
 )");
 }
 
+TEST(JsonWriter, WritesMembersWithTheirKeys) {
+  JsonWriter json;
+  json.beginObject();
+  json.text("text", "a");
+  json.number("number", -0.5);
+  json.number("infinite", std::numeric_limits<double>::infinity());
+  json.integer("integer", 7);
+  json.flag("flag", false);
+  json.null("null");
+  json.beginObject("object");
+  json.endObject();
+  json.beginArray("array");
+  json.endArray();
+  json.beginInlineArray("inline");
+  json.integer(1);
+  json.endInlineArray();
+  json.endObject();
+  EXPECT_EQ(json.take(), R"({
+  "text": "a",
+  "number": -0.5,
+  "infinite": "Infinity",
+  "integer": 7,
+  "flag": false,
+  "null": null,
+  "object": {},
+  "array": [],
+  "inline": [1]
+}
+)");
+}
+
 TEST(JsonWriter, IsEmptyOnceItsDocumentIsTaken) {
   JsonWriter json;
   json.beginArray();

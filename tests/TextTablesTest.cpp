@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <string>
+#include <string_view>
+
 namespace Kestrel::ResultTables {
 namespace {
 
@@ -15,9 +18,9 @@ class TextTables : public testing::Test {
   TextTables() { m_container->title = "Clamps"; }
 
   /// The text of one table with one section.
-  std::string render(MaxValueGroup const& group, bool colour = false) {
+  std::string render(MaxValueGroup const& group, TextStyle const& style = {}) {
     m_container->groups = {group};
-    return renderText({ResultTable(m_unit, m_container, TablePropertiesData())}, {.colour = colour});
+    return renderText({ResultTable(m_unit, m_container, TablePropertiesData())}, style);
   }
 
   SimulationUnit const m_unit{SimulationUnitId(), "OP20"};
@@ -86,8 +89,105 @@ TEST_F(TextTables, RepeatTheHeadOfALongSection) {
   EXPECT_EQ(heads, 3U);
 }
 
+/// Two rows with four columns of four characters each behind names of four.
+MaxValueGroup fourColumns() {
+  MaxValueGroup group{"Forces", false, true, {}, {"K1", "K2", "K3", "K4"}, {}};
+  group.subGroups.push_back({"", {{"C1", {1001, 2001, 3001, 4001}}, {"Long", {1002, 2002, 3002, 4002}}}});
+  return group;
+}
+
+constexpr std::string_view s_fourColumns = R"(OP20: Clamps
+
+  Forces
+             K1     K2     K3     K4
+    ----   ----   ----   ----   ----
+    C1     1001   2001   3001   4001
+    Long   1002   2002   3002   4002
+)";
+
+TEST_F(TextTables, AreNeverBrokenWhereThereIsNoWidth) {
+  EXPECT_EQ(render(fourColumns(), {.width = 0}), s_fourColumns);
+}
+
+TEST_F(TextTables, AreNotBrokenWhereTheyFit) {
+  EXPECT_EQ(render(fourColumns(), {.width = 36}), s_fourColumns);
+}
+
+TEST_F(TextTables, BreakIntoBlocksWithNamesAndHeadsWhereALineIsTooNarrow) {
+  EXPECT_EQ(render(fourColumns(), {.width = 35}), R"(OP20: Clamps
+
+  Forces
+             K1     K2     K3
+    ----   ----   ----   ----
+    C1     1001   2001   3001
+    Long   1002   2002   3002
+
+             K4
+    ----   ----
+    C1     4001
+    Long   4002
+)");
+}
+
+TEST_F(TextTables, GiveAColumnThatIsWiderThanTheTerminalABlockOfItsOwn) {
+  MaxValueGroup group{"Forces", false, true, {}, {"K1", "AVeryLongKeyWithoutBlanks", "K3"}, {}};
+  group.subGroups.push_back({"Left", {{"C1", {1, 2, 3}}}});
+  EXPECT_EQ(render(group, {.width = 20}), R"(OP20: Clamps
+
+  Forces
+           K1
+    ----   --
+    Left
+      C1    1
+
+           AVeryLongKeyWithoutBlanks
+    ----   -------------------------
+    Left
+      C1                           2
+
+           K3
+    ----   --
+    Left
+      C1    3
+)");
+}
+
+TEST_F(TextTables, MeasureWideNamesWhenTheyBreak) {
+  MaxValueGroup group{"力", false, true, {}, {"K1", "K2"}, {}};
+  group.subGroups.push_back({"", {{"クランプ", {1, 2}}}});
+  constexpr std::string_view unbroken =
+      "OP20: Clamps\n\n  力\n"
+      "               K1   K2\n"
+      "    --------   --   --\n"
+      "    クランプ    1    2\n";
+  EXPECT_EQ(render(group, {.width = 22}), unbroken);
+  EXPECT_EQ(render(group, {.width = 21}),
+            "OP20: Clamps\n\n  力\n"
+            "               K1\n"
+            "    --------   --\n"
+            "    クランプ    1\n\n"
+            "               K2\n"
+            "    --------   --\n"
+            "    クランプ    2\n");
+}
+
+TEST_F(TextTables, LeaveRoomForMarksWhenTheyBreak) {
+  m_container->valuesAreValid = {{"C1", false}};
+  EXPECT_THAT(render(fourColumns(), {.width = 44}), HasSubstr("  K3       K4\n"));
+  EXPECT_THAT(render(fourColumns(), {.width = 43}), Not(HasSubstr("  K3       K4\n")));
+}
+
+TEST_F(TextTables, RepeatTheHeadsOfEachBlockOfALongSection) {
+  MaxValueGroup group{"Forces", false, true, {}, {"Key1", "Key2"}, {}};
+  for (int i = 0; i < 41; ++i) group.subGroups.push_back({"", {{"C" + std::to_string(i), {1, 2}}}});
+  auto const text = render(group, {.width = 15});
+  std::string heads;
+  for (std::size_t at = 0; (at = text.find("Key", at)) != text.npos; ++at) heads += text[at + 3];
+  EXPECT_EQ(heads, "1122");
+}
+
 TEST_F(TextTables, MarkTheTitleOnATerminal) {
-  EXPECT_THAT(render({}, true), testing::StartsWith("\x1b[1mOP20: Clamps\x1b[0m\n"));
+  EXPECT_THAT(render({}, {.colour = true}), testing::StartsWith("\x1b[1mOP20: Clamps\x1b[0m\n"));
 }
 
 TEST_F(TextTables, SayWhereThereIsNothing) {
