@@ -221,5 +221,10 @@ TEST(CalculixHistories, ComeBackBitForBit) {
   }
 }
 
+TEST(CalculixHistories, AreTextInUtf8AlsoWhereItIsPassedOver) {
+  EXPECT_EQ(errorOf([] { (void)readCalculixHistories("c.dat", "\n STEP \xC4\n"); }),
+            "c.dat: line 2, byte 7: expected UTF-8 text, found byte 0xC4");
+}
+
 }  // namespace
 }  // namespace Kestrel::ResultTables

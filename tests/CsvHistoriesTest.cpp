@@ -193,5 +193,12 @@ TEST(CsvHistories, OfTheLongFormComeBackBitForBitFromEverySeparator) {
   }
 }
 
+TEST(CsvHistories, AreTextInUtf8AlsoWhereItIsPassedOver) {
+  EXPECT_EQ(errorOf([] { (void)read("time,\"Kraft \xDC\"\n0,1\n"); }),
+            "h.csv: line 1, byte 13: expected UTF-8 text, found byte 0xDC");
+  EXPECT_EQ(errorOf([] { (void)read("time,a\n# \xFF\n0,1\n"); }),
+            "h.csv: line 2, byte 3: expected UTF-8 text, found byte 0xFF");
+}
+
 }  // namespace
 }  // namespace Kestrel::ResultTables

@@ -18,8 +18,9 @@
 
 #include "result_tables/base/Error.h"
 #include "support/ForkedTest.h"
-#include "support/Shell.h"
+#include "support/MemoryLimit.h"
 #include "support/SystemCallFailure.h"
+#include "support/TemporaryFolder.h"
 
 namespace Kestrel::ResultTables {
 namespace {
@@ -425,6 +426,66 @@ TEST_F(FileDeathTest, WriteToStandardOutputWritesEveryByte) {
   };
   EXPECT_EXIT(write(), ExitedWithCode(0), "");
   EXPECT_EQ(m_folder.read("out"), "new");
+}
+
+TEST_F(FileDeathTest, ReadFileNamesTheFileThatIsLargerThanTheMemory) {
+  if (TestSupport::s_isSanitized) GTEST_SKIP() << "sanitizers take address space of their own";
+  fs::resize_file(m_folder.write("large", ""), std::uintmax_t{1} << 30);
+  auto const read = [&] {
+    TestSupport::limitMemory(std::size_t{64} << 20);
+    auto const expected = path("large").string() + ": not enough memory";
+    exitWith(errorOfReading(path("large")) == expected);
+  };
+  EXPECT_EXIT(read(), ExitedWithCode(0), "");
+}
+
+TEST_F(FileTest, CallsStandardInputByItsName) {
+  EXPECT_EQ(nameOfInput("-"), "standard input");
+  EXPECT_EQ(nameOfInput("./-"), "./-");
+  EXPECT_EQ(nameOfInput("r.json"), "r.json");
+}
+
+TEST_F(FileTest, ReadsAFileThatTheUserNames) {
+  EXPECT_EQ(readInput(m_folder.write("-x", "text").string()), "text");
+  EXPECT_THROW((void)readInput(path("none").string()), Error);
+}
+
+TEST_F(FileDeathTest, ReadInputTakesStandardInputToItsEnd) {
+  m_folder.write("in", allBytes());
+  auto const read = [&] {
+    ::dup2(::open(path("in").c_str(), O_RDONLY), STDIN_FILENO);
+    exitWith(readInput("-") == allBytes() && readInput("-").empty());
+  };
+  EXPECT_EXIT(read(), ExitedWithCode(0), "");
+}
+
+TEST_F(FileDeathTest, ReadInputSaysThatStandardInputCannotBeRead) {
+  auto const read = [&] {
+    ::dup2(::open(m_folder.path().c_str(), O_RDONLY), STDIN_FILENO);
+    try {
+      (void)readInput("-");
+    } catch (Error const& error) {
+      exitWith(error.what() == std::string("standard input: cannot read: Is a directory"));
+    }
+    ::_exit(2);
+  };
+  EXPECT_EXIT(read(), ExitedWithCode(0), "");
+}
+
+TEST_F(FileDeathTest, WriteOutputKnowsStandardOutputByItsSignAndByNoName) {
+  auto const write = [&] {
+    ::dup2(::open(path("out").c_str(), O_WRONLY | O_CREAT, 0600), STDOUT_FILENO);
+    writeOutput("-", "one ");
+    writeOutput("", "two ");
+    writeOutput(path("file").string(), "three");
+    ::_exit(0);
+  };
+  EXPECT_EXIT(write(), ExitedWithCode(0), "");
+  EXPECT_EQ(m_folder.read("out"), "one two ");
+  EXPECT_EQ(m_folder.read("file"), "three");
+  EXPECT_TRUE(goesToStandardOutput(""));
+  EXPECT_TRUE(goesToStandardOutput("-"));
+  EXPECT_FALSE(goesToStandardOutput("./-"));
 }
 
 }  // namespace

@@ -2,12 +2,10 @@
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <locale>
 #include <random>
@@ -17,7 +15,10 @@
 #include "Persistence_SkinBaseName/SkinBaseName.h"
 #include "result_tables/base/File.h"
 #include "result_tables/results/ResultsFile.h"
+#include "support/ForkedTest.h"
 #include "support/ImportTesting.h"
+#include "support/MemoryLimit.h"
+#include "support/TemporaryFolder.h"
 
 namespace Kestrel::ResultTables {
 namespace {
@@ -30,26 +31,6 @@ using testing::Optional;
 std::filesystem::path const s_source = KESTREL_SOURCE_DIR;
 std::filesystem::path const s_data = s_source / "tests/data/import";
 std::filesystem::path const s_panel = s_source / "examples/clamped_panel";
-
-/// A folder that goes away with its content.
-class Folder {
- public:
-  Folder() : m_path(std::filesystem::temp_directory_path() / ("import_test_" + std::to_string(::getpid()))) {
-    std::filesystem::create_directory(m_path);
-  }
-  Folder(Folder const&) = delete;
-  Folder& operator=(Folder const&) = delete;
-  ~Folder() { std::filesystem::remove_all(m_path); }
-
-  std::filesystem::path write(std::string const& name, std::string_view text) const {
-    std::filesystem::remove(m_path / name);  // some file systems wait for the disk when a file is overwritten
-    std::ofstream(m_path / name, std::ios::binary) << text;
-    return m_path / name;
-  }
-
- private:
-  std::filesystem::path m_path;
-};
 
 std::vector<double> valuesOf(StepValues<double> const& series) {
   std::vector<double> values;
@@ -215,9 +196,9 @@ constexpr std::string_view s_everyRecord = R"({"format": "import-map", "version"
   {"id": "00000000-0000-0000-0000-000000000002", "name": "without anything"}]})";
 
 TEST(Import, FillsTheRecordsOfTheSteps) {
-  Folder const folder;
+  TemporaryFolder const folder;
   auto const input = folder.write("a.csv", "time,a,b\n0,1,-3\n1,2,NaN\n");
-  auto const map = folder.write("m.json", s_everyRecord);
+  auto const map = folder.write("m.json", std::string(s_everyRecord));
   auto const file = readResults("r.json", importHistories(ImportFormat::csv, input, map));
   ASSERT_EQ(file.units.size(), 2U);
   EXPECT_EQ(file.units[0].unit->getSimulationUnitName(), "U \xC3\xA4 \"q\"");
@@ -242,8 +223,8 @@ TEST(Import, FillsTheRecordsOfTheSteps) {
 }
 
 TEST(Import, GivesAStepNoRangeWhereAValueIsNotFinite) {
-  Folder const folder;
-  auto const map = folder.write("m.json", s_everyRecord);
+  TemporaryFolder const folder;
+  auto const map = folder.write("m.json", std::string(s_everyRecord));
   for (auto const* value : {"NaN", "Infinity", "-Infinity"}) {
     auto const input = folder.write("a.csv", fmt::format("time,a,b\n0,1,-3\n1,2,{}\n", value));
     auto const file = readResults("r.json", importHistories(ImportFormat::csv, input, map));
@@ -258,9 +239,10 @@ constexpr std::string_view s_oneClamp = R"({"format": "import-map", "version": 1
    "series": [{"quantity": "Q", "sum": [{"history": "a"}]}, {"quantity": "P", "form": "pairs", "sum": [{"history": "a"}]}]}]}]})";
 
 TEST(Import, WritesNotANumberAndInfinityAsAResultsFileHasThem) {
-  Folder const folder;
+  TemporaryFolder const folder;
   auto const input = folder.write("a.csv", "time,a\n0,NaN\n0.5,Infinity\n1,-Infinity\n");
-  auto const text = importHistories(ImportFormat::csv, input, folder.write("m.json", s_oneClamp));
+  auto const text =
+      importHistories(ImportFormat::csv, input, folder.write("m.json", std::string(s_oneClamp)));
   EXPECT_THAT(text, HasSubstr(R"("values": [null, "Infinity", "-Infinity"])"));
   EXPECT_THAT(text, HasSubstr(R"([null, 0])"));
   EXPECT_THAT(text, HasSubstr(R"(["Infinity", 0.5])"));
@@ -268,7 +250,7 @@ TEST(Import, WritesNotANumberAndInfinityAsAResultsFileHasThem) {
 }
 
 TEST(Import, BringsNumbersThroughBitForBit) {
-  Folder const folder;
+  TemporaryFolder const folder;
   std::mt19937_64 random(17);
   std::vector<double> written;
   std::string csv = "time,a\n";
@@ -278,7 +260,7 @@ TEST(Import, BringsNumbersThroughBitForBit) {
     csv += fmt::format("{},{}\n", time, written.back());
   }
   auto const input = folder.write("a.csv", csv);
-  auto const map = folder.write("m.json", s_oneClamp);
+  auto const map = folder.write("m.json", std::string(s_oneClamp));
   auto const file = readResults("r.json", importHistories(ImportFormat::csv, input, map));
   expectSameBits(seriesOf(file.units[0], "C", "Q"), written);
   expectSameBits(seriesOf(file.units[0], "C", "P"), written);
@@ -309,8 +291,8 @@ TEST(Import, NamesTheFileThatCannotBeRead) {
 }
 
 TEST(Import, NamesTheFileAndThePlaceOfWhatIsWrong) {
-  Folder const folder;
-  auto const map = folder.write("m.json", s_oneClamp);
+  TemporaryFolder const folder;
+  auto const map = folder.write("m.json", std::string(s_oneClamp));
   auto const good = folder.write("a.csv", "time,b\n0,1\n");
   auto const bad = folder.write("b.csv", "time,a\n0,x\n");
   auto const print = folder.write("c.dat", " forces (fx,fy,fz) for set A and time 1\n\n 1 2 3\n");
@@ -321,6 +303,32 @@ TEST(Import, NamesTheFileAndThePlaceOfWhatIsWrong) {
   EXPECT_EQ(errorOf([&] { (void)importHistories(ImportFormat::csv, good, map); }),
             map.string() + ": /units/0/tools/0/series/0/sum/0/history: expected a history of " +
                 good.string() + R"( ("b"), found "a")");
+}
+
+TEST(Import, RefusesInputsThatAreNotUtf8) {
+  TemporaryFolder const folder;
+  auto const map = folder.write("m.json", std::string(s_oneClamp));
+  auto const csv = folder.write("a.csv", "time,a,\xE4\n0,1,2\n");
+  auto const print = folder.write("a.dat", "\n forces (fx) for set \xC4 and time 1\n\n 1 2\n");
+  EXPECT_EQ(errorOf([&] { (void)importHistories(ImportFormat::csv, csv, map); }),
+            csv.string() + ": line 1, byte 8: expected UTF-8 text, found byte 0xE4");
+  EXPECT_EQ(errorOf([&] { (void)importHistories(ImportFormat::calculix, print, map); }),
+            print.string() + ": line 2, byte 22: expected UTF-8 text, found byte 0xC4");
+}
+
+TEST(ImportDeathTest, NamesTheInputThatTakesMoreMemoryThanThereIs) {
+  if (TestSupport::s_isSanitized) GTEST_SKIP() << "sanitizers take memory of their own";
+  TemporaryFolder const folder;
+  auto const map = folder.write("m.json", std::string(s_oneClamp));
+  std::string text = "time,a\n";
+  for (int i = 0; i < 4'000'000; ++i) text += "0,1\n";
+  auto const input = folder.write("a.csv", text);
+  auto const import = [&] {
+    TestSupport::limitMemory(std::size_t{48} << 20);
+    auto const error = errorOf([&] { (void)importHistories(ImportFormat::csv, input, map); });
+    exitWith(error == input.string() + ": not enough memory");
+  };
+  EXPECT_EXIT(import(), testing::ExitedWithCode(0), "");
 }
 
 /// `text` with one to three of its bytes, lines or pieces changed.
@@ -358,7 +366,7 @@ TEST(Import, TakesDamagedFilesAsAResultsFileTakesThemOrRefusesThem) {
   } const sources[] = {{ImportFormat::csv, "bead.csv", "bead.map.json"},
                        {ImportFormat::csv, "press.csv", "press.map.json"},
                        {ImportFormat::calculix, "cube.dat", "cube.map.json"}};
-  Folder const folder;
+  TemporaryFolder const folder;
   std::mt19937_64 random(23);
   int taken = 0;
   int refused = 0;

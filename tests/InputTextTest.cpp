@@ -85,5 +85,25 @@ TEST(FailAtLine, NamesTheSourceTheLineAndBothSides) {
             "a.dat: line 12: expected a number, found none");
 }
 
+TEST(RefuseWhatIsNotUtf8, NamesLineAndByte) {
+  EXPECT_EQ(errorOf([] { refuseWhatIsNotUtf8("a.csv", "time,Größe\n0,1\n"); }), "no error");
+  EXPECT_EQ(errorOf([] {
+              refuseWhatIsNotUtf8("a.csv",
+                                  "time,Gr\xF6\xDF"
+                                  "e\n0,1\n");
+            }),
+            "a.csv: line 1, byte 8: expected UTF-8 text, found byte 0xF6");
+  EXPECT_EQ(errorOf([] { refuseWhatIsNotUtf8("a.csv", "ä\n\n\xFF"); }),
+            "a.csv: line 3, byte 1: expected UTF-8 text, found byte 0xFF");
+  EXPECT_EQ(errorOf([] { refuseWhatIsNotUtf8("a.csv", "t,a\n0,\xE2\x82"); }),
+            "a.csv: line 2, byte 3: expected UTF-8 text, found byte 0xE2");
+}
+
+TEST(RefuseWhatIsNotUtf8, KeepsTheMessageOnItsLine) {
+  EXPECT_EQ(errorOf([] { refuseWhatIsNotUtf8("a\n.csv", "\xFF"); }),
+            "a␊.csv: line 1, byte 1: expected UTF-8 text, found byte 0xFF");
+  EXPECT_EQ(errorOf([] { failAtLine("a\n.csv", 2, "a", "b"); }), "a␊.csv: line 2: expected a, found b");
+}
+
 }  // namespace
 }  // namespace Kestrel::ResultTables

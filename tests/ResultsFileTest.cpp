@@ -25,7 +25,9 @@
 #include "result_tables/base/Text.h"
 #include "result_tables/json/JsonWriter.h"
 #include "support/HostileLocale.h"
-#include "support/Shell.h"
+#include "support/ForkedTest.h"
+#include "support/MemoryLimit.h"
+#include "support/TemporaryFolder.h"
 
 namespace Kestrel::ResultTables {
 namespace {
@@ -1102,14 +1104,6 @@ TEST(ResultsFile, ComesBackBitByBitWhateverItHolds) {
 
 // --- memory -----------------------------------------------------------------------------------------------
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool s_isSanitized = true;
-#elif defined(__has_feature)
-constexpr bool s_isSanitized = __has_feature(address_sanitizer) || __has_feature(thread_sanitizer);
-#else
-constexpr bool s_isSanitized = false;
-#endif
-
 /// The most memory that the process has held since the last call of `forgetPeak`, in bytes.
 std::size_t peakMemory() {
   std::ifstream status("/proc/self/status");
@@ -1137,7 +1131,7 @@ void forgetPeak() {
 }
 
 TEST(ResultsFileDeathTest, TakesLessMemoryThanTwiceItsDoublesAndTheFile) {
-  if (s_isSanitized) GTEST_SKIP() << "sanitizers take memory of their own";
+  if (TestSupport::s_isSanitized) GTEST_SKIP() << "sanitizers take memory of their own";
   TemporaryFolder const folder;
   constexpr std::size_t numbers = 1'000'000;
   std::string values;
@@ -1151,6 +1145,18 @@ TEST(ResultsFileDeathTest, TakesLessMemoryThanTwiceItsDoublesAndTheFile) {
     EXPECT_EXIT(exitReading(path, 2 * numbers * sizeof(double) + text.size()), testing::ExitedWithCode(0),
                 "took");
   }
+}
+
+TEST(ResultsFileDeathTest, NamesTheFileWhoseNumbersTakeMoreMemoryThanThereIs) {
+  if (TestSupport::s_isSanitized) GTEST_SKIP() << "sanitizers take memory of their own";
+  std::string values = "0";
+  for (int i = 0; i < 8'000'000; ++i) values += ",0";
+  auto const text = ofValues(values);
+  auto const read = [&] {
+    TestSupport::limitMemory(std::size_t{16} << 20);
+    exitWith(errorOf(text, "large.json") == "large.json: not enough memory");
+  };
+  EXPECT_EXIT(read(), testing::ExitedWithCode(0), "");
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -9,6 +10,8 @@
 #include <limits>
 #include <random>
 #include <sstream>
+#include <string>
+#include <vector>
 
 #include "support/HostileLocale.h"
 
@@ -52,6 +55,86 @@ TEST(Text, ReplacesWhatBreaksOrTurnsALine) {
   EXPECT_EQ(toPrintable("\u202A\u202E\u2066\u2069"), "\uFFFD\uFFFD\uFFFD\uFFFD");
   EXPECT_EQ(toPrintable("\u2027\u202F\u2065\u206A"), "\u2027\u202F\u2065\u206A") << "their neighbours";
   EXPECT_EQ(toPrintable("\xFFÄ"), "\uFFFDÄ");
+}
+
+/// The bytes of any code point in UTF-8.
+std::string utf8(std::uint32_t codePoint) {
+  auto const tail = [codePoint](int shift) {
+    return static_cast<char>(0x80U | (codePoint >> shift & 0x3FU));
+  };
+  if (codePoint < 0x80) return {static_cast<char>(codePoint)};
+  if (codePoint < 0x800) return {static_cast<char>(0xC0U | codePoint >> 6), tail(0)};
+  if (codePoint < 0x10000) return {static_cast<char>(0xE0U | codePoint >> 12), tail(6), tail(0)};
+  return {static_cast<char>(0xF0U | codePoint >> 18), tail(12), tail(6), tail(0)};
+}
+
+struct CodePoints {
+  std::uint32_t first;
+  std::uint32_t last;
+};
+
+bool isIn(std::vector<CodePoints> const& ranges, std::uint32_t codePoint) {
+  return std::any_of(ranges.begin(), ranges.end(), [codePoint](CodePoints const& range) {
+    return codePoint >= range.first && codePoint <= range.last;
+  });
+}
+
+TEST(Text, LeavesEveryCodePointAsItIsOrShowsAPictureOrTheReplacement) {
+  std::vector<CodePoints> const withPictures = {{0, 0x1F}, {0x7F, 0x7F}};
+  std::vector<CodePoints> replaced = {{0x80, 0x9F},     {0x2028, 0x2029}, {0x202A, 0x202E},
+                                      {0x2066, 0x2069}, {0xD800, 0xDFFF}, {0xFDD0, 0xFDEF}};
+  for (std::uint32_t plane = 0; plane <= 0x10; ++plane)
+    replaced.push_back({plane << 16 | 0xFFFE, plane << 16 | 0xFFFF});
+  for (std::uint32_t codePoint = 0; codePoint <= 0x10FFFF; ++codePoint) {
+    auto const bytes = utf8(codePoint);
+    auto const printable = toPrintable(bytes);
+    if (isIn(withPictures, codePoint)) {
+      ASSERT_EQ(printable, utf8(codePoint == 0x7F ? 0x2421 : 0x2400 + codePoint)) << codePoint;
+    } else if (isIn(replaced, codePoint)) {
+      ASSERT_TRUE(printable.starts_with("\uFFFD")) << codePoint;
+      ASSERT_EQ(findInvalidUtf8(printable), std::nullopt) << codePoint;
+    } else {
+      ASSERT_EQ(printable, bytes) << codePoint;
+    }
+  }
+}
+
+TEST(Text, FindsTheFirstByteThatIsPartOfNoCharacter) {
+  EXPECT_EQ(findInvalidUtf8(""), std::nullopt);
+  EXPECT_EQ(findInvalidUtf8("Größe 漢 😀 and more than eight bytes of ASCII"), std::nullopt);
+  EXPECT_EQ(findInvalidUtf8("\0\x7F"s), std::nullopt);
+  EXPECT_EQ(findInvalidUtf8("\xFC"), 0U);
+  EXPECT_EQ(findInvalidUtf8("Gr\xF6\xDF"
+                            "e"),
+            2U);
+  EXPECT_EQ(findInvalidUtf8("12345678\xE2\x82"), 8U) << "a character that is cut";
+  EXPECT_EQ(findInvalidUtf8("\xC0\x80"), 0U) << "an overlong form";
+  EXPECT_EQ(findInvalidUtf8("a\xED\xA0\x80"), 1U) << "a surrogate";
+  EXPECT_EQ(findInvalidUtf8("\xF4\x90\x80\x80"), 0U) << "beyond the last character";
+}
+
+TEST(Text, FindsTheByteWhereverItStands) {
+  for (std::size_t length = 0; length < 40; ++length) {
+    for (std::size_t at = 0; at < length; ++at) {
+      std::string text(length, 'x');
+      text[at] = '\x80';
+      ASSERT_EQ(findInvalidUtf8(text), at) << length;
+      ASSERT_EQ(findInvalidUtf8("ä" + text), at + 2) << length;
+    }
+  }
+}
+
+TEST(Text, DescribesAByte) {
+  EXPECT_EQ(describeByte('\xFC'), "byte 0xFC");
+  EXPECT_EQ(describeByte('\x09'), "byte 0x09");
+}
+
+TEST(Text, ReadsTheNumberAtTheBeginning) {
+  HostileLocale const hostile;
+  EXPECT_EQ(nearestDouble("1234.5]"), 1234.5);
+  EXPECT_EQ(nearestDouble("-1e999,"), -std::numeric_limits<double>::infinity());
+  EXPECT_EQ(nearestDouble("4.9e-324 "), std::numeric_limits<double>::denorm_min());
+  EXPECT_EQ(nearestDouble("x"), 0.0);
 }
 
 TEST(Text, MeasuresTerminalColumns) {

@@ -1,7 +1,6 @@
 #include <gettext-po.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -19,6 +18,7 @@
 #include "Business_TableProperties/TablePropertySettings.h"
 #include "VantaService_Translator/MessageCatalogue.h"
 #include "support/ChildProcess.h"
+#include "support/TemporaryFolder.h"
 #include "support/TranslatorSpy.h"
 
 // The catalogues hold what the code asks for, all of it and nothing else.
@@ -182,13 +182,13 @@ Messages applicationMessages() {
     if (extension == ".cpp" || extension == ".h") sources += ' ' + quotedForShell(entry.path().native());
   }
   if (sources.empty()) return {};
-  auto const extracted = fs::temp_directory_path() / ("kestrel-" + std::to_string(::getpid()) + ".pot");
+  TemporaryFolder const folder;
+  auto const extracted = folder.path() / "messages.pot";
   (void)outputOfCommand("xgettext --language=C++ --from-code=UTF-8 --keyword --keyword=tr --force-po -o " +
                         quotedForShell(extracted.native()) + sources);
   Messages messages;
   for (auto const& [message, entry] : readCatalogue(extracted))
     messages.emplace("result-tables", message.second);
-  fs::remove(extracted);
   return messages;
 }
 
@@ -205,6 +205,17 @@ Messages missingFrom(Messages const& all, Messages const& some) {
   std::set_difference(all.begin(), all.end(), some.begin(), some.end(),
                       std::inserter(missing, missing.end()));
   return missing;
+}
+
+/// The numbers of the places "{}" and "{1}" of a text, sorted.
+std::vector<std::size_t> placesOf(std::string const& text) {
+  std::vector<std::size_t> places;
+  for (std::size_t at = 0; (at = text.find('{', at)) != std::string::npos; ++at) {
+    auto const number = text.substr(at + 1, text.find('}', at) - at - 1);
+    places.push_back(number.empty() ? places.size() : std::stoul(number));
+  }
+  std::sort(places.begin(), places.end());
+  return places;
 }
 
 std::size_t countPlaceholders(std::string const& text) {
@@ -266,6 +277,7 @@ TEST(Translations, AreCompleteAndSure) {
       for (auto const& translation : entry.translations) {
         EXPECT_NE(translation, "") << place;
         EXPECT_EQ(countPlaceholders(translation), countPlaceholders(message.second)) << place;
+        EXPECT_EQ(placesOf(translation), placesOf(message.second)) << place;
         EXPECT_EQ(translation.starts_with(' '), message.second.starts_with(' ')) << place;
       }
     }

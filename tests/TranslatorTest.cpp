@@ -24,6 +24,7 @@
 #include "VantaService_Translator/TranslatorArg.h"
 #include "VantaService_Translator/UserLanguage.h"
 #include "support/ChildProcess.h"
+#include "support/TemporaryFolder.h"
 
 namespace Kestrel {
 namespace {
@@ -145,33 +146,19 @@ msgid "guessed"
 msgstr "geraten"
 )";
 
-class Folder {
+class Folder : public TemporaryFolder {
  public:
-  Folder() {
-    std::string name = (fs::temp_directory_path() / "kestrelXXXXXX").native();
-    if (!::mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
-    m_path = name;
-  }
-  Folder(Folder const&) = delete;
-  Folder& operator=(Folder const&) = delete;
-  ~Folder() { fs::remove_all(m_path); }
-
-  [[nodiscard]] fs::path const& path() const { return m_path; }
-
   /// Compiles `source` to the catalogue of `language` and returns its path.
   [[nodiscard]] fs::path compile(std::string const& source, std::string const& language = "de",
                                  std::string const& options = "") const {
-    auto const compiled = m_path / language / "LC_MESSAGES" / "kestrel.mo";
-    auto const text = m_path / "source.po";
+    auto const compiled = path() / language / "LC_MESSAGES" / "kestrel.mo";
+    auto const text = path() / "source.po";
     fs::create_directories(compiled.parent_path());
     std::ofstream(text) << source;
     (void)outputOfCommand("msgfmt " + options + " -o " + quotedForShell(compiled.native()) + ' ' +
                           quotedForShell(text.native()) + " 2>&1");
     return compiled;
   }
-
- private:
-  fs::path m_path;
 };
 
 std::vector<char> bytesOf(fs::path const& file) {

@@ -2,7 +2,8 @@
 
 #include <filesystem>
 #include <string>
-#include <vector>
+
+#include "support/TemporaryFolder.h"
 
 namespace Kestrel::ResultTables {
 
@@ -15,25 +16,5 @@ struct ShellResult {
 /// Runs a script of the POSIX shell, in which "$P" is the program result-tables, with `folder` as working
 /// directory and English as the language unless the script chooses another.
 [[nodiscard]] ShellResult runShell(std::filesystem::path const& folder, std::string const& script);
-
-/// A new folder that is removed with everything in it.
-class TemporaryFolder {
- public:
-  TemporaryFolder();
-  TemporaryFolder(TemporaryFolder const&) = delete;
-  TemporaryFolder& operator=(TemporaryFolder const&) = delete;
-  ~TemporaryFolder();
-
-  [[nodiscard]] std::filesystem::path const& path() const { return m_path; }
-  /// Writes a file of the folder and returns its path.
-  std::filesystem::path write(std::string const& name, std::string const& content) const;
-  /// The content of a file of the folder; fails the test where there is none.
-  [[nodiscard]] std::string read(std::string const& name) const;
-  /// The names of the files in the folder, or in one that is in it, sorted.
-  [[nodiscard]] std::vector<std::string> names(std::string const& subFolder = "") const;
-
- private:
-  std::filesystem::path m_path;
-};
 
 }  // namespace Kestrel::ResultTables
