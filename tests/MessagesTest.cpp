@@ -32,7 +32,7 @@ class Messages : public testing::Test {
 
 TEST_F(Messages, AreGermanForGermans) {
   EXPECT_EQ(message("de_DE", "show none.json"),
-            "result-tables: none.json: kann nicht gelesen werden: No such file or directory\n");
+            "result-tables: none.json: kann nicht gelesen werden: Datei oder Verzeichnis nicht gefunden\n");
   EXPECT_EQ(message("de_DE", "show bad.json"),
             "result-tables: bad.json: /version: erwartet: Version 1; gefunden: Version 2\n");
   EXPECT_EQ(
@@ -49,7 +49,7 @@ TEST_F(Messages, AreGermanForGermans) {
 
 TEST_F(Messages, AreJapaneseForJapanese) {
   EXPECT_EQ(message("ja_JP", "show none.json"),
-            "result-tables: none.json: 読み込めません: No such file or directory\n");
+            "result-tables: none.json: 読み込めません: ファイルまたはディレクトリがありません\n");
   EXPECT_EQ(message("ja_JP", "show bad.json"),
             "result-tables: bad.json: /version: 期待: バージョン 1、実際: バージョン 2\n");
   EXPECT_EQ(message("ja_JP", "import csv latin1.csv --map map.json"),

@@ -34,9 +34,28 @@ std::string cannot(Deed deed, std::string_view name, std::string const& reason) 
   return tr("{}: cannot make sure that the new content is stored: {}", printable, reason);
 }
 
+/// The usual reasons in the user's language, all others as the system words them.
+std::string reasonOf(int error) {
+  switch (error) {
+    case ENOENT:
+      return tr("No such file or directory");
+    case EACCES:
+      return tr("Permission denied");
+    case EISDIR:
+      return tr("Is a directory");
+    case ENOTDIR:
+      return tr("Not a directory");
+    case ENOSPC:
+      return tr("No space left on device");
+    case EROFS:
+      return tr("Read-only file system");
+    default:
+      return std::generic_category().message(error);
+  }
+}
+
 [[noreturn]] void failWithErrno(Deed deed, std::string_view name) {
-  auto const reason = std::generic_category().message(errno);
-  throw Error(cannot(deed, name, reason));
+  throw Error(cannot(deed, name, reasonOf(errno)));
 }
 
 std::string nameOfOutput() { return tr("standard output"); }
