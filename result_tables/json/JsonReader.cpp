@@ -254,6 +254,8 @@ class JsonReader::Handler {
   [[noreturn]] void failAt(std::size_t line, std::size_t column, std::string_view expected,
                            std::string_view found) const;
   [[noreturn]] void failAtOffset(std::size_t offset, std::string_view expected) const;
+  [[noreturn]] void refuse(JsonShape const& shape, std::string_view found) const;
+  [[noreturn]] void refuseArray(JsonShape const& shape) const;
   [[noreturn]] void failAsRepeated(std::string_view member) const;
   [[noreturn]] void refuseNumber(std::size_t offset) const;
   [[nodiscard]] JsonShape const& shapeOfValue() const;
@@ -294,6 +296,12 @@ void JsonReader::Handler::fail(std::string_view expected, std::string_view found
   throw Error(tr("{}: {}: expected {}, found {}", m_fileName, toPrintable(place), expected, found));
 }
 
+void JsonReader::Handler::refuse(JsonShape const& shape, std::string_view found) const {
+  fail(shape.expected(), found, {});
+}
+
+void JsonReader::Handler::refuseArray(JsonShape const& shape) const { refuse(shape, tr("an array")); }
+
 void JsonReader::Handler::failAsRepeated(std::string_view member) const {
   fail(tr("each member once"), tr("a second {}", quote(member)), {});
 }
@@ -330,7 +338,7 @@ void JsonReader::Handler::refuseNumber(std::size_t offset) const {
   auto const rest = std::string_view(m_text).substr(offset);
   auto const digits = rest.substr(0, rest.find_first_not_of("+-.0123456789eE"));
   auto const& shape = shapeOfValue();
-  if (!shape.onNumber) fail(shape.expected(), brief(digits), {});
+  if (!shape.onNumber) refuse(shape, brief(digits));
   if (std::isinf(nearestDouble(rest.data())))
     fail(tr("a number within the range of doubles"), brief(digits), {});
   fail(tr("at most 308 digits before the decimal point and no exponent above 308"), brief(digits), {});
@@ -362,14 +370,14 @@ bool JsonReader::Handler::Null() {
   } else if (shape.onNull) {
     shape.onNull();
   } else {
-    fail(shape.expected(), "null", {});
+    refuse(shape, "null");
   }
   return valueIsRead();
 }
 
 bool JsonReader::Handler::Bool(bool value) {
   auto const& shape = shapeOfValue();
-  if (!shape.onBoolean) fail(shape.expected(), value ? "true" : "false", {});
+  if (!shape.onBoolean) refuse(shape, value ? "true" : "false");
   shape.onBoolean(value);
   return valueIsRead();
 }
@@ -382,7 +390,7 @@ bool JsonReader::Handler::RawNumber(char const* /*text*/, rapidjson::SizeType le
   } else if (shape.onInteger) {
     integer(shape, digits);
   } else {
-    fail(shape.expected(), brief(digits), {});
+    refuse(shape, brief(digits));
   }
   return valueIsRead();
 }
@@ -396,14 +404,14 @@ bool JsonReader::Handler::String(char const* /*text*/, rapidjson::SizeType /*len
     auto const infinity = std::numeric_limits<double>::infinity();
     shape.onNumber(value.front() == '-' ? -infinity : infinity);
   } else {
-    fail(shape.expected(), quote(value), {});
+    refuse(shape, quote(value));
   }
   return valueIsRead();
 }
 
 bool JsonReader::Handler::StartObject() {
   auto const& shape = shapeOfValue();
-  if (!shape.object) fail(shape.expected(), tr("an object"), {});
+  if (!shape.object) refuse(shape, tr("an object"));
   if (shape.object->onBegin) shape.object->onBegin();
   m_frames.push_back({&shape, 0, 0, nullptr, {}});
   return true;
@@ -447,7 +455,7 @@ bool JsonReader::Handler::EndObject(rapidjson::SizeType /*memberCount*/) {
 
 bool JsonReader::Handler::StartArray() {
   auto const& shape = shapeOfValue();
-  if (!shape.array) fail(shape.expected(), tr("an array"), {});
+  if (!shape.array) refuseArray(shape);
   if (shape.array->onBegin) shape.array->onBegin();
   m_frames.push_back({&shape, 0, 0, nullptr, {}});
   return true;
@@ -488,7 +496,7 @@ void JsonReader::Handler::integer(JsonShape const& shape, std::string_view text)
   auto const* const end = text.data() + text.size();
   auto const result = std::from_chars(text.data(), end, value);
   if (result.ec != std::errc() || result.ptr != end || value > shape.largestInteger)
-    fail(shape.expected(), brief(text), {});
+    refuse(shape, brief(text));
   shape.onInteger(value);
 }
 

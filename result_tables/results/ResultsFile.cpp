@@ -110,6 +110,7 @@ class ResultsReader {
 
   void finishTool();
   void finishUnit();
+  [[noreturn]] void refusePair() const;
   void refuseRepeatedGuid(bool added);
 
   JsonReader m_json;
@@ -201,9 +202,7 @@ JsonShape ResultsReader::pairs() {
   auto const pair = jsonArray(
       number, [this] { m_series.pairSize = 0; },
       [this] {
-        if (m_series.pairSize != 2) {
-          m_json.fail(tr("a pair of a value and its companion"), tr("{} numbers", m_series.pairSize));
-        }
+        if (m_series.pairSize != 2) refusePair();
         m_series.pairs.emplace_back(m_series.pair[0], m_series.pair[1]);
       });
   return jsonArray(pair, [this] {
@@ -211,6 +210,10 @@ JsonShape ResultsReader::pairs() {
     m_series.isPairs = true;
     m_series.pairs.reserve(m_json.countElementsAhead());
   });
+}
+
+void ResultsReader::refusePair() const {
+  m_json.fail(tr("a pair of a value and its companion"), tr("{} numbers", m_series.pairSize));
 }
 
 JsonShape ResultsReader::toolGroupings() {
