@@ -25,8 +25,10 @@ TEST(JsonTables, HoldEverythingThatIsKnownAboutATable) {
   container->valuesAreValid = {{"Spot 1", true}, {"Spot 2", false}};
   container->invalidValuesText = "Joining Failed";
   container->invalidValuesNameAppendix = " (Joining Failed)";
-  MaxValueGroup group{"Forces", false, true, {TablePropertyLimitType{5}, TablePropertyLimitType{6}},
-                      {"K1"},   {}};
+  MaxValueGroup group{
+      "Forces", false,
+      true,     {TablePropertyLimitType::JoinNormalForce, TablePropertyLimitType::JoinTangentialForce},
+      {"K1"},   {}};
   group.subGroups.push_back({"A", {{"Spot 1", {-7.25}}, {"Spot 2", {1e300}}}});
   container->groups.push_back(group);
 
