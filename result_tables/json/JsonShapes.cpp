@@ -68,7 +68,7 @@ JsonShape jsonToolKind(JsonReader const& reader,
 }
 
 JsonShape jsonToolGroupings(std::vector<std::string> const& families,
-                            std::function<ToolGroups&(std::string_view family)> beginFamily) {
+                            std::function<ToolGroups&(std::string_view family)> const& beginFamily) {
   auto const groups = std::make_shared<ToolGroups*>(nullptr);
   auto const name = jsonString([groups](std::string_view value) { (*groups)->back().first = value; });
   auto const tool =
@@ -77,6 +77,7 @@ JsonShape jsonToolGroupings(std::vector<std::string> const& families,
                                  {"tools", JsonMember::Presence::required, jsonArray(tool)}},
                                 [groups] { (*groups)->emplace_back(); });
   std::vector<JsonMember> members;
+  members.reserve(families.size());
   for (auto const& family : families) {
     members.push_back({family, JsonMember::Presence::optional,
                        jsonArray(group, [groups, family, beginFamily] { *groups = &beginFamily(family); })});

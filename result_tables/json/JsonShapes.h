@@ -52,6 +52,6 @@ using ToolGroups = std::vector<std::pair<std::string, std::vector<std::string>>>
 
 /// The "toolGroupings" of a unit: groups by the name of a family. `beginFamily` gives the groups to fill.
 JsonShape jsonToolGroupings(std::vector<std::string> const& families,
-                            std::function<ToolGroups&(std::string_view family)> beginFamily);
+                            std::function<ToolGroups&(std::string_view family)> const& beginFamily);
 
 }  // namespace Kestrel::ResultTables
