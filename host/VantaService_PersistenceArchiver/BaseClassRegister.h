@@ -20,6 +20,9 @@ struct BaseClassRegister {
   /// `PersistenceArchiver::getCurrentVersion(0)`.
   static constexpr unsigned int programVersion = 0xFFFFFFFF;
 
+  /// As an identifier: of no registered class.
+  static constexpr unsigned int noTypeHash = 0xBBAFA6C8;
+
   std::string name;                 ///< stored in documents; never changes its meaning
   unsigned int currentVersion = 0;  ///< what `save` gets, and what documents store
   unsigned int readVersion = 0;     ///< what `load` gets: of the document, when an archive that reads gave it

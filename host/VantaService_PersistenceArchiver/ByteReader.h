@@ -1,7 +1,9 @@
 #pragma once
 
 #include <boost/endian/conversion.hpp>
+#include <cassert>
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -16,16 +18,21 @@ class ByteReader {
   ByteReader() = default;
   /// From the first byte to the last. REQUIRES: fewer than 2^32 bytes.
   explicit ByteReader(std::string_view bytes)
-      : m_begin(bytes.data()), m_position(m_begin), m_end(m_begin + bytes.size()) {}
+      : m_bytes(bytes), m_position(bytes.data()), m_end(bytes.data() + bytes.size()) {
+    assert(bytes.size() <= std::numeric_limits<std::uint32_t>::max());
+  }
 
   /// In bytes from the first one.
-  [[nodiscard]] unsigned int getPosition() const { return static_cast<unsigned int>(m_position - m_begin); }
+  [[nodiscard]] unsigned int getPosition() const {
+    return static_cast<unsigned int>(m_position - m_bytes.data());
+  }
   [[nodiscard]] unsigned int getBytesLeft() const { return static_cast<unsigned int>(m_end - m_position); }
 
   /// Goes to another place and bound. REQUIRES: position <= end, both inside the bytes.
   void set(unsigned int position, unsigned int end) {
-    m_position = m_begin + position;
-    m_end = m_begin + end;
+    assert(position <= end && end <= m_bytes.size());
+    m_position = m_bytes.data() + position;
+    m_end = m_bytes.data() + end;
   }
 
   /// 1 to 5 bytes, seven bits each, the lowest first.
@@ -54,7 +61,7 @@ class ByteReader {
   }
   [[noreturn]] void failForWantOf(unsigned int count) const;
 
-  char const* m_begin = nullptr;
+  std::string_view m_bytes;
   char const* m_position = nullptr;
   char const* m_end = nullptr;
 };

@@ -4,6 +4,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "VantaService_PersistenceArchiver/ArchiveFormat.h"
+
 namespace Kestrel {
 
 std::string ByteWriter::takeBytes() {
@@ -12,12 +14,13 @@ std::string ByteWriter::takeBytes() {
   return std::exchange(m_bytes, {});
 }
 
-void ByteWriter::grow(std::size_t count) {
-  // An address takes 31 bits.
-  constexpr std::size_t largest = 0x7FFFFFFF;
+std::size_t ByteWriter::genRoom(std::size_t size, std::size_t count) {
   constexpr std::size_t smallest = 512;
-  if (largest - m_size < count) throw std::length_error("a document cannot be larger than 2 GiB");
-  m_bytes.resize(std::min(largest, std::max({smallest, m_size + count, 2 * m_bytes.size()})));
+  if (count > ArchiveFormat::greatestSize - size)
+    throw std::length_error("a document cannot be larger than 2 GiB");
+  return std::min(ArchiveFormat::greatestSize, std::max({smallest, size + count, 2 * size}));
 }
+
+void ByteWriter::grow(std::size_t count) { m_bytes.resize(genRoom(m_size, count)); }
 
 }  // namespace Kestrel

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <boost/endian/conversion.hpp>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -35,8 +36,13 @@ class ByteWriter {
 
   /// Replaces the word at a position. REQUIRES: position + 4 <= getPosition().
   void replaceWord(unsigned int position, std::uint32_t value) {
+    assert(std::size_t{position} + 4 <= m_size);
     boost::endian::store_little_u32(reinterpret_cast<unsigned char*>(m_bytes.data() + position), value);
   }
+
+  /// Room to make for `count` more bytes than `size`: twice as much where that is more, never beyond 2 GiB.
+  /// std::length_error when they do not fit. REQUIRES: a size of at most 2 GiB.
+  [[nodiscard]] static std::size_t genRoom(std::size_t size, std::size_t count);
 
   /// Hands out the bytes and is empty afterwards.
   [[nodiscard]] std::string takeBytes();

@@ -1,5 +1,7 @@
 #include "VantaService_PersistenceArchiver/ClassRegistry.h"
 
+#include <xxhash.h>
+
 #include <deque>
 #include <mutex>
 
@@ -37,10 +39,15 @@ ClassRegistry& ClassRegistry::instance() {
   return *registry;
 }
 
+unsigned int ClassRegistry::hashOf(std::string_view name) {
+  auto const hash = static_cast<unsigned int>(XXH3_64bits(name.data(), name.size()));
+  return hash == 0 || hash == BaseClassRegister::noTypeHash ? 1 : hash;
+}
+
 BaseClassRegister const* ClassRegistry::add(std::string const& name, BaseClassRegister const& record,
                                             unsigned int version) {
   std::unique_lock const lock(m_mutex);
-  unsigned int const identifier = PersistenceArchiver::getHashForName(name);
+  unsigned int const identifier = hashOf(name);
   auto const [entry, isNew] = m_classes.try_emplace(identifier, record);
   if (!isNew) return nullptr;
   if (version == BaseClassRegister::programVersion) version = PersistenceArchiver::getCurrentVersion(0);
@@ -65,7 +72,7 @@ void ClassRegistry::addAlias(unsigned int hash, unsigned int identifier) {
 unsigned int ClassRegistry::findAlias(unsigned int hash) const {
   std::shared_lock const lock(m_mutex);
   auto const alias = m_aliases.find(hash);
-  return alias != m_aliases.end() ? alias->second : PersistenceArchiver::noTypeHash;
+  return alias != m_aliases.end() ? alias->second : BaseClassRegister::noTypeHash;
 }
 
 bool ClassRegistry::add(unsigned int baseIdentifier, unsigned int derivedIdentifier, Caster* caster) {

@@ -5,6 +5,7 @@
 #include <optional>
 #include <shared_mutex>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -20,6 +21,8 @@ class ClassRegistry {
  public:
   /// The one registry of the process, made when it is first asked for.
   [[nodiscard]] static ClassRegistry& instance();
+
+  [[nodiscard]] static unsigned int hashOf(std::string_view name);
 
   BaseClassRegister const* add(std::string const& name, BaseClassRegister const& record,
                                unsigned int version);

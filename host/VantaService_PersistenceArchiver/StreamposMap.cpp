@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 #include <cstdint>
 #include <utility>
 
@@ -22,6 +23,7 @@ std::size_t StreamposMap::slotOf(void const* object) const {
 }
 
 unsigned int StreamposMap::findOrInsert(std::shared_ptr<void const> object, unsigned int address) {
+  assert(address != 0);
   if (2 * m_entries.size() >= m_slots.size()) grow();
   auto& slot = m_slots[slotOf(object.get())];
   if (slot != 0) return m_entries[slot - 1].address;
