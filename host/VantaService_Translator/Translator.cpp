@@ -57,10 +57,11 @@ std::vector<MessageCatalogue> const& catalogues() {
 std::string Translator::translate(char const* context, char const* text, char const* comment, int count) {
   auto const& all = catalogues();
   if (all.empty()) return text;
-  auto const ownContext = comment ? std::string(context) + '|' + comment : std::string(context);
+  auto const contextWithComment = comment ? std::string(context) + '|' + comment : std::string();
   for (auto const& catalogue : all) {
-    if (auto const* translation = catalogue.find(ownContext.c_str(), text, count)) return translation;
-    if (!comment) continue;
+    if (comment)
+      if (auto const* translation = catalogue.find(contextWithComment.c_str(), text, count))
+        return translation;
     if (auto const* translation = catalogue.find(context, text, count)) return translation;
   }
   return text;
