@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 #include <limits>
 #include <numeric>
 #include <stdexcept>
@@ -35,6 +36,7 @@ void ChildList::reserve(std::size_t count) {
 }
 
 void ChildList::append(std::shared_ptr<Object> const& child) noexcept {
+  assert(child && m_slots.size() < m_slots.capacity());
   std::size_t const slot = m_slots.size();
   if (holds(*child)) ++m_repetitions;
   if (slot % bitsPerWord == 0) {
@@ -48,6 +50,7 @@ void ChildList::append(std::shared_ptr<Object> const& child) noexcept {
 }
 
 void ChildList::openSlots(std::size_t count) {
+  assert(m_slots.empty());
   std::size_t const words = (count + bitsPerWord - 1) / bitsPerWord;
   m_occupied.resize(words);
   m_counts.resize(words);
@@ -55,6 +58,7 @@ void ChildList::openSlots(std::size_t count) {
 }
 
 bool ChildList::put(std::shared_ptr<Object> const& child, std::size_t slot) noexcept {
+  assert(child && child->m_parent == nullptr);
   if (slot >= m_slots.size() || m_slots[slot]) return false;
   occupy(child, slot);
   return true;
@@ -71,6 +75,7 @@ void ChildList::occupy(std::shared_ptr<Object> const& child, std::size_t slot) n
 }
 
 void ChildList::remove(Object& child) noexcept {
+  assert(holds(child));
   std::size_t const slot = child.m_slot;
   m_slots[slot].reset();
   if (m_repetitions != 0) findAgain(child);
@@ -107,11 +112,13 @@ bool ChildList::holds(Object const& child) const {
 }
 
 std::size_t ChildList::positionOf(Object const& child) const {
+  assert(holds(child));
   std::size_t const word = child.m_slot / bitsPerWord;
   return countBefore(word) + countBits(m_occupied[word] & (bitOf(child.m_slot) - 1));
 }
 
 std::shared_ptr<Object> const& ChildList::at(std::size_t position) const {
+  assert(position < m_size);
   std::size_t word = 0;
   for (std::size_t step = std::bit_floor(m_counts.size()); step != 0; step /= 2) {
     if (word + step > m_counts.size() || m_counts[word + step - 1] > position) continue;
@@ -124,19 +131,23 @@ std::shared_ptr<Object> const& ChildList::at(std::size_t position) const {
 }
 
 void ChildList::genFreshIds(std::size_t count, std::vector<int>& ids) {
+  std::vector<IdRange> ranges{m_freshIds};
+  if (sizeOf(m_freshIds) < count) {
+    ranges = genFreeIdRanges();
+    std::size_t available = 0;
+    for (auto const& range : ranges) available += sizeOf(range);
+    if (available < count) throw std::length_error("too many children");
+    m_freshIds = ranges.front();
+  }
   ids.clear();
   ids.reserve(count);
-  auto const append = [&](IdRange const& range) {
+  for (auto const& range : ranges)
     for (auto id = range.first; id < range.second && ids.size() < count; ++id)
       ids.push_back(static_cast<int>(id));
-  };
-  auto const available = [&] { return static_cast<std::size_t>(m_freshIds.second - m_freshIds.first); };
-  if (available() >= count) return append(m_freshIds);
+}
 
-  auto const ranges = genFreeIdRanges();
-  if (!ranges.empty()) m_freshIds = ranges.front();
-  for (auto const& range : ranges) append(range);
-  if (ids.size() < count) throw std::length_error("too many children");
+std::size_t ChildList::sizeOf(IdRange const& range) {
+  return static_cast<std::size_t>(range.second - range.first);
 }
 
 /// The runs of ids that no child has, the longest first.
@@ -148,9 +159,8 @@ std::vector<ChildList::IdRange> ChildList::genFreeIdRanges() const {
   for (std::size_t i = 1; i < used.size(); ++i)
     if (used[i - 1] >= allIds.first - 1 && used[i] - used[i - 1] > 1)
       ranges.emplace_back(used[i - 1] + 1, used[i]);
-  std::stable_sort(ranges.begin(), ranges.end(), [](IdRange const& a, IdRange const& b) {
-    return a.second - a.first > b.second - b.first;
-  });
+  std::stable_sort(ranges.begin(), ranges.end(),
+                   [](IdRange const& a, IdRange const& b) { return sizeOf(a) > sizeOf(b); });
   return ranges;
 }
 

@@ -73,6 +73,8 @@ class ChildList {
 
   static constexpr IdRange allIds{0, std::int64_t{1} << 31};
 
+  [[nodiscard]] static std::size_t sizeOf(IdRange const& range);
+
   void occupy(std::shared_ptr<Object> const& child, std::size_t slot) noexcept;
   void findAgain(Object& child) noexcept;
   void closeGaps() noexcept;
