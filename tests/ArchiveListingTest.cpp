@@ -73,6 +73,15 @@ TEST(ArchiveListing, IsEmptyWhereTheTablesAreGone) {
   EXPECT_TRUE(listing.records.empty());
 }
 
+TEST(ArchiveListing, SaysThatSomethingStandsBehindTheRoot) {
+  PersistenceArchiver archive;
+  savePointer(archive, std::make_shared<TablePropertiesData>());
+  archive.mark_null_pointer();
+  auto const listing = genArchiveListing(archive.genDocument());
+  EXPECT_EQ(listing.damage, "byte 45: expected the end of the records");
+  EXPECT_EQ(listing.records.size(), 3U);
+}
+
 TEST(ArchiveListing, NamesAClassThatTheProgramDoesNotHave) {
   BaseClassRegister record;
   TablePropertiesData::serialization_register(&record);

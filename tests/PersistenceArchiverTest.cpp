@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 
 #include <bit>
 #include <boost/endian/conversion.hpp>
@@ -9,6 +10,7 @@
 #include <functional>
 #include <limits>
 #include <memory>
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -330,6 +332,140 @@ TEST_F(PersistenceArchiverTest, BoundsTheDepthOfRecordsWhenItWritesAndWhenItRead
                                   static_cast<unsigned int>(20 + bytes.size()));
   EXPECT_THAT(damageOf(genResealedDocument(document)),
               testing::HasSubstr("the records are nested too deeply"));
+}
+
+/// Bytes of a document's size that take no memory.
+class BytesOf2GiB {
+ public:
+  static constexpr std::size_t size = std::size_t{1} << 31;
+
+  BytesOf2GiB()
+      : m_bytes(::mmap(nullptr, size, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0)) {
+    if (m_bytes == MAP_FAILED) throw std::bad_alloc();
+  }
+  BytesOf2GiB(BytesOf2GiB const&) = delete;
+  BytesOf2GiB& operator=(BytesOf2GiB const&) = delete;
+  ~BytesOf2GiB() { ::munmap(m_bytes, size); }
+
+  [[nodiscard]] std::string_view get(std::size_t count) const { return {static_cast<char*>(m_bytes), count}; }
+
+ private:
+  void* m_bytes;
+};
+
+TEST_F(PersistenceArchiverTest, RefusesADocumentOf2GiB) {
+  BytesOf2GiB const bytes;
+  auto const damageOfFirst = [&](std::size_t count) -> std::string {
+    try {
+      PersistenceArchiver const archive(bytes.get(count));
+    } catch (ArchiveException const& error) {
+      return error.what();
+    }
+    return "none";
+  };
+  EXPECT_EQ(damageOfFirst(0x80000000), "byte 0: a document cannot be larger than 2 GiB");
+  EXPECT_EQ(damageOfFirst(0x7FFFFFFF), "byte 0: expected the mark of an object archive");
+}
+
+TEST_F(PersistenceArchiverTest, RefusesToWrite2GiB) {
+  BytesOf2GiB const bytes;
+  PersistenceArchiver archive;
+  EXPECT_THROW(archive.write_bytes(bytes.get(0x7FFFFFFF)), std::length_error);
+}
+
+// ---- classes of a document
+
+/// Many classes, registered as long as this lives.
+class ManyClasses {
+ public:
+  explicit ManyClasses(unsigned int count) {
+    for (unsigned int i = 0; i < count; ++i)
+      m_identifiers.push_back(
+          PersistenceArchiver::registerFactory("Class " + std::to_string(i), registrationOf<Node>(), i)
+              ->identifier);
+  }
+  ManyClasses(ManyClasses const&) = delete;
+  ManyClasses& operator=(ManyClasses const&) = delete;
+  ~ManyClasses() {
+    for (auto const identifier : m_identifiers) PersistenceArchiver::withdrawFactory(identifier);
+  }
+
+  [[nodiscard]] unsigned int operator[](std::size_t i) const { return m_identifiers[i]; }
+
+ private:
+  std::vector<unsigned int> m_identifiers;
+};
+
+/// The type hash of the record at the read position.
+unsigned int readHash(PersistenceArchiver& archive) {
+  unsigned int found = 0;
+  loadRecord(archive, [&](unsigned int typeHash) { found = typeHash; });
+  return found;
+}
+
+TEST_F(PersistenceArchiverTest, NumbersClassesInTheOrderInWhichTheyAreWritten) {
+  ManyClasses const classes(4);
+  PersistenceArchiver archive;
+  for (std::size_t const i : {2U, 0U, 2U, 3U, 0U}) saveRecord(archive, classes[i], [] {});
+  saveRecord(archive, PersistenceArchiver::noTypeHash, [] {});
+  archive.mark_pointer(24, classes[2]);
+  std::string const document = archive.genDocument();
+  // Each record has its length, 1, and the number of its class; the pointer is to address 24.
+  EXPECT_EQ(document.substr(20, 35), std::string("\x01\0\0\0\x01\x01\0\0\0\x02\x01\0\0\0\x01\x01\0\0\0\x03"
+                                                 "\x01\0\0\0\x02\x01\0\0\0\0\x18\0\0\x80\x01",
+                                                 35));
+  // Texts and classes: name, version, no objects.
+  EXPECT_EQ(document.substr(55, document.size() - 63),
+            std::string("\x03\x07"
+                        "Class 2\x07"
+                        "Class 0\x07"
+                        "Class 3\x03\x00\x02\x00\x01\x00\x00\x02\x03\x00",
+                        35));
+}
+
+TEST_F(PersistenceArchiverTest, KeepsApartAsManyClassesAsThereAre) {
+  constexpr std::size_t count = 300;
+  ManyClasses const classes(count);
+  PersistenceArchiver writer;
+  for (std::size_t i = 0; i < 3 * count; ++i) {
+    saveRecord(writer, classes[i * 7 % count], [] {});
+    saveRecord(writer, classes[i % 5], [] {});
+    saveRecord(writer, PersistenceArchiver::noTypeHash, [] {});
+  }
+  auto const document = writer.genDocument();
+  PersistenceArchiver reader{std::string_view(document)};
+  EXPECT_EQ(reader.getMapOfClasses().size(), 300U);
+  EXPECT_EQ(reader.getMapOfClasses().at(classes[299]).readVersion, 299U);
+  for (std::size_t i = 0; i < 3 * count; ++i) {
+    ASSERT_EQ(readHash(reader), classes[i * 7 % count]) << i;
+    ASSERT_EQ(readHash(reader), classes[i % 5]) << i;
+    ASSERT_EQ(readHash(reader), 0xBBAFA6C8) << i;
+  }
+}
+
+TEST_F(PersistenceArchiverTest, KeepsTheObjectsOfEachClassApart) {
+  ManyClasses const classes(40);
+  auto const object = std::make_shared<int>(0);
+  PersistenceArchiver writer;
+  for (unsigned int i = 0; i < 40; ++i)
+    EXPECT_EQ(writer.getStreamposMap(classes[i]).findOrInsert(object, i + 1), 0U);
+  for (unsigned int i = 0; i < 40; ++i)
+    EXPECT_EQ(writer.getStreamposMap(classes[i]).findOrInsert(object, 99), i + 1);
+  auto const document = write(nullptr);
+  PersistenceArchiver reader{std::string_view(document)};
+  for (unsigned int i = 0; i < 40; ++i) {
+    auto& first = reader.getPointerMap(classes[i], registrationOf<Node>());
+    first.insert(24 + i, object);
+    auto& again = reader.getPointerMap(classes[i / 2], registrationOf<Node>());
+    EXPECT_NE(again.find(24 + i / 2), nullptr);
+    EXPECT_EQ(again.size(), 1U);
+  }
+}
+
+TEST_F(PersistenceArchiverTest, RefusesToWriteAClassThatIsNotRegistered) {
+  EXPECT_THROW(PersistenceArchiver().mark_object_start(24, 12345), KeException);
+  EXPECT_THROW(PersistenceArchiver().mark_pointer(24, 12345), KeException);
+  EXPECT_THROW(static_cast<void>(PersistenceArchiver().getStreamposMap(12345)), KeException);
 }
 
 TEST_F(PersistenceArchiverTest, AnswersWhatIsUnknownToTheRegistry) {
