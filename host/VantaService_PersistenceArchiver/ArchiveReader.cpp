@@ -132,8 +132,7 @@ ArchiveReader::AddressHeader ArchiveReader::openReference(unsigned int offset, u
   return {address, end};
 }
 
-PointerMapContainerBase& ArchiveReader::findOrAddObjects(unsigned int typeHash,
-                                                         BaseClassRegister const& record) {
+PointerMapContainerBase& ArchiveReader::getObjects(unsigned int typeHash, BaseClassRegister const& record) {
   auto& objects = m_objects[typeHash];
   if (!objects) {
     objects = record.pointerMapFactory();

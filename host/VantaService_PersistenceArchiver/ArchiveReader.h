@@ -9,7 +9,6 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "VantaService_PersistenceArchiver/ArchiveFormat.h"
@@ -56,10 +55,7 @@ class ArchiveReader {
   }
 
   /// The objects of a class that were read.
-  [[nodiscard]] PointerMapContainerBase& getObjects(unsigned int typeHash, BaseClassRegister const& record) {
-    if (typeHash != m_lastObjects.first) m_lastObjects = {typeHash, &findOrAddObjects(typeHash, record)};
-    return *m_lastObjects.second;
-  }
+  [[nodiscard]] PointerMapContainerBase& getObjects(unsigned int typeHash, BaseClassRegister const& record);
   void beginObject(unsigned int address) const {
     if (getRecordAddress() != address)
       fail("no object of this class begins at byte " + std::to_string(address));
@@ -116,8 +112,6 @@ class ArchiveReader {
   [[nodiscard]] std::uint32_t readHashOrReport();
   [[nodiscard]] unsigned int readTypeHash();
   [[nodiscard]] std::string_view readStoredText();
-  [[nodiscard]] PointerMapContainerBase& findOrAddObjects(unsigned int typeHash,
-                                                          BaseClassRegister const& record);
   void reportRecord();
   void reportRecordEnd();
 
@@ -130,7 +124,6 @@ class ArchiveReader {
   std::map<unsigned int, unsigned int> m_objectCounts;  ///< of the stored classes, by type hash
   std::size_t m_storedObjects = 0;                      ///< sum of the counts
   std::map<unsigned int, std::unique_ptr<PointerMapContainerBase>> m_objects;
-  std::pair<unsigned int, PointerMapContainerBase*> m_lastObjects{};
   ArchiveObserver* m_observer = nullptr;
 };
 

@@ -29,15 +29,11 @@ std::string ArchiveWriter::genDocument() {
   return m_bytes.takeBytes();
 }
 
-unsigned int ArchiveWriter::findOrAddClass(unsigned int typeHash) {
-  if (typeHash == BaseClassRegister::noTypeHash) return 0;
-  auto const count = static_cast<unsigned int>(m_writtenClasses.size());
-  for (unsigned int i = 0; i < count; ++i)
-    if (m_writtenClasses[i] == typeHash) return i + 1;
+unsigned int ArchiveWriter::addClass(unsigned int typeHash) {
   if (!m_classes.contains(typeHash)) throw KeException("a class is not registered with the archive");
   m_positions.emplace_back();
   m_writtenClasses.push_back(typeHash);
-  return count + 1;
+  return static_cast<unsigned int>(m_writtenClasses.size());
 }
 
 void ArchiveWriter::writeTables() {

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <array>
 #include <bit>
 #include <boost/container/static_vector.hpp>
 #include <cassert>
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <stdexcept>
@@ -57,27 +57,22 @@ class ArchiveWriter {
   [[nodiscard]] std::string genDocument();
 
  private:
-  /// A class and its number in the table of classes, from 1; 0: no class.
-  struct ClassNumber {
-    unsigned int typeHash = BaseClassRegister::noTypeHash;
-    unsigned int number = 0;
-  };
-
+  /// In the table of classes, from 1; 0: no class.
   [[nodiscard]] unsigned int numberOf(unsigned int typeHash) {
-    auto& cached = m_classNumbers[typeHash % m_classNumbers.size()];
-    if (cached.typeHash != typeHash) cached = {typeHash, findOrAddClass(typeHash)};
-    return cached.number;
+    if (typeHash == BaseClassRegister::noTypeHash) return 0;
+    for (std::size_t i = 0; i < m_writtenClasses.size(); ++i)
+      if (m_writtenClasses[i] == typeHash) return static_cast<unsigned int>(i) + 1;
+    return addClass(typeHash);
   }
-  [[nodiscard]] unsigned int findOrAddClass(unsigned int typeHash);
+  [[nodiscard]] unsigned int addClass(unsigned int typeHash);
   void writeTables();
 
   ClassMap const& m_classes;
   boost::container::static_vector<unsigned int, ArchiveFormat::greatestDepth> m_open;  ///< addresses
   ByteWriter m_bytes;
   TextTable m_texts;
-  std::vector<unsigned int> m_writtenClasses;  ///< type hashes
+  std::vector<unsigned int> m_writtenClasses;  ///< type hashes; few, so that they are searched
   std::deque<StreamposMap> m_positions;        ///< at the index of their class
-  std::array<ClassNumber, 16> m_classNumbers;  ///< those used last
 };
 
 }  // namespace Kestrel

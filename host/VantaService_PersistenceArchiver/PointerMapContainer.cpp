@@ -14,12 +14,9 @@ void PointerMapContainerBase::reserve(std::size_t count) {
 
 std::shared_ptr<void> const* PointerMapContainerBase::find(unsigned int address) const {
   if (m_addresses.empty() || m_addresses.back() < address) return nullptr;
-  if (m_next == m_addresses.size() || m_addresses[m_next] != address) {
-    auto const found = std::lower_bound(m_addresses.begin(), m_addresses.end(), address);
-    if (*found != address) return nullptr;
-    m_next = static_cast<std::size_t>(found - m_addresses.begin());
-  }
-  return &m_objects[m_next++];
+  auto const found = std::lower_bound(m_addresses.begin(), m_addresses.end(), address);
+  if (*found != address) return nullptr;
+  return &m_objects[static_cast<std::size_t>(found - m_addresses.begin())];
 }
 
 void PointerMapContainerBase::insert(unsigned int address, std::shared_ptr<void> object) {

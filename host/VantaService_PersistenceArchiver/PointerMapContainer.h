@@ -23,7 +23,7 @@ class PointerMapContainerBase {
   [[nodiscard]] std::size_t size() const { return m_addresses.size(); }
 
   /// The object whose first record has the address, of the class itself and without its type; null when there
-  /// is none. Constant when the addresses asked for ascend, O(log n) else.
+  /// is none. Constant for an address behind all others, O(log n) else.
   [[nodiscard]] std::shared_ptr<void> const* find(unsigned int address) const;
 
   /// Adds an object. Throws std::logic_error unless the address is greater than all before. Amortised O(1).
@@ -32,7 +32,6 @@ class PointerMapContainerBase {
  private:
   std::vector<unsigned int> m_addresses;         ///< ascending
   std::vector<std::shared_ptr<void>> m_objects;  ///< at the index of their address
-  mutable std::size_t m_next = 0;                ///< where the next address asked for is likely to be
 };
 
 /// The table of the class `T`.
