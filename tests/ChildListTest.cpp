@@ -193,6 +193,40 @@ TEST(ChildList, RefusesASlotThatIsTakenOrNotThere) {
   EXPECT_THAT(idsOf(list), ElementsAre(1));
 }
 
+TEST(ChildList, HoldsAChildTwiceAtItsLastPlace) {
+  ChildList list;
+  auto const objects = appendObjects(list, 2);
+  append(list, objects[0]);
+  append(list, genObject(7));
+  append(list, objects[0]);
+  EXPECT_THAT(idsOf(list), ElementsAre(0, 1, 0, 7, 0));
+  EXPECT_EQ(list.positionOf(*objects[0]), 4U);
+  list.remove(*objects[0]);
+  EXPECT_THAT(idsOf(list), ElementsAre(0, 1, 0, 7));
+  EXPECT_EQ(list.positionOf(*objects[0]), 2U);
+  list.remove(*objects[1]);
+  EXPECT_EQ(list.positionOf(*objects[0]), 1U);
+  list.remove(*objects[0]);
+  EXPECT_TRUE(list.holds(*objects[0]));
+  EXPECT_EQ(list.positionOf(*objects[0]), 0U);
+  list.remove(*objects[0]);
+  EXPECT_FALSE(list.holds(*objects[0]));
+  EXPECT_THAT(idsOf(list), ElementsAre(7));
+}
+
+TEST(ChildList, KeepsTheLastPlaceOfAChildWhenItClosesItsGaps) {
+  ChildList list;
+  auto const objects = appendObjects(list, 3);
+  append(list, objects[1]);
+  list.remove(*objects[0]);
+  list.remove(*objects[2]);
+  list.reserve(100);
+  EXPECT_THAT(idsOf(list), ElementsAre(1, 1));
+  EXPECT_EQ(list.positionOf(*objects[1]), 1U);
+  list.remove(*objects[1]);
+  EXPECT_EQ(list.positionOf(*objects[1]), 0U);
+}
+
 TEST(ChildList, LetsGoOfItsChildren) {
   ChildList list;
   auto const objects = appendObjects(list, 2);
