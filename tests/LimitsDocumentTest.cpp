@@ -44,7 +44,7 @@ class LimitsDocument : public testing::Test {
   }
 
   [[nodiscard]] double valueIn(fs::path const& document) const {
-    return readLimits(document, m_file)->getLimit(firstUnit(), s_bolt)->getLimit();
+    return readLimitsIfExist(document, m_file)->getLimit(firstUnit(), s_bolt)->getLimit();
   }
 
   /// The error of an edit, empty when there is none.
@@ -90,6 +90,10 @@ TEST_F(LimitsDocument, IsNotNeededForDefaults) {
   EXPECT_EQ(valueIn(m_document), 30.0);
   EXPECT_EQ(valueIn(m_folder.path() / "no folder" / "limits"), 30.0);
   EXPECT_THAT(m_folder.names(), ElementsAre());
+}
+
+TEST_F(LimitsDocument, MustExistToBeReadByName) {
+  EXPECT_EQ(errorOfReading("/nowhere/limits"), "/nowhere/limits: cannot read: No such file or directory");
 }
 
 TEST_F(LimitsDocument, KeepsWhatWasSet) {

@@ -101,8 +101,7 @@ constexpr char const* s_results = R"({"format": "simulation-results", "version":
 TEST(GenResultTables, UsesTheGroupingsOfTheUnitAndAnEmptyOneWhereItHasNone) {
   auto const file = readResults("r.json", s_results);
   TablePropertiesData const limits;
-  auto const tables =
-      genResultTables(file, "r.json", {{}, {DataType::Rollers, DataType::Steels}, false}, limits);
+  auto const tables = genResultTables(file, {{}, {DataType::Rollers, DataType::Steels}, false}, limits);
   ASSERT_EQ(tables.size(), 2U);
   auto const& rollers = tables[0].container().groups[0].subGroups;
   ASSERT_EQ(rollers.size(), 1U);
@@ -115,18 +114,15 @@ TEST(GenResultTables, LeavesOutFamiliesWithoutSectionsUnlessTheyAreNamed) {
   auto const file = readResults("r.json", s_results);
   TablePropertiesData const limits;
   std::vector<DataType> families;
-  for (auto const& table : genResultTables(file, "r.json", {}, limits))
-    families.push_back(table.container().dataType);
+  for (auto const& table : genResultTables(file, {}, limits)) families.push_back(table.container().dataType);
   EXPECT_THAT(families, ElementsAre(DataType::ClampingTools, DataType::Bolts, DataType::Rollers,
                                     DataType::Steels, DataType::HemmingBed));
-  EXPECT_EQ(genResultTables(file, "r.json", {{}, {DataType::Clamps}, false}, limits).size(), 1U);
+  EXPECT_EQ(genResultTables(file, {{}, {DataType::Clamps}, false}, limits).size(), 1U);
 }
 
 TEST(GenResultTables, RefusesAUnitThatTheFileLacks) {
   auto const file = readResults("r.json", s_results);
-  EXPECT_THROW(
-      static_cast<void>(genResultTables(file, "r.json", {{"OP99"}, {}, false}, TablePropertiesData())),
-      Error);
+  EXPECT_THROW(static_cast<void>(genResultTables(file, {{"OP99"}, {}, false}, TablePropertiesData())), Error);
 }
 
 }  // namespace

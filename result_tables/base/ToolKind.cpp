@@ -30,6 +30,12 @@ std::optional<ToolForceDataType> toolKindOf(std::string_view name) {
   return found == std::end(s_toolKinds) ? std::nullopt : std::optional(found->type);
 }
 
+std::string_view toolKindName(ToolForceDataType kind) {
+  auto const* const found = std::find_if(std::begin(s_toolKinds), std::end(s_toolKinds),
+                                         [kind](auto const& row) { return row.type == kind; });
+  return found == std::end(s_toolKinds) ? std::string_view() : found->name;
+}
+
 std::string toolKindNames() {
   std::string names;
   for (auto const& kind : s_toolKinds) names.append(names.empty() ? "" : ", ").append(kind.name);

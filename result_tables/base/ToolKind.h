@@ -11,6 +11,9 @@ namespace Kestrel::ResultTables {
 /// The kind of tool that files call `name`; empty for any other name.
 [[nodiscard]] std::optional<ToolForceDataType> toolKindOf(std::string_view name);
 
+/// The name under which `toolKindOf` finds it.
+[[nodiscard]] std::string_view toolKindName(ToolForceDataType kind);
+
 /// All names that `toolKindOf` knows, for a message: "pilot, clamp, ...".
 [[nodiscard]] std::string toolKindNames();
 

@@ -1,13 +1,8 @@
 #pragma once
 
-namespace Kestrel::ResultTables {
+#include "result_tables/command/Command.h"
 
-/// What the program tells its caller.
-enum class ExitCode {
-  nothingFound = 0,  ///< done; `check` found nothing
-  found = 1,         ///< `check` found something
-  failed = 2,        ///< it could not be done; one line on standard error says why
-};
+namespace Kestrel::ResultTables {
 
 /// The program `result-tables`: does what the arguments say. Data goes to standard output, messages to
 /// standard error.

@@ -12,6 +12,7 @@
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
 #include "result_tables/json/JsonShapes.h"
+#include "result_tables/tables/Family.h"
 
 namespace Kestrel::ResultTables {
 
@@ -221,10 +222,9 @@ JsonShape MapReader::term() {
 }
 
 JsonShape MapReader::toolGroupings() {
-  return jsonToolGroupings({"ClampingTools", "Rollers", "Steels", "HemmingBed"},
-                           [this](std::string_view family) -> ToolGroups& {
-                             return m_unit.toolGroupings.emplace_back(family, ToolGroups()).second;
-                           });
+  return jsonToolGroupings(groupedFamilyNames(), [this](std::string_view family) -> ToolGroups& {
+    return m_unit.toolGroupings.emplace_back(family, ToolGroups()).second;
+  });
 }
 
 JsonShape MapReader::records(std::vector<JsonMember> members, std::vector<ImportRecord>& target) {

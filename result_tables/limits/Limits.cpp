@@ -1,16 +1,38 @@
 #include "result_tables/limits/Limits.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <map>
 #include <set>
 
 #include "result_tables/base/Error.h"
+#include "result_tables/base/Suggestion.h"
 #include "result_tables/base/Text.h"
+#include "result_tables/base/Translate.h"
 #include "result_tables/limits/LimitType.h"
 
 namespace Kestrel::ResultTables {
+
+namespace {
+
+/// The limit at a position of the collection; null for a child that is none.
+std::shared_ptr<TablePropertyLimit const> limitAt(TablePropertiesData const& limits, std::size_t position) {
+  return std::dynamic_pointer_cast<TablePropertyLimit const>(limits.getChild(position));
+}
+
+[[noreturn]] void refuseKind(TablePropertiesData const& limits, SimulationUnit const& unit,
+                             TablePropertyLimitType type) {
+  std::vector<std::string_view> kinds;
+  for (std::size_t i = 0; i < limits.getChildCount(); ++i) {
+    auto const limit = limitAt(limits, i);
+    if (!limit || limit->getSimUnitID() != unit.getID()) continue;
+    auto const name = limitTypeName(limit->getType());
+    if (!name.empty()) kinds.push_back(name);
+  }
+  throw Error(tr("--type: expected a kind of limit that the unit {} has (one of {}), found {}",
+                 quote(unit.getSimulationUnitName()), listOf(kinds), limitTypeName(type)));
+}
+
+}  // namespace
 
 std::vector<SimulationUnitId> unitIdsOf(ResultsFile const& file) {
   std::vector<SimulationUnitId> ids;
@@ -30,10 +52,7 @@ void setLimits(TablePropertiesData const& limits, std::vector<ResultsUnit const*
   std::vector<std::shared_ptr<TablePropertyLimit>> found;
   for (auto const* unit : units) {
     found.push_back(limits.getLimit(unit->unit->getID(), type));
-    if (!found.back()) {
-      throw Error(fmt::format("--type: expected a kind of limit that the unit {} has, found {}",
-                              quote(unit->unit->getSimulationUnitName()), limitTypeName(type)));
-    }
+    if (!found.back()) refuseKind(limits, *unit->unit, type);
   }
   for (auto const& limit : found) limit->setLimit(value);
 }
@@ -57,7 +76,7 @@ std::vector<ListedLimit> listLimits(TablePropertiesData const& limits, ResultsFi
   auto const defaults = genDefaultLimits(file);
   std::vector<ListedLimit> listed;
   for (std::size_t i = 0; i < limits.getChildCount(); ++i) {
-    auto const limit = std::dynamic_pointer_cast<TablePropertyLimit const>(limits.getChild(i));
+    auto const limit = limitAt(limits, i);
     if (!limit) continue;
     auto const unit = wanted.find(limit->getSimUnitID());
     if (unit == wanted.end()) continue;

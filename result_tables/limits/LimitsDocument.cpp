@@ -14,12 +14,13 @@ namespace Kestrel::ResultTables {
 
 std::filesystem::path limitsDocumentOf(std::string const& resultsFile) { return resultsFile + ".limits"; }
 
-std::shared_ptr<TablePropertiesData> readLimits(std::filesystem::path const& document,
-                                                ResultsFile const& file) {
-  auto const content = readFileIfExists(document);
-  if (!content) return genDefaultLimits(file);
+namespace {
+
+std::shared_ptr<TablePropertiesData> limitsIn(std::string const& content,
+                                              std::filesystem::path const& document,
+                                              ResultsFile const& file) {
   try {
-    auto limits = loadDocument<TablePropertiesData>(*content);
+    auto limits = loadDocument<TablePropertiesData>(content);
     limits->updateLimits(unitIdsOf(file));
     return limits;
   } catch (std::exception const& damage) {
@@ -27,11 +28,24 @@ std::shared_ptr<TablePropertiesData> readLimits(std::filesystem::path const& doc
   }
 }
 
+}  // namespace
+
+std::shared_ptr<TablePropertiesData> readLimits(std::filesystem::path const& document,
+                                                ResultsFile const& file) {
+  return limitsIn(readFile(document), document, file);
+}
+
+std::shared_ptr<TablePropertiesData> readLimitsIfExist(std::filesystem::path const& document,
+                                                       ResultsFile const& file) {
+  auto const content = readFileIfExists(document);
+  return content ? limitsIn(*content, document, file) : genDefaultLimits(file);
+}
+
 void editLimits(std::filesystem::path const& document, ResultsFile const& file,
                 std::function<void(TablePropertiesData&)> const& change) {
   auto const target = followLinks(document);
   FileLock const lock(target);
-  auto const limits = readLimits(target, file);
+  auto const limits = readLimitsIfExist(target, file);
   change(*limits);
   writeFile(target, genDocument(limits));
 }

@@ -10,7 +10,6 @@
 #include "result_tables/base/Translate.h"
 #include "result_tables/render/Ansi.h"
 #include "result_tables/render/NumberCell.h"
-#include "result_tables/tables/Family.h"
 
 namespace Kestrel::ResultTables {
 
@@ -231,9 +230,7 @@ void SectionText::appendRow(std::string& out, Row const& row, Block const& block
 }
 
 std::string tableTitle(ResultTable const& table) {
-  auto const& container = table.container();
-  auto const title = container.title.empty() ? std::string(familyName(container.dataType)) : container.title;
-  return toPrintable(table.unit().getSimulationUnitName()) + ": " + toPrintable(title);
+  return toPrintable(table.unit().getSimulationUnitName()) + ": " + toPrintable(table.title());
 }
 
 }  // namespace

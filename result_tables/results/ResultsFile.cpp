@@ -1,7 +1,5 @@
 #include "result_tables/results/ResultsFile.h"
 
-#include <algorithm>
-#include <array>
 #include <functional>
 #include <limits>
 #include <optional>
@@ -13,6 +11,7 @@
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
 #include "result_tables/json/JsonShapes.h"
+#include "result_tables/tables/Family.h"
 
 namespace Kestrel::ResultTables {
 
@@ -25,14 +24,6 @@ using JoinState = BodyJoinInterface::JoinState;
 constexpr auto s_required = Presence::required;
 constexpr auto s_optional = Presence::optional;
 constexpr std::uint64_t s_largest32Bit = std::numeric_limits<std::uint32_t>::max();
-
-/// The families whose tools a unit groups, as the file names them.
-constexpr std::array<std::pair<DataType, std::string_view>, 4> s_groupedFamilies = {{
-    {DataType::ClampingTools, "ClampingTools"},
-    {DataType::Rollers, "Rollers"},
-    {DataType::Steels, "Steels"},
-    {DataType::HemmingBed, "HemmingBed"},
-}};
 
 /// The series that is being read: numbers in either form.
 struct SeriesDraft {
@@ -83,7 +74,7 @@ struct UnitDraft {
 /// The format of a results file as shapes whose functions fill the drafts.
 class ResultsReader {
  public:
-  explicit ResultsReader(std::string const& name) : m_json(name) {}
+  explicit ResultsReader(std::string const& name) : m_json(name) { m_file.name = name; }
 
   ResultsFile read(std::string const& text) {
     m_json.read(text, document());
@@ -217,12 +208,8 @@ void ResultsReader::refusePair() const {
 }
 
 JsonShape ResultsReader::toolGroupings() {
-  std::vector<std::string> names;
-  for (auto const& [family, name] : s_groupedFamilies) names.emplace_back(name);
-  return jsonToolGroupings(names, [this](std::string_view name) -> ToolGroups& {
-    auto const* const found = std::find_if(s_groupedFamilies.begin(), s_groupedFamilies.end(),
-                                           [name](auto const& entry) { return entry.second == name; });
-    return m_unit.toolGroupings[found->first];
+  return jsonToolGroupings(groupedFamilyNames(), [this](std::string_view name) -> ToolGroups& {
+    return m_unit.toolGroupings[familyNamed(name)->dataType];
   });
 }
 

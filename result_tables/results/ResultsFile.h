@@ -23,6 +23,7 @@ struct ResultsUnit {
 
 /// The units of a results file, in the file's order.
 struct ResultsFile {
+  std::string name;  ///< what messages call it
   std::vector<ResultsUnit> units;
 };
 
@@ -31,7 +32,7 @@ struct ResultsFile {
 /// more that grows with the numbers.
 [[nodiscard]] ResultsFile readResultsFile(std::filesystem::path const& path);
 
-/// The same for a text that is in memory; `name` is what messages call it.
+/// The same for a text that is in memory.
 [[nodiscard]] ResultsFile readResults(std::string const& name, std::string const& text);
 
 }  // namespace Kestrel::ResultTables

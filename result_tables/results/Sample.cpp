@@ -15,9 +15,9 @@ extern char const kestrel_sample_door_line_end[];
 namespace Kestrel::ResultTables {
 
 ResultsFile readSample() {
-  auto sample = readResults("built-in panel", {kestrel_sample_panel_begin, kestrel_sample_panel_end});
-  auto doorLine =
-      readResults("built-in door line", {kestrel_sample_door_line_begin, kestrel_sample_door_line_end});
+  std::string const name = "built-in sample";
+  auto sample = readResults(name, {kestrel_sample_panel_begin, kestrel_sample_panel_end});
+  auto doorLine = readResults(name, {kestrel_sample_door_line_begin, kestrel_sample_door_line_end});
   std::move(doorLine.units.begin(), doorLine.units.end(), std::back_inserter(sample.units));
   return sample;
 }

@@ -8,6 +8,7 @@
 
 #include "result_tables/base/Error.h"
 #include "result_tables/base/Text.h"
+#include "result_tables/base/Translate.h"
 
 namespace Kestrel::ResultTables {
 
@@ -18,10 +19,30 @@ bool isNamedBy(SimulationUnit const& unit, std::string const& idOrName) {
          boost::algorithm::iequals(unit.getID().toString(), idOrName, std::locale::classic());
 }
 
+/// The names of the units in quotation marks, each once, as many as a person cares to read.
+std::string describeUnits(ResultsFile const& file) {
+  constexpr std::size_t most = 20;
+  std::vector<std::string> names;
+  for (auto const& unit : file.units) {
+    auto name = quote(unit.unit->getSimulationUnitName());
+    if (std::find(names.begin(), names.end(), name) != names.end()) continue;
+    if (names.size() == most) {
+      names.emplace_back("…");
+      break;
+    }
+    names.push_back(std::move(name));
+  }
+  return names.empty() ? tr("none") : fmt::format("{}", fmt::join(names, ", "));
+}
+
+[[noreturn]] void refuse(ResultsFile const& file, std::string const& wanted) {
+  throw Error(tr("{}: expected the id or the name of one of its units ({}), found {}", toPrintable(file.name),
+                 describeUnits(file), quote(wanted)));
+}
+
 }  // namespace
 
-std::vector<ResultsUnit const*> selectUnits(ResultsFile const& file, std::string const& fileName,
-                                            std::vector<std::string> const& wanted) {
+std::vector<ResultsUnit const*> selectUnits(ResultsFile const& file, std::vector<std::string> const& wanted) {
   std::vector<ResultsUnit const*> selected;
   std::vector<bool> found(wanted.size(), false);
   for (auto const& unit : file.units) {
@@ -34,11 +55,7 @@ std::vector<ResultsUnit const*> selectUnits(ResultsFile const& file, std::string
     if (isSelected) selected.push_back(&unit);
   }
   auto const missing = std::find(found.begin(), found.end(), false);
-  if (missing != found.end()) {
-    throw Error(fmt::format("{}: expected the id or the name of one of its units, found {}",
-                            toPrintable(fileName),
-                            quote(wanted[static_cast<std::size_t>(missing - found.begin())])));
-  }
+  if (missing != found.end()) refuse(file, wanted[static_cast<std::size_t>(missing - found.begin())]);
   return selected;
 }
 

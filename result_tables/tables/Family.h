@@ -2,36 +2,91 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
+#include "Business_SimulationResult/ToolForceDataType.h"
 #include "Business_TableProperties/MaxValueGroupContainer.h"
 
 namespace Kestrel::ResultTables {
 
-/// A family of elements under the name that options and outputs use; never translated.
-struct Family {
-  MaxValueGroupContainer::DataType dataType;
-  std::string_view name;
+/// How the library is asked for the table of a family.
+enum class FamilyAsking {
+  plain,    ///< by its number
+  clamps,   ///< and with or without the teaching section
+  grouped,  ///< and with the unit's grouping of its tools
 };
 
-/// All families in the order of their numbers, which is the order of their tables.
-inline constexpr std::array<Family, 12> s_families = {{
-    {MaxValueGroupContainer::DataType::Clamps, "Clamps"},
-    {MaxValueGroupContainer::DataType::ClampingTools, "ClampingTools"},
-    {MaxValueGroupContainer::DataType::JoiningTongs, "JoiningTongs"},
-    {MaxValueGroupContainer::DataType::Pilots, "Pilots"},
-    {MaxValueGroupContainer::DataType::Bolts, "Bolts"},
-    {MaxValueGroupContainer::DataType::LineJoiningTools, "LineJoiningTools"},
-    {MaxValueGroupContainer::DataType::SuctionZones, "SuctionZones"},
-    {MaxValueGroupContainer::DataType::Rollers, "Rollers"},
-    {MaxValueGroupContainer::DataType::Steels, "Steels"},
-    {MaxValueGroupContainer::DataType::HemmingBed, "HemmingBed"},
-    {MaxValueGroupContainer::DataType::SpotWelds, "SpotWelds"},
-    {MaxValueGroupContainer::DataType::LineWelds, "LineWelds"},
-}};
+/// A family of elements: all that the program knows of it.
+struct Family {
+  MaxValueGroupContainer::DataType dataType{};
+  std::string_view name;   ///< that options, outputs and results files use; never translated
+  char const* title = "";  ///< of its table, before translation
+  FamilyAsking asking{};
+  std::optional<ToolForceDataType> toolKind;  ///< of the tools that are its elements; none: records of steps
+};
+
+/// The row of a family, which the compiler misses here when there is none. A number that is no family has no
+/// name.
+[[nodiscard]] constexpr Family familyOf(MaxValueGroupContainer::DataType dataType) {
+  using enum MaxValueGroupContainer::DataType;
+  using enum FamilyAsking;
+  using Kind = ToolForceDataType;
+  switch (dataType) {
+    case Clamps:
+      return {dataType, "Clamps", "Clamps", clamps, Kind::clamp};
+    case ClampingTools:
+      return {dataType, "ClampingTools", "Clamping Tools", grouped, Kind::tool};
+    case JoiningTongs:
+      return {dataType, "JoiningTongs", "Joining Tools", plain, Kind::joiningTong};
+    case Pilots:
+      return {dataType, "Pilots", "Pilots", plain, Kind::pilot};
+    case Bolts:
+      return {dataType, "Bolts", "Bolts", clamps, Kind::bolt};
+    case LineJoiningTools:
+      return {dataType, "LineJoiningTools", "Line Joining Tools", plain, std::nullopt};
+    case SuctionZones:
+      return {dataType, "SuctionZones", "Suction Zones", plain, Kind::suctionZone};
+    case Rollers:
+      return {dataType, "Rollers", "Rollers", grouped, Kind::tool};
+    case Steels:
+      return {dataType, "Steels", "Steels", grouped, Kind::tool};
+    case HemmingBed:
+      return {dataType, "HemmingBed", "Hemming Bed", grouped, Kind::tool};
+    case SpotWelds:
+      return {dataType, "SpotWelds", "Joins", plain, Kind::spotWeld};
+    case LineWelds:
+      return {dataType, "LineWelds", "Line Joins", plain, std::nullopt};
+  }
+  return {};
+}
 
 [[nodiscard]] constexpr std::string_view familyName(MaxValueGroupContainer::DataType dataType) {
-  return s_families[static_cast<std::size_t>(dataType)].name;
+  return familyOf(dataType).name;
 }
+
+/// All families in the order of their numbers, which is the order of their tables.
+inline constexpr auto s_families = [] {
+  constexpr auto numbers = [] {
+    std::size_t count = 0;
+    while (!familyName(static_cast<MaxValueGroupContainer::DataType>(count)).empty()) ++count;
+    return count;
+  };
+  std::array<Family, numbers()> families;
+  for (std::size_t i = 0; i < families.size(); ++i)
+    families[i] = familyOf(static_cast<MaxValueGroupContainer::DataType>(i));
+  return families;
+}();
+
+/// The family of that name; null for any other name.
+[[nodiscard]] Family const* familyNamed(std::string_view name);
+
+/// The names of the families whose tools a unit groups.
+[[nodiscard]] std::vector<std::string> groupedFamilyNames();
+
+/// The title of a family's table in the language of the environment.
+[[nodiscard]] std::string familyTitle(MaxValueGroupContainer::DataType dataType);
 
 }  // namespace Kestrel::ResultTables

@@ -41,25 +41,23 @@ std::vector<TableColumn> genColumns(MaxValueGroup const& group, SimulationUnitId
   return columns;
 }
 
-std::shared_ptr<MaxValueGroupContainer> genContainer(ResultsUnit const& unit, DataType dataType,
+SimUnitMaxValuesProvider::ToolGrouping groupingOf(ResultsUnit const& unit, DataType dataType) {
+  auto const grouping = unit.toolGroupings.find(dataType);
+  return grouping == unit.toolGroupings.end() ? SimUnitMaxValuesProvider::ToolGrouping() : grouping->second;
+}
+
+std::shared_ptr<MaxValueGroupContainer> genContainer(ResultsUnit const& unit, Family const& family,
                                                      bool teaching) {
   SimUnitMaxValuesProvider const provider(*unit.unit, unit.result);
-  switch (dataType) {
-    case DataType::Clamps:
-    case DataType::Bolts:
-      return provider.genGetClampMaxValuesCollection(dataType, teaching);
-    case DataType::ClampingTools:
-    case DataType::Rollers:
-    case DataType::Steels:
-    case DataType::HemmingBed: {
-      auto const grouping = unit.toolGroupings.find(dataType);
-      return provider.genGetToolMaxValuesCollection(
-          grouping == unit.toolGroupings.end() ? SimUnitMaxValuesProvider::ToolGrouping() : grouping->second,
-          dataType);
-    }
-    default:
-      return provider.genGetMaxValuesCollection(dataType);
+  switch (family.asking) {
+    case FamilyAsking::plain:
+      break;
+    case FamilyAsking::clamps:
+      return provider.genGetClampMaxValuesCollection(family.dataType, teaching);
+    case FamilyAsking::grouped:
+      return provider.genGetToolMaxValuesCollection(groupingOf(unit, family.dataType), family.dataType);
   }
+  return provider.genGetMaxValuesCollection(family.dataType);
 }
 
 }  // namespace
@@ -68,6 +66,10 @@ ResultTable::ResultTable(SimulationUnit const& unit, std::shared_ptr<MaxValueGro
                          TablePropertiesData const& limits)
     : m_unit(&unit), m_container(std::move(container)) {
   for (auto const& group : m_container->groups) m_columns.push_back(genColumns(group, unit.getID(), limits));
+}
+
+std::string ResultTable::title() const {
+  return m_container->title.empty() ? familyTitle(m_container->dataType) : m_container->title;
 }
 
 bool ResultTable::isValid(MaxValueItem const& item) const {
@@ -85,15 +87,15 @@ bool ResultTable::isExceeded(std::size_t group, std::size_t column, MaxValueItem
   return limit && std::abs(item.maxValues[column]) > limit->value && isValid(item);
 }
 
-std::vector<ResultTable> genResultTables(ResultsFile const& file, std::string const& fileName,
-                                         TableSelection const& selection, TablePropertiesData const& limits) {
+std::vector<ResultTable> genResultTables(ResultsFile const& file, TableSelection const& selection,
+                                         TablePropertiesData const& limits) {
   std::vector<ResultTable> tables;
-  for (auto const* unit : selectUnits(file, fileName, selection.units)) {
+  for (auto const* unit : selectUnits(file, selection.units)) {
     for (auto const& family : s_families) {
       bool const isNamed = std::find(selection.families.begin(), selection.families.end(), family.dataType) !=
                            selection.families.end();
       if (!isNamed && !selection.families.empty()) continue;
-      auto container = genContainer(*unit, family.dataType, selection.teaching);
+      auto container = genContainer(*unit, family, selection.teaching);
       if (isNamed || !container->groups.empty())
         tables.emplace_back(*unit->unit, std::move(container), limits);
     }

@@ -41,6 +41,9 @@ class ResultTable {
   [[nodiscard]] SimulationUnit const& unit() const { return *m_unit; }
   [[nodiscard]] MaxValueGroupContainer const& container() const { return *m_container; }
 
+  /// The container's title, or where that is empty, as it is without elements, the family's.
+  [[nodiscard]] std::string title() const;
+
   /// The columns of `container().groups[group]`, one per entry of its `valueNames`.
   [[nodiscard]] std::vector<TableColumn> const& columns(std::size_t group) const { return m_columns[group]; }
 
@@ -67,9 +70,9 @@ struct TableSelection {
   bool teaching = false;                                   ///< clamps and bolts with their teaching section
 };
 
-/// The selected tables: units in the file's order, families by number inside a unit. `fileName` is for the
-/// `Error` that an unknown unit is. The tables refer to `file`.
-[[nodiscard]] std::vector<ResultTable> genResultTables(ResultsFile const& file, std::string const& fileName,
+/// The selected tables: units in the file's order, families by number inside a unit. A unit that the file
+/// lacks is an `Error`. The tables refer to `file`.
+[[nodiscard]] std::vector<ResultTable> genResultTables(ResultsFile const& file,
                                                        TableSelection const& selection,
                                                        TablePropertiesData const& limits);
 

@@ -1,4 +1,4 @@
-#include "result_tables/render/RenderLimits.h"
+#include "result_tables/render/TextLimits.h"
 
 #include <fmt/format.h>
 
@@ -6,7 +6,6 @@
 
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
-#include "result_tables/json/JsonWriter.h"
 #include "result_tables/limits/LimitType.h"
 #include "result_tables/render/Ansi.h"
 #include "result_tables/render/NumberCell.h"
@@ -66,27 +65,6 @@ std::string renderLimitsAsText(std::vector<ListedLimit> const& limits, TextStyle
       std::any_of(limits.begin(), limits.end(), [](ListedLimit const& listed) { return !listed.isDefault; });
   if (hasMarks) out += fmt::format("\n* {}\n", tr("not the default"));
   return out;
-}
-
-std::string renderLimitsAsJson(std::vector<ListedLimit> const& limits) {
-  JsonWriter json;
-  json.beginObject();
-  json.beginArray("limits");
-  for (auto const& listed : limits) {
-    json.beginObject();
-    json.beginObject("unit");
-    json.text("id", listed.unit->getID().toString());
-    json.text("name", listed.unit->getSimulationUnitName());
-    json.endObject();
-    json.integer("type", static_cast<std::uint32_t>(listed.limit->getType()));
-    json.text("typeName", limitTypeName(listed.limit->getType()));
-    json.number("limit", listed.limit->getLimit());
-    json.text("unitString", listed.limit->getUnitString());
-    json.endObject();
-  }
-  json.endArray();
-  json.endObject();
-  return json.take();
 }
 
 }  // namespace Kestrel::ResultTables

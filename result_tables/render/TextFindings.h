@@ -12,11 +12,8 @@ namespace Kestrel::ResultTables {
 [[nodiscard]] std::string renderFindingsAsText(std::vector<FileFindings> const& files,
                                                TextStyle const& style);
 
-/// One JSON object with all findings in order. A file that could not be checked has none.
-[[nodiscard]] std::string renderFindingsAsJson(std::vector<FileFindings> const& files);
-
-/// A JUnit report: a suite per file, a case per table, failed when there are findings. A file that could not
-/// be checked is a suite with one case in error.
-[[nodiscard]] std::string renderFindingsAsJunit(std::vector<FileFindings> const& files);
+/// The finding in one line for a person to read, as
+/// "OP20, Clamps, Forces, Clamp 1, Max Closing Force: -846.15 N, limit 500 N".
+[[nodiscard]] std::string findingLine(TableFindings const& table, Finding const& finding);
 
 }  // namespace Kestrel::ResultTables

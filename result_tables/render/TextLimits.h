@@ -12,7 +12,4 @@ namespace Kestrel::ResultTables {
 /// shortest form that reads back. In colour the text holds escape sequences for a terminal.
 [[nodiscard]] std::string renderLimitsAsText(std::vector<ListedLimit> const& limits, TextStyle const& style);
 
-/// One JSON object with all limits in order.
-[[nodiscard]] std::string renderLimitsAsJson(std::vector<ListedLimit> const& limits);
-
 }  // namespace Kestrel::ResultTables

@@ -1,0 +1,53 @@
+#include "result_tables/command/Arguments.h"
+
+#include <CLI/CLI.hpp>
+
+#include "result_tables/base/Error.h"
+#include "result_tables/base/Text.h"
+#include "result_tables/base/Translate.h"
+
+namespace Kestrel::ResultTables {
+
+CLI::Option& Arguments::declare(std::string const& name, Count count, std::string const& help, Take take) {
+  auto const keep = [](CLI::results_t const&) { return true; };
+  auto& option = *m_app->add_option(name, keep, help);
+  option.required(count == Count::one || count == Count::atLeastOne);
+  bool const isRepeatable = count == Count::any || count == Count::atLeastOne;
+  if (isRepeatable) option.expected(1, -1);
+  // Operands follow one another; an option's name stands before each of its values.
+  option.allow_extra_args(isRepeatable && option.get_positional());
+  m_declared.emplace_back(&option, std::move(take));
+  return option;
+}
+
+void Arguments::operand(std::string const& name, Count count, std::string const& help, Take take) {
+  declare(name, count, help, std::move(take));
+}
+
+void Arguments::option(std::string const& name, std::string const& valueName, Count count,
+                       std::string const& help, Take take) {
+  declare(name, count, help, std::move(take)).type_name(valueName);
+}
+
+void Arguments::flag(std::string const& name, std::string const& help, bool& isGiven) {
+  m_declared.emplace_back(m_app->add_flag(name, help), [name, &isGiven](std::string const& text) {
+    if (text != "true") throw Error(tr("{}: expected no value, found {}", name, quote(text)));
+    isGiven = true;
+  });
+}
+
+void Arguments::handOn() const {
+  for (auto const& [option, take] : m_declared) {
+    for (auto const& text : option->results()) take(text);
+  }
+}
+
+Arguments::Take into(std::string& target) {
+  return [&target](std::string const& text) { target = text; };
+}
+
+Arguments::Take into(std::vector<std::string>& target) {
+  return [&target](std::string const& text) { target.push_back(text); };
+}
+
+}  // namespace Kestrel::ResultTables

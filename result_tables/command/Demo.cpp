@@ -1,0 +1,36 @@
+#include "result_tables/command/Demo.h"
+
+#include "result_tables/command/CommonOptions.h"
+#include "result_tables/limits/Limits.h"
+#include "result_tables/limits/LimitsDocument.h"
+#include "result_tables/results/Sample.h"
+
+namespace Kestrel::ResultTables {
+
+namespace {
+
+struct DemoOptions {
+  TableSelection selection;
+  std::string limits;
+  Output<Tables> output;
+};
+
+ExitCode demo(DemoOptions const& options) {
+  auto const sample = readSample();
+  auto const limits = options.limits.empty() ? genDefaultLimits(sample) : readLimits(options.limits, sample);
+  write(options.output, genResultTables(sample, options.selection, *limits));
+  return ExitCode::nothingFound;
+}
+
+}  // namespace
+
+Run declareDemo(Arguments& arguments) {
+  auto const options = std::make_shared<DemoOptions>();
+  addSelection(arguments, options->selection);
+  addLimits(arguments, options->limits, tr("Limits document; the default limits when it is not named"));
+  addFormat<Tables>(arguments, s_tableFormats, options->output);
+  addOutputFile(arguments, options->output.file);
+  return [options] { return demo(*options); };
+}
+
+}  // namespace Kestrel::ResultTables

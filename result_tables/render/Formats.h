@@ -1,0 +1,55 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "result_tables/render/CsvTables.h"
+#include "result_tables/render/JsonFindings.h"
+#include "result_tables/render/JsonLimits.h"
+#include "result_tables/render/JsonTables.h"
+#include "result_tables/render/JunitFindings.h"
+#include "result_tables/render/TextFindings.h"
+#include "result_tables/render/TextLimits.h"
+#include "result_tables/render/TextStyle.h"
+#include "result_tables/render/TextTables.h"
+
+namespace Kestrel::ResultTables {
+
+/// A form of output: its name, which is never translated, and what renders it. A row without either does not
+/// compile.
+template <typename Subject>
+struct Format {
+  using Render = std::string(Subject const& subject, TextStyle const& style);
+
+  std::string_view name;
+  Render& render;
+};
+
+/// For the forms that are the same wherever they are shown.
+template <auto render, typename Subject>
+std::string renderInAnyStyle(Subject const& subject, TextStyle const&) {
+  return render(subject);
+}
+
+using Tables = std::vector<ResultTable>;
+using Findings = std::vector<FileFindings>;
+using ListedLimits = std::vector<ListedLimit>;
+
+/// The forms of what commands put out; the first is the one for people.
+inline constexpr Format<Tables> s_tableFormats[] = {
+    {"text", renderText},
+    {"csv", renderInAnyStyle<renderCsv, Tables>},
+    {"json", renderInAnyStyle<renderJson, Tables>},
+};
+inline constexpr Format<Findings> s_findingsFormats[] = {
+    {"text", renderFindingsAsText},
+    {"json", renderInAnyStyle<renderFindingsAsJson, Findings>},
+    {"junit", renderInAnyStyle<renderFindingsAsJunit, Findings>},
+};
+inline constexpr Format<ListedLimits> s_limitsFormats[] = {
+    {"text", renderLimitsAsText},
+    {"json", renderInAnyStyle<renderLimitsAsJson, ListedLimits>},
+};
+
+}  // namespace Kestrel::ResultTables

@@ -1,0 +1,56 @@
+#include "result_tables/render/Formats.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+#include <type_traits>
+
+namespace Kestrel::ResultTables {
+namespace {
+
+using nlohmann::json;
+using testing::ElementsAre;
+
+// A row without a renderer does not compile.
+static_assert(!std::is_default_constructible_v<Format<Tables>>);
+static_assert(!std::is_constructible_v<Format<Tables>, char const*>);
+static_assert(!std::is_constructible_v<Format<Tables>, char const*, std::nullptr_t>);
+static_assert(std::is_constructible_v<Format<Tables>, char const*, Format<Tables>::Render&>);
+
+template <typename Formats>
+std::vector<std::string_view> namesOf(Formats const& formats) {
+  std::vector<std::string_view> names;
+  for (auto const& format : formats) names.push_back(format.name);
+  return names;
+}
+
+TEST(Formats, AreThoseOfTheirSubjectWithTheOneForPeopleFirst) {
+  EXPECT_THAT(namesOf(s_tableFormats), ElementsAre("text", "csv", "json"));
+  EXPECT_THAT(namesOf(s_findingsFormats), ElementsAre("text", "json", "junit"));
+  EXPECT_THAT(namesOf(s_limitsFormats), ElementsAre("text", "json"));
+}
+
+TEST(Formats, RenderWhatTheirNamesSay) {
+  SimulationUnit const unit{SimulationUnitId(), "OP20"};
+  auto const container =
+      std::make_shared<MaxValueGroupContainer>(MaxValueGroupContainer::DataType::Bolts, unit.getID());
+  Tables const tables = {ResultTable(unit, container, TablePropertiesData())};
+  EXPECT_EQ(s_tableFormats[0].render(tables, {}), "OP20: Bolts\n  no elements\n");
+  EXPECT_EQ(s_tableFormats[0].render(tables, {.colour = true}), "\x1b[1mOP20: Bolts\x1b[0m\n  no elements\n");
+  EXPECT_THAT(s_tableFormats[1].render(tables, {}), testing::StartsWith("unit,unitId,family,"));
+  EXPECT_EQ(json::parse(s_tableFormats[2].render(tables, {.colour = true})).at("tables").at(0).at("family"),
+            "Bolts");
+
+  Findings const findings = {{"r.json", {}, "r.json: cannot read"}};
+  EXPECT_EQ(s_findingsFormats[0].render(findings, {}),
+            "values beyond their limits: 0, invalid elements: 0\n");
+  EXPECT_EQ(json::parse(s_findingsFormats[1].render(findings, {})), json::parse(R"({"findings": []})"));
+  EXPECT_THAT(s_findingsFormats[2].render(findings, {}), testing::StartsWith("<?xml version=\"1.0\"?>\n"));
+
+  EXPECT_EQ(s_limitsFormats[0].render({}, {}), "");
+  EXPECT_EQ(json::parse(s_limitsFormats[1].render({}, {})), json::parse(R"({"limits": []})"));
+}
+
+}  // namespace
+}  // namespace Kestrel::ResultTables
