@@ -27,7 +27,7 @@ struct LimitsWriter {
   unsigned int collectionVersion = 500002;
   unsigned int limitVersion = 500002;
   unsigned int dataVersion = 25;
-  std::vector<WrittenLimit> limits;
+  std::vector<WrittenLimit> limits = {};
   bool hasUnknownFields = false;  ///< at the end of every record that may have them
 
   [[nodiscard]] std::string genDocument() const {
