@@ -22,20 +22,6 @@ namespace Kestrel::ResultTables {
 
 namespace {
 
-/// The commands in the order in which help lists them.
-std::vector<Command> commands() {
-  return {
-      {"show", [] { return tr("Show the tables of a results file"); }, declareShow},
-      {"check", [] { return tr("List values beyond their limits and failed joins; exits with 1 if any"); },
-       declareCheck},
-      {"demo", [] { return tr("Show the tables of the built-in sample; no file needed"); }, declareDemo},
-      {"limits", [] { return tr("Show and change the limits of a results file"); }, nullptr,
-       limitsCommands()},
-      {"import", [] { return tr("Make a results file out of a solver's histories"); }, nullptr,
-       importCommands()},
-  };
-}
-
 HelpSection exitCodesSection() {
   return {tr("Exit codes"),
           {{"0", tr("done; check has found nothing")},
@@ -45,7 +31,7 @@ HelpSection exitCodesSection() {
 
 class CommandLine {
  public:
-  CommandLine();
+  explicit CommandLine(std::span<Command const> commands);
 
   ExitCode run(int argc, char const* const* argv);
 
@@ -65,13 +51,13 @@ class CommandLine {
   std::deque<Declared> m_declared;
 };
 
-CommandLine::CommandLine()
+CommandLine::CommandLine(std::span<Command const> commands)
     : m_program(tr("Result tables of a sheet-metal forming and body-assembly simulation"), "result-tables") {
   m_program.set_help_flag("-h,--help", tr("Print this help and exit"));
   m_program.set_version_flag("--version", "result-tables " RESULT_TABLES_VERSION,
                              tr("Print the version and exit"));
   m_program.require_subcommand(1);
-  for (auto const& command : commands()) declare(m_program, command);
+  for (auto const& command : commands) declare(m_program, command);
 }
 
 void CommandLine::declare(CLI::App& parent, Command const& command) {
@@ -124,9 +110,23 @@ ExitCode CommandLine::run(int argc, char const* const* argv) {
 
 }  // namespace
 
-ExitCode runCommandLine(int argc, char const* const* argv) {
+std::span<Command const> programCommands() {
+  static std::vector<Command> const commands = {
+      {"show", [] { return tr("Show the tables of a results file"); }, declareShow},
+      {"check", [] { return tr("List values beyond their limits and failed joins; exits with 1 if any"); },
+       declareCheck},
+      {"demo", [] { return tr("Show the tables of the built-in sample; no file needed"); }, declareDemo},
+      {"limits", [] { return tr("Show and change the limits of a results file"); }, nullptr,
+       limitsCommands()},
+      {"import", [] { return tr("Make a results file out of a solver's histories"); }, nullptr,
+       importCommands()},
+  };
+  return commands;
+}
+
+ExitCode runCommandLine(int argc, char const* const* argv, std::span<Command const> commands) {
   try {
-    return CommandLine().run(argc, argv);
+    return CommandLine(commands).run(argc, argv);
   } catch (std::exception const& error) {
     printMessage(error.what());
     return ExitCode::failed;
