@@ -18,8 +18,6 @@ namespace {
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::Not;
-using testing::StartsWith;
 
 class CommandLine : public testing::Test {
  protected:

@@ -34,7 +34,6 @@ using nlohmann::json;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
-using testing::StartsWith;
 
 class LimitsCommand : public testing::Test {
  protected:

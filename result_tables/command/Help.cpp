@@ -78,7 +78,8 @@ void appendSection(std::string& out, HelpSection const& section, std::size_t wid
         out += line + '\n';
         line.clear();
       }
-      out += line + std::string(column - displayWidth(line), ' ') + words + '\n';
+      line.append(column - displayWidth(line), ' ');
+      out += line + words + '\n';
       line.clear();
     }
   }
@@ -97,9 +98,9 @@ std::string shownForm(CLI::Option const& option) {
 
 /// The command with what it cannot do without: "result-tables limits set RESULTS --unit U... [OPTIONS]".
 std::string genUsage(CLI::App const& command) {
-  std::string words;
-  for (auto const* part = &command; part != nullptr; part = part->get_parent())
-    words = part->get_name() + (words.empty() ? "" : " ") + words;
+  auto words = command.get_name();
+  for (auto const* part = command.get_parent(); part != nullptr; part = part->get_parent())
+    words.insert(0, part->get_name() + ' ');
   for (auto const* const option : command.get_options()) {
     if (!option->get_required()) continue;
     words += ' ' + shownForm(*option) + (isRepeatable(*option) ? "..." : "");
