@@ -24,8 +24,8 @@
 #include "result_tables/base/File.h"
 #include "result_tables/base/Text.h"
 #include "result_tables/json/JsonWriter.h"
-#include "support/HostileLocale.h"
 #include "support/ForkedTest.h"
+#include "support/HostileLocale.h"
 #include "support/MemoryLimit.h"
 #include "support/TemporaryFolder.h"
 
