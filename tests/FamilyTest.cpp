@@ -1,4 +1,4 @@
-#include "result_tables/tables/Family.h"
+#include "result_tables/base/Family.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,12 +1,12 @@
 #include "result_tables/command/CommonOptions.h"
 
 #include "result_tables/base/Error.h"
+#include "result_tables/base/Family.h"
 #include "result_tables/base/Terminal.h"
 #include "result_tables/base/Text.h"
 #include "result_tables/base/ToolKind.h"
 #include "result_tables/limits/Limits.h"
 #include "result_tables/limits/LimitsDocument.h"
-#include "result_tables/tables/Family.h"
 
 namespace Kestrel::ResultTables {
 

@@ -9,10 +9,10 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "result_tables/base/Family.h"
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
 #include "result_tables/json/JsonShapes.h"
-#include "result_tables/tables/Family.h"
 
 namespace Kestrel::ResultTables {
 

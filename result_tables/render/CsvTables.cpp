@@ -3,8 +3,8 @@
 #include <initializer_list>
 #include <string_view>
 
+#include "result_tables/base/Family.h"
 #include "result_tables/base/Text.h"
-#include "result_tables/tables/Family.h"
 
 namespace Kestrel::ResultTables {
 

@@ -1,7 +1,7 @@
 #include "result_tables/render/JsonTables.h"
 
+#include "result_tables/base/Family.h"
 #include "result_tables/json/JsonWriter.h"
-#include "result_tables/tables/Family.h"
 
 namespace Kestrel::ResultTables {
 

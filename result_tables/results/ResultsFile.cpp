@@ -7,11 +7,11 @@
 #include <utility>
 
 #include "Business_Skin/Skin.h"
+#include "result_tables/base/Family.h"
 #include "result_tables/base/File.h"
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
 #include "result_tables/json/JsonShapes.h"
-#include "result_tables/tables/Family.h"
 
 namespace Kestrel::ResultTables {
 

@@ -1,6 +1,6 @@
 #include "result_tables/tables/Findings.h"
 
-#include "result_tables/tables/Family.h"
+#include "result_tables/base/Family.h"
 
 namespace Kestrel::ResultTables {
 

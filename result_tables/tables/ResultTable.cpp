@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "Business_TableProperties/TablePropertySettings.h"
+#include "result_tables/base/Family.h"
 #include "result_tables/results/UnitSelection.h"
-#include "result_tables/tables/Family.h"
 
 namespace Kestrel::ResultTables {
 
