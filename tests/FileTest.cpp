@@ -294,7 +294,7 @@ TEST_F(FileLockTest, EndsWithItsProcessHoweverThatEnds) {
   EXPECT_EXIT(
       {
         FileLock const lock(path("file"));
-        ::raise(SIGKILL);
+        static_cast<void>(::raise(SIGKILL));
       },
       testing::KilledBySignal(SIGKILL), "");
   EXPECT_THAT(m_folder.names(), ElementsAre("file.lock"));
@@ -329,9 +329,9 @@ TEST_F(FileLockTest, FailsWithNameAndReason) {
 TEST_F(FileDeathTest, WriteFileLeavesNothingBehindWhenTheDiskIsFull) {
   m_folder.write("file", "old");
   auto const writeTooMuch = [&] {
-    std::signal(SIGXFSZ, SIG_IGN);
+    static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
     rlimit const limit{1000, 1000};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
+    if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) ::_exit(2);
     exitWith(errorOfWriting(path("file"), std::string(2000, 'x')) ==
              path("file").string() + ": cannot write: File too large");
   };
@@ -411,7 +411,7 @@ TEST_F(FileDeathTest, WriteToStandardOutputReportsAFullDisk) {
 
 TEST_F(FileDeathTest, WriteToStandardOutputIsContentWhenTheReaderHasGone) {
   auto const write = [&] {
-    std::signal(SIGPIPE, SIG_IGN);
+    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
     int ends[2];
     if (::pipe(ends) != 0) ::_exit(2);
     ::close(ends[0]);

@@ -20,7 +20,6 @@ namespace {
 
 using namespace std::string_literals;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr auto s_required = JsonMember::Presence::required;
 constexpr auto s_optional = JsonMember::Presence::optional;

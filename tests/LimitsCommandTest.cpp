@@ -42,7 +42,7 @@ class LimitsCommand : public testing::Test {
   [[nodiscard]] ShellResult run(std::string const& script) const { return runShell(m_folder.path(), script); }
 
   /// Runs a script that is to succeed and to say nothing but what it returns.
-  std::string outputOf(std::string const& script) const {
+  [[nodiscard]] std::string outputOf(std::string const& script) const {
     auto const result = run(script);
     EXPECT_EQ(result.exitCode, 0) << script;
     EXPECT_EQ(result.err, "") << script;
@@ -58,11 +58,11 @@ class LimitsCommand : public testing::Test {
   }
 
   /// The limits that `limits list` gives.
-  json limitsOf(std::string const& options) const {
+  [[nodiscard]] json limitsOf(std::string const& options) const {
     return json::parse(outputOf("$P limits list --format json " + options)).at("limits");
   }
   /// The values of the limits of one kind, in the order of the list; what is no finite number as in JSON.
-  json listed(std::string const& options, unsigned int type) const {
+  [[nodiscard]] json listed(std::string const& options, unsigned int type) const {
     auto values = json::array();
     for (auto const limits = limitsOf("r.json " + options); auto const& limit : limits) {
       if (limit.at("type") == type) values.push_back(limit.at("limit"));
@@ -70,7 +70,7 @@ class LimitsCommand : public testing::Test {
     return values;
   }
   /// The units in the order of the list, each once.
-  std::vector<std::string> listedUnits(std::string const& options) const {
+  [[nodiscard]] std::vector<std::string> listedUnits(std::string const& options) const {
     std::vector<std::string> ids;
     for (auto const limits = limitsOf("r.json " + options); auto const& limit : limits) {
       auto const id = limit.at("unit").at("id").get<std::string>();
@@ -79,7 +79,7 @@ class LimitsCommand : public testing::Test {
     return ids;
   }
   /// The number of limits that stand in a document.
-  std::size_t countLimitsIn(std::string const& document) const {
+  [[nodiscard]] std::size_t countLimitsIn(std::string const& document) const {
     return loadDocument<TablePropertiesData>(m_folder.read(document))->getChildCount();
   }
 

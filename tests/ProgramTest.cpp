@@ -27,15 +27,15 @@ class Program : public testing::Test {
  protected:
   Program() { m_folder.write("r.json", s_results); }
 
-  ShellResult run(std::string const& script) const { return runShell(m_folder.path(), script); }
-  json jsonOf(std::string const& script) const {
+  [[nodiscard]] ShellResult run(std::string const& script) const { return runShell(m_folder.path(), script); }
+  [[nodiscard]] json jsonOf(std::string const& script) const {
     auto const result = run(script);
     EXPECT_EQ(result.exitCode, 0) << script;
     EXPECT_EQ(result.err, "") << script;
     return json::parse(result.out);
   }
   /// The tables that `show` or `demo` gives, as "OP20 Clamps".
-  std::vector<std::string> tablesOf(std::string const& command) const {
+  [[nodiscard]] std::vector<std::string> tablesOf(std::string const& command) const {
     std::vector<std::string> tables;
     auto const output = jsonOf(command + " --format json");
     for (auto const& table : output.at("tables")) {

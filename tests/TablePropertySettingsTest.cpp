@@ -1,5 +1,6 @@
 #include "Business_TableProperties/TablePropertySettings.h"
 
+#include <dlfcn.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <pthread.h>
@@ -111,10 +112,11 @@ Host& host() {
 }
 
 class TablePropertySettingsTest : public testing::Test {
- protected:
+ public:
   TablePropertySettingsTest() { makeNew(); }
   ~TablePropertySettingsTest() override { makeNew(); }
 
+ protected:
   static void makeNew() {
     host() = {};
     Access::forget();
@@ -368,6 +370,7 @@ TEST_F(TablePropertySettingsTest, FirstLookupsOfManyThreadsWaitUntilTheCatalogue
   };
   std::vector<Texts> seen(threadCount);
   std::vector<std::thread> threads;
+  threads.reserve(seen.size());
   for (auto& texts : seen) {
     threads.emplace_back([&started, &texts] {
       ++started;

@@ -24,6 +24,7 @@
 // The catalogues hold what the code asks for, all of it and nothing else.
 
 /// The reader of .po files keeps the texts that it has read.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the sanitizer calls it by this name
 extern "C" [[gnu::visibility("default")]] char const* __lsan_default_suppressions() {
   return "leak:libgettextpo";
 }

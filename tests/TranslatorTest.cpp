@@ -151,7 +151,7 @@ class Folder : public TemporaryFolder {
   /// Compiles `source` to the catalogue of `language` and returns its path.
   [[nodiscard]] fs::path compile(std::string const& source, std::string const& language = "de",
                                  std::string const& options = "") const {
-    auto const compiled = path() / language / "LC_MESSAGES" / "kestrel.mo";
+    auto compiled = path() / language / "LC_MESSAGES" / "kestrel.mo";
     auto const text = path() / "source.po";
     fs::create_directories(compiled.parent_path());
     std::ofstream(text) << source;

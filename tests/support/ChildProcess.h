@@ -19,7 +19,7 @@ inline std::string quotedForShell(std::string const& word) {
 
 /// What the shell command writes to its standard output; throws unless it ends with 0.
 inline std::string outputOfCommand(std::string const& command) {
-  auto* pipe = ::popen(command.c_str(), "r");
+  auto* pipe = ::popen(command.c_str(), "r");  // NOLINT(cert-env33-c): the shell is what is asked for
   if (!pipe) throw std::runtime_error("cannot start " + command);
   std::string output;
   std::array<char, 4096> buffer{};

@@ -20,7 +20,7 @@ class HostileLocale {
   HostileLocale& operator=(HostileLocale const&) = delete;
   ~HostileLocale() {
     std::locale::global(m_oldCpp);
-    std::setlocale(LC_ALL, m_oldC.c_str());
+    static_cast<void>(std::setlocale(LC_ALL, m_oldC.c_str()));
   }
 
  private:

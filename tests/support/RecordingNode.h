@@ -62,6 +62,7 @@ inline void addChildren(Object& parent, NodeList const& nodes) {
 
 inline std::vector<std::string> namesOf(std::vector<std::shared_ptr<Object>> const& objects) {
   std::vector<std::string> names;
+  names.reserve(objects.size());
   for (auto const& object : objects) names.push_back(object->getObjectName());
   return names;
 }

@@ -91,6 +91,7 @@ inline std::vector<Row> rowsOf(MaxValueGroup const& group) {
 
 inline std::vector<unsigned int> numbersOf(std::vector<TablePropertyLimitType> const& limitTypes) {
   std::vector<unsigned int> numbers;
+  numbers.reserve(limitTypes.size());
   for (auto const limitType : limitTypes) numbers.push_back(static_cast<unsigned int>(limitType));
   return numbers;
 }
