@@ -134,11 +134,9 @@ Catalogue s_catalogue;
 
 TablePropertySettings::TablePropertySettings() = default;
 
-TablePropertySettings::TablePropertySettings(TablePropertySettings const& /*other*/) {}
+TablePropertySettings::TablePropertySettings(TablePropertySettings const& other) = default;
 
-TablePropertySettings& TablePropertySettings::operator=(TablePropertySettings const& /*other*/) {
-  return *this;
-}
+TablePropertySettings& TablePropertySettings::operator=(TablePropertySettings const& other) = default;
 
 TablePropertySettings::~TablePropertySettings() = default;
 

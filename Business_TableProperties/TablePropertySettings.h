@@ -22,6 +22,8 @@ namespace Kestrel {
 /// Lookups may come from any thread. Each takes one process-wide mutex for a moment, the first one until the
 /// catalogue is full; then it costs a search by key and a copy of the text. An unknown key gives an empty
 /// text.
+// Nobody makes or destroys one; the destructor is virtual for the sake of the binary interface.
+// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
 class KESTREL_TABLEPROPERTIES_EXPORT TablePropertySettings {
  public:
   TablePropertySettings(TablePropertySettings const& other);

@@ -204,7 +204,7 @@ template <typename Archive>
 void save(benchmark::State& state) {
   auto const content = genContent<Archive>(state);
   std::size_t bytes = 0;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto const iteration : state) {
     auto const document = Archive::save(content);
     bytes = document.size();
     benchmark::DoNotOptimize(document.data());
@@ -216,7 +216,7 @@ template <typename Archive>
 void load(benchmark::State& state) {
   auto document = Archive::save(genContent<Archive>(state));
   auto const limits = 16 * static_cast<std::size_t>(state.range(0));
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto const iteration : state) {
     auto content = Archive::load(document);
     state.PauseTiming();
     if (Archive::count(content) != limits) state.SkipWithError("limits are missing");

@@ -53,7 +53,7 @@ void countLimits(benchmark::State& state) {
 
 void setUp(benchmark::State& state, UnitOrder order) {
   Ids const ids = genIds(unitCount(state), order);
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto const iteration : state) {
     auto data = std::make_shared<TablePropertiesData>();
     data->updateLimits(ids);
     state.PauseTiming();
@@ -65,7 +65,7 @@ void setUp(benchmark::State& state, UnitOrder order) {
 
 void destroy(benchmark::State& state, UnitOrder order) {
   Ids const ids = genIds(unitCount(state), order);
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto const iteration : state) {
     state.PauseTiming();
     auto data = std::make_shared<TablePropertiesData>();
     data->updateLimits(ids);
@@ -79,7 +79,7 @@ void synchronizeSameUnits(benchmark::State& state, UnitOrder order) {
   Ids const ids = genIds(unitCount(state), order);
   TablePropertiesData data;
   data.updateLimits(ids);
-  for (auto _ : state) data.updateLimits(ids);
+  for ([[maybe_unused]] auto const iteration : state) data.updateLimits(ids);
   countLimits(state);
 }
 
@@ -96,7 +96,7 @@ void synchronizeHalfReplaced(benchmark::State& state, UnitOrder order) {
   TablePropertiesData data;
   data.updateLimits(second);
   bool isFirst = true;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto const iteration : state) {
     data.updateLimits(isFirst ? first : second);
     isFirst = !isFirst;
   }
@@ -109,7 +109,7 @@ void getLimit(benchmark::State& state, UnitOrder order) {
   Ids const ids = genIds(unitCount(state), order);
   TablePropertiesData data;
   data.updateLimits(ids);
-  for (auto _ : state)
+  for ([[maybe_unused]] auto const iteration : state)
     for (auto const& id : ids)
       for (unsigned int const type : types)
         benchmark::DoNotOptimize(data.getLimit(id, static_cast<TablePropertyLimitType>(type)));
@@ -123,7 +123,7 @@ void readEachLimit(benchmark::State& state, UnitOrder order) {
   data.updateLimits(ids);
   data.updateLimits(ids);
   auto const limits = data.getRelevantChildren();
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto const iteration : state) {
     int sum = 0;
     for (auto const& limit : limits) sum ^= limit->getChildId();
     benchmark::DoNotOptimize(sum);
@@ -148,7 +148,7 @@ void removeChildren(benchmark::State& state, Order order) {
   std::vector<std::shared_ptr<Object>> children(count);
   for (auto& child : children) child = std::make_shared<Object>();
   Object const& asked = *children[positions.back()];
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto const iteration : state) {
     state.PauseTiming();
     auto parent = std::make_shared<Object>();
     std::vector<std::shared_ptr<Object>> ignored;
@@ -176,7 +176,7 @@ void removeFromRankedIndex(benchmark::State& state, Order order) {
   auto const positions = genOrder(count, order);
   std::vector<std::shared_ptr<Object>> children(count);
   for (auto& child : children) child = std::make_shared<Object>();
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto const iteration : state) {
     state.PauseTiming();
     auto list = std::make_unique<RankedList>();
     for (std::size_t i = 0; i < count; ++i) list->emplace_hint(list->end(), RankedEntry{i, children[i]});

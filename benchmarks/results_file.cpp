@@ -96,7 +96,7 @@ template <typename Read>
 void measure(benchmark::State& state, Read read) {
   auto const& kind = s_kinds[state.range(0)];
   Document const document(kind);
-  for (auto _ : state) benchmark::DoNotOptimize(read(document.path()));
+  for ([[maybe_unused]] auto const iteration : state) benchmark::DoNotOptimize(read(document.path()));
   state.SetBytesProcessed(state.iterations() * document.size());
   state.SetLabel(std::string(kind.name));
 }

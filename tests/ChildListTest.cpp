@@ -278,7 +278,7 @@ TEST(ChildListIds, ComeFromShorterGapsWhenTheLongestIsUsedUp) {
   for (int i = 0; i < 1024; ++i) append(list, genObject(i * step + (i == 1 ? 1 : 0)));
   append(list, genObject(greatestId));
   // Child 1 makes the gap before it one longer than the others, and that behind it one shorter.
-  auto const ids = genFreshIds(list, 2 * step);
+  auto const ids = genFreshIds(list, std::size_t{2} * step);
   ASSERT_EQ(ids.size(), 4'194'304U);
   EXPECT_EQ(ids[0], 1);
   EXPECT_EQ(ids[2'097'151], 2'097'152);

@@ -12,8 +12,6 @@
 namespace Kestrel {
 namespace {
 
-using testing::ElementsAre;
-
 // ---- names and identifiers
 
 TEST(ClassRegistryHashes, AreFixedByTheNames) {

@@ -341,9 +341,10 @@ TEST(JsonReader, RefusesAnotherTypeThanTheShapes) {
   };
   for (auto const& [shape, expected, matching] : kinds) {
     for (auto const& [value, found] : values) {
-      auto const message = (matching + " ").find(value + " ") != std::string::npos
-                               ? "no error"
-                               : "x.json: document: expected " + expected + ", found " + found;
+      auto message = std::string("no error");
+      if ((matching + " ").find(value + " ") == std::string::npos)
+        message =
+            std::string("x.json: document: expected ").append(expected).append(", found ").append(found);
       EXPECT_EQ(errorOf(value, shape), message);
     }
   }

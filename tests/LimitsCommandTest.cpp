@@ -483,6 +483,7 @@ class Setting {
     std::vector<std::string> arguments = {KESTREL_PROGRAM, "limits", "set", results,   "--unit",
                                           "OP10",          "--type", "23",  "--value", value};
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (auto& argument : arguments) pointers.push_back(argument.data());
     pointers.push_back(nullptr);
     EXPECT_EQ(::posix_spawn(&m_process, KESTREL_PROGRAM, nullptr, nullptr, pointers.data(), environ), 0);
@@ -511,6 +512,7 @@ TEST_F(LimitsCommand, LeavesTheOldOrTheNewDocumentWheneverItIsKilled) {
   expectSilence("$P limits set r.json --unit OP10 --type 23 --value 1");
   auto const oldContent = m_folder.read("r.json.limits");
   std::vector<double> times;
+  times.reserve(9);
   for (int i = 0; i < 9; ++i) times.push_back(timeOfSetting(m_folder, oldContent));
   std::nth_element(times.begin(), times.begin() + 4, times.end());
   auto const newContent = m_folder.read("r.json.limits");

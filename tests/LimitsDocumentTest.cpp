@@ -217,7 +217,7 @@ TEST_F(LimitsDocumentDeathTest, StaysUntouchedWhenTheDiskIsFull) {
   edit(m_document, 45.5);
   auto const before = m_folder.read("limits");
   auto const editTooMuch = [&] {
-    std::signal(SIGXFSZ, SIG_IGN);
+    static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
     rlimit const limit{1000, 1000};
     ::setrlimit(RLIMIT_FSIZE, &limit);
     exitWith(errorOfEditing(m_document, 46.5) == m_document.string() + ": cannot write: File too large");

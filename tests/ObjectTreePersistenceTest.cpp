@@ -56,6 +56,7 @@ bool const s_isRegistered = registerClass<Branch>() && registerParent<Object, Br
 std::shared_ptr<Branch> genBranch(std::vector<std::string> const& childNames) {
   auto parent = std::make_shared<Branch>("parent");
   std::vector<std::shared_ptr<Branch>> children;
+  children.reserve(childNames.size());
   for (auto const& name : childNames) children.push_back(std::make_shared<Branch>(name));
   ObjectHelper::addToVectorAtEnd(parent.get(), children, parent->held, std::nullopt, 1, false);
   return parent;
@@ -123,6 +124,7 @@ TEST(ObjectTreePersistence, ClosesTheGapOfAChildThatNobodyWrote) {
 
 TEST(ObjectTreePersistence, ReadsAsATreeThatCanBeChanged) {
   std::vector<std::string> names;
+  names.reserve(200);
   for (int i = 0; i < 200; ++i) names.push_back(std::to_string(i));
   auto const read = reload(genBranch(names));
   for (int i = 0; i < 200; i += 2) read->removeChild(read->held[static_cast<std::size_t>(i)]);
@@ -185,7 +187,7 @@ TEST(ObjectTreePersistence, RefusesAPlaceThatIsTakenOrBeyondTheChildren) {
 }
 
 std::shared_ptr<Branch> genChain(int length) {
-  auto const root = std::make_shared<Branch>();
+  auto root = std::make_shared<Branch>();
   auto last = root;
   for (int i = 1; i < length; ++i) {
     ObjectHelper::addToVectorAtEnd(last.get(), {std::make_shared<Branch>()}, last->held, std::nullopt, 1,

@@ -779,13 +779,19 @@ TEST(ResultsFile, RefusesMissingUnknownAndRepeatedMembersInEveryObject) {
     for (auto const& member : members) {
       auto const quoted = member.substr(0, member.find(':'));
       auto const name = quoted.substr(1, quoted.size() - 2);
-      EXPECT_EQ(
-          errorOf(with(object.document, membersBut("") + ", " + member)),
-          "r.json: " + object.pointer + "/" + name + ": expected each member once, found a second " + quoted);
+      EXPECT_EQ(errorOf(with(object.document, membersBut("") + ", " + member)),
+                std::string("r.json: ")
+                    .append(object.pointer)
+                    .append("/")
+                    .append(name)
+                    .append(": expected each member once, found a second ")
+                    .append(quoted));
       bool const isRequired =
           std::find(object.required.begin(), object.required.end(), member) != object.required.end();
       EXPECT_EQ(errorOf(with(object.document, membersBut(member))),
-                isRequired ? place + ": expected a member " + quoted + ", found none" : "no error");
+                isRequired
+                    ? std::string(place).append(": expected a member ").append(quoted).append(", found none")
+                    : "no error");
     }
     EXPECT_THAT(errorOf(with(object.document, membersBut("") + ", \"Name\": 0")),
                 testing::StartsWith("r.json: " + object.pointer + "/Name: expected one of the members "));

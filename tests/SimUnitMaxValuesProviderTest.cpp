@@ -48,7 +48,7 @@ class CountedResult {
     bool* isGone;
     explicit Allocator(bool* flag) : isGone(flag) {}
     template <typename U>
-    Allocator(Allocator<U> const& other) : isGone(other.isGone) {}
+    explicit Allocator(Allocator<U> const& other) : isGone(other.isGone) {}
     T* allocate(std::size_t n) { return std::allocator<T>().allocate(n); }
     void deallocate(T* memory, std::size_t n) {
       *isGone = true;
@@ -63,7 +63,7 @@ class CountedResult {
 TEST(SimUnitMaxValuesProvider, IsAPlainClassOfThreeMembersInOrder) {
   static_assert(!std::is_polymorphic_v<SimUnitMaxValuesProvider>);
   static_assert(sizeof(SimUnitMaxValuesProvider) == sizeof(std::function<bool(double, double)>) +
-                                                        sizeof(SimulationUnit const*) +
+                                                        sizeof(void const*) +
                                                         sizeof(std::weak_ptr<SimulationResult>));
   static_assert(!std::is_copy_assignable_v<SimUnitMaxValuesProvider>);
   TestUnit const test;

@@ -7,7 +7,8 @@
 #include <pthread.h>
 
 #include <algorithm>
-#include <cstdio>
+#include <boost/endian/conversion.hpp>
+#include <boost/uuid/uuid.hpp>
 #include <latch>
 #include <stdexcept>
 #include <string>
@@ -49,9 +50,9 @@ using Type = TablePropertyLimitType;
 
 /// Identifiers in the order of their numbers.
 SimulationUnitId unit(unsigned int number) {
-  char text[37];
-  std::snprintf(text, sizeof text, "%08x-0000-4000-8000-000000000000", number);
-  return SimulationUnitId(GUIdentifier::fromString(text).value());
+  boost::uuids::uuid uuid{};
+  boost::endian::store_big_u32(uuid.data, number);
+  return SimulationUnitId(GUIdentifier(uuid));
 }
 
 /// The default set of a unit: type, value and unit text.

@@ -8,6 +8,8 @@ namespace Kestrel {
 
 /// A limit as the user interface sees it: a value that can be read, set and observed. Owners do not destroy a
 /// limit through this interface.
+// The destructor has its slot in the binary interface, and nobody but its owner destroys a limit.
+// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
 class LimitAccessInterface {
  protected:
   LimitAccessInterface() = default;

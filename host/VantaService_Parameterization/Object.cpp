@@ -224,6 +224,8 @@ Signals::Connection Object::connectToSigChanged(Signals::Slot<void()> const& slo
   return signal->connect(slot);
 }
 
+// By value, as its callers are compiled to call it.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool Object::existChild(std::shared_ptr<Object const> child) const { return child && hasChild(*child); }
 
 bool Object::hasChild(Object const& child) const noexcept {

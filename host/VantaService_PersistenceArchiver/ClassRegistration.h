@@ -45,7 +45,7 @@ class ArchiveAccess {
   struct Maker : std::allocator<T> {
     Maker() = default;
     template <typename U>
-    Maker(Maker<U> const& other) noexcept : std::allocator<T>(other) {}
+    explicit Maker(Maker<U> const& other) noexcept : std::allocator<T>(other) {}
     template <typename U>
     void construct(U* memory) {
       ::new (static_cast<void*>(memory)) U();

@@ -6,6 +6,8 @@
 
 namespace Kestrel {
 
+// The destructor is listed as protected and virtual.
+// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
 class LimitAccessInterface {
  protected:
   LimitAccessInterface() = default;
