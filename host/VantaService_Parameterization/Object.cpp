@@ -26,27 +26,19 @@ struct TreeLinks {
   std::unordered_map<Object const*, unsigned int> written;  ///< those with children
   std::unordered_map<unsigned int, Parent> read;            ///< those with children
 
-  // Objects that follow each other mostly have one parent and one name.
-  std::pair<Object const*, unsigned int> lastWritten;  ///< 0 when it is not written
-  std::pair<unsigned int, Parent*> lastRead;
+  /// Objects that follow each other mostly have one name. benchmarks/archive: loading 10,000 units takes 24
+  /// ms, 28 ms without (and 37 % more instructions).
   std::pair<std::string_view, std::shared_ptr<std::string const>> lastName;  ///< in the document
 
-  /// 0 for an object that is not written. An object asks for its parent before it is itself written down
-  /// here, so that what was found last is not out of date.
-  [[nodiscard]] unsigned int addressOf(Object const* parent) {
-    if (parent != lastWritten.first) {
-      auto const found = written.find(parent);
-      lastWritten = {parent, found != written.end() ? found->second : 0};
-    }
-    return lastWritten.second;
+  /// 0 for an object that is not written.
+  [[nodiscard]] unsigned int addressOf(Object const* object) const {
+    auto const found = written.find(object);
+    return found != written.end() ? found->second : 0;
   }
-  /// Null when there is none: then the document is damaged, and nothing is asked for again.
+  /// Null when there is none: then the document is damaged.
   [[nodiscard]] Parent* find(unsigned int address) {
-    if (address != lastRead.first) {
-      auto const found = read.find(address);
-      lastRead = {address, found != read.end() ? &found->second : nullptr};
-    }
-    return lastRead.second;
+    auto const found = read.find(address);
+    return found != read.end() ? &found->second : nullptr;
   }
 };
 

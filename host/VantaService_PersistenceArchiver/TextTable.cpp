@@ -6,7 +6,8 @@
 
 namespace Kestrel {
 
-// Objects that are written one after the other have most of their texts in common.
+// Objects that are written one after the other have most of their texts in common. benchmarks/archive: saving
+// 10,000 units takes 20 ms, up to 1.2 ms more without the recent ones (and 11 % more instructions).
 std::uint32_t TextTable::add(std::string_view text) {
   if (!m_entries.empty())
     for (auto const number : m_recent)
