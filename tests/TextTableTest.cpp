@@ -89,6 +89,23 @@ TEST(TextTable, TellsTextsOfTheSameSlotApart) {
   }
 }
 
+// Where the first eight bytes of 32 are those of the hash's secret, a factor of the hash is zero, and the
+// eight bytes behind them do not count.
+TEST(TextTable, TellsTextsOfTheSameHashApart) {
+  std::string const begin = "\xB8\xFE\x6C\x39\x23\xA4\x4B\xBE";
+  std::string const first = begin + "Spanner!" + "same to its end.";
+  std::string const second = begin + "Bolzen!!" + "same to its end.";
+  ASSERT_EQ(XXH3_64bits(first.data(), first.size()), XXH3_64bits(second.data(), second.size()));
+  TextTable table;
+  EXPECT_EQ(table.add(first), 0U);
+  EXPECT_EQ(table.add(second), 1U);
+  // They are not among the texts of late any more.
+  for (std::uint32_t i = 2; i < 12; ++i) ASSERT_EQ(table.add(std::to_string(i)), i);
+  EXPECT_EQ(table.add(second), 1U);
+  EXPECT_EQ(table.add(first), 0U);
+  EXPECT_EQ(table.size(), 12U);
+}
+
 TEST(TextTable, DoesWhatASearchTreeDoes) {
   for (unsigned int seed = 0; seed < 10; ++seed) {
     std::mt19937 random(seed);

@@ -448,6 +448,21 @@ TEST(Translator, TheCommentTellsEqualTextsApart) {
       << "has an entry with comment only";
 }
 
+TEST(Translator, TakesTheEntryWithoutCommentBeforeTheNextLanguage) {
+  Folder const folder;
+  (void)folder.compile(header + std::string("msgctxt \"A\"\nmsgid \"one\"\nmsgstr \"eins\"\n"
+                                            "msgctxt \"A|short\"\nmsgid \"two\"\nmsgstr \"2\"\n"));
+  (void)folder.compile(header + std::string("msgctxt \"A|short\"\nmsgid \"one\"\nmsgstr \"u.\"\n"
+                                            "msgctxt \"A\"\nmsgid \"two\"\nmsgstr \"deux\"\n"),
+                       "fr");
+  auto const environment = inFolder(folder, {"LANG=en", "LANGUAGE=de:fr"});
+  EXPECT_EQ(translated(environment, "A", "one", "short"), "eins");
+  EXPECT_EQ(translated(environment, "A", "one"), "eins");
+  EXPECT_EQ(translated(environment, "A", "two", "short"), "2");
+  EXPECT_EQ(translated(environment, "A", "two"), "deux");
+  EXPECT_EQ(translated(environment, "A|short", "two"), "2") << "the comment stands in the context";
+}
+
 TEST(Translator, TheCountChoosesThePluralForm) {
   Folder const folder;
   (void)folder.compile(header + std::string(messages));
