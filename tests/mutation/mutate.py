@@ -10,6 +10,8 @@ change is noticed. The same seed gives the same sample as long as the sources st
   tests/mutation/mutate.py host --compiling 200          go on from there
   tests/mutation/mutate.py host --again                  try those that were not noticed with the tests of today
   tests/mutation/mutate.py host --report                 print what is known, try nothing
+  tests/mutation/mutate.py host --files '\.cpp$' --tests 'Archive|Object|Text' --exclude AtScale
+                                                         changes of sources alone, by some of the tests: quick
 
 Results are kept in the work folder as they come, one JSON object a line, so that a run can be ended at any time and
 taken up again. A change that cannot be observed, whatever a test does, is listed with the reason in
@@ -117,15 +119,15 @@ def key_of(change):
     return tuple(change[part] for part in ("file", "code", "from", "to", "occurrence"))
 
 
-def all_changes(tree, folders):
-    """Each once: equal lines of a file count as one."""
+def all_changes(tree, folders, files):
+    """Of the files whose path matches the expression, each once: equal lines of a file count as one."""
     found = {}
     for folder in folders:
         for path in sorted((tree / folder).rglob("*")):
-            if path.suffix not in (".cpp", ".h"):
+            name = str(path.relative_to(tree))
+            if path.suffix not in (".cpp", ".h") or not re.search(files, name):
                 continue
             text = path.read_text()
-            name = str(path.relative_to(tree))
             for change in changes_of(text):
                 entry = genChange(name, text, change)
                 found.setdefault(key_of(entry), entry)
@@ -138,8 +140,8 @@ def all_changes(tree, folders):
 class Copy:
     """The tree in a folder of its own, built without optimisation."""
 
-    def __init__(self, work, jobs):
-        self.work, self.tree, self.build, self.jobs = work, work / "tree", work / "build", jobs
+    def __init__(self, work, jobs, tests):
+        self.work, self.tree, self.build, self.jobs, self.tests = work, work / "tree", work / "build", jobs, tests
         self.environment = dict(os.environ, CCACHE_BASEDIR=str(work), CCACHE_NOHASHDIR="1")
         self.slowest = {}
 
@@ -164,30 +166,39 @@ class Copy:
                    "-DCMAKE_CXX_FLAGS_DEBUG=-O0 -fno-gnu-unique",
                    "-DKESTREL_BUILD_BENCHMARKS=OFF", "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON",
                    "-DCMAKE_COMPILE_WARNING_AS_ERROR=OFF"]
-        if shutil.which("ccache"):
-            command.append("-DCMAKE_CXX_COMPILER_LAUNCHER=ccache")
         subprocess.run(command, check=True, env=self.environment, stdout=subprocess.DEVNULL)
-        if not self.make([]):
+        if not self.make(self.targets()):
             sys.exit("mutate.py: the tree does not build as it is")
 
+    def targets(self):
+        """What the chosen tests need; "all" when all are chosen."""
+        sources = [source.stem for source in (self.tree / "tests").glob("*Test.cpp")]
+        chosen = [name for name in sources if re.search(self.tests, name)]
+        return chosen if len(chosen) < len(sources) else ["all"]
+
     def make(self, targets):
-        command = ["cmake", "--build", self.build, f"-j{self.jobs}"]
-        if targets:
-            command += ["--target", *targets]
+        command = ["cmake", "--build", self.build, f"-j{self.jobs}", "--target", *targets]
         return subprocess.run(command, env=self.environment, capture_output=True).returncode == 0
 
     def programs(self, excluded):
-        """The test programs with their arguments and their folder; those of one program run as one."""
+        """The chosen test programs with their arguments and their folder. The tests of a program run as one, without
+        those that are excluded."""
         listed = subprocess.run(["ctest", "--test-dir", self.build, "--show-only=json-v1"], check=True,
                                 capture_output=True, text=True).stdout
-        programs = {}
+        programs, without = {}, {}
         for test in json.loads(listed)["tests"]:
-            if "command" not in test or re.search(excluded, test["name"]):
+            program, *arguments = test.get("command", [""])
+            if not program.startswith(str(self.build)) or not re.search(self.tests, pathlib.Path(program).name):
                 continue
-            program, *arguments = test["command"]
+            filters = [argument.split("=", 1)[1] for argument in arguments if argument.startswith("--gtest_filter=")]
+            if re.search(excluded, test["name"]):
+                without.setdefault(program, []).extend(filters)
+                continue
             properties = {entry["name"]: entry["value"] for entry in test.get("properties", [])}
             known = programs.setdefault(program, ([], properties.get("WORKING_DIRECTORY", str(self.build))))
             known[0].extend(argument for argument in arguments if not argument.startswith("--gtest"))
+        for program in programs.keys() & without.keys():
+            programs[program][0].append("--gtest_filter=-" + ":".join(without[program]))
         return programs
 
     def passes(self, program, arguments, folder):
@@ -248,10 +259,11 @@ class Trial:
 
     def judge(self, change):
         near = self.near(change["file"])
-        for programs in (near, list(self.programs)):
+        others = [program for program in self.programs if program not in near]
+        for programs, targets in ((near, [pathlib.Path(program).name for program in near]),
+                                  (others, self.copy.targets())):
             if not programs:
                 continue
-            targets = [pathlib.Path(program).name for program in programs] if programs is near else []
             if not self.copy.make(targets):
                 return NOT_COMPILED, None
             failed = self.run(programs)
@@ -304,11 +316,11 @@ def chosen(arguments, known, results):
 
 
 def try_changes(arguments, work, results):
-    copy = Copy(work, arguments.jobs)
+    copy = Copy(work, arguments.jobs, arguments.tests)
     copy.update()
     copy.configure()
     trial = Trial(copy, copy.programs(arguments.exclude))
-    known = all_changes(copy.tree, arguments.folders)
+    known = all_changes(copy.tree, arguments.folders, arguments.files)
     with (work / "results.jsonl").open("a") as file:
         for change in chosen(arguments, known, results):
             compiling = sum(result["verdict"] != NOT_COMPILED and result["file"].split("/")[0] in arguments.folders
@@ -330,7 +342,10 @@ def main():
     parser.add_argument("--seed", type=int, default=1, help="of the sample (1)")
     parser.add_argument("--jobs", type=int, default=2, help="processes at once (2)")
     parser.add_argument("--work", type=pathlib.Path, default=ROOT / "build/mutation", help="work folder (build/mutation)")
-    parser.add_argument("--exclude", default="^InstalledPackage", help="tests that do not run, by expression (%(default)s)")
+    parser.add_argument("--files", default="", help="change only files whose path matches the expression")
+    parser.add_argument("--tests", default="", help="build and run only test programs whose name matches the expression")
+    parser.add_argument("--exclude", default="^(InstalledPackage|StrictHost|FirstChange)",
+                        help="tests (Suite.Name) that do not run, by expression (%(default)s)")
     parser.add_argument("--again", action="store_true", help="only what was not noticed, with the tests of today")
     parser.add_argument("--report", action="store_true", help="only print what is known")
     arguments = parser.parse_args()
