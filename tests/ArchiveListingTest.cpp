@@ -66,6 +66,14 @@ TEST(ArchiveListing, EndsWhereTheRecordsCannotBeRead) {
   EXPECT_EQ(listing.records.size(), 5U);
 }
 
+TEST(ArchiveListing, SaysTheFirstOfTwoDamages) {
+  auto document = genDocumentWith(31.5);
+  document[55] = '\x70';
+  auto const listing = genArchiveListing(document);
+  EXPECT_THAT(listing.damage, testing::HasSubstr("the checksum does not match"));
+  EXPECT_EQ(listing.records.size(), 5U);
+}
+
 TEST(ArchiveListing, IsEmptyWhereTheTablesAreGone) {
   auto const document = genDocumentWith(31.5);
   auto const listing = genArchiveListing(document.substr(0, 100));

@@ -2,17 +2,22 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstddef>
 #include <limits>
 #include <memory>
+#include <new>
 #include <random>
 #include <set>
 #include <stdexcept>
+#include <string>
 #include <vector>
 
 #include "VantaService_Parameterization/Object.h"
+#include "support/AllocationFailure.h"
+#include "support/MemoryLimit.h"
 #include "support/ObjectTestAccess.h"
 
 namespace Kestrel {
@@ -134,22 +139,27 @@ TEST(ChildList, AppendsBehindGapsAtItsEnd) {
 }
 
 TEST(ChildList, ClosesItsGapsWhenItNeedsRoom) {
-  for (std::size_t const removed : {64U, 70U, 100U, 128U, 129U}) {
-    ChildList list;
-    auto const objects = appendObjects(list, 130);
-    for (std::size_t i = 0; i < removed; ++i) list.remove(*objects[i]);
-    list.reserve(1000);
-    ASSERT_EQ(list.size(), 130 - removed);
-    for (std::size_t i = removed; i < 130; ++i) {
-      ASSERT_EQ(list.positionOf(*objects[i]), i - removed) << removed;
-      ASSERT_EQ(list.at(i - removed), objects[i]) << removed;
+  for (std::size_t const removed : {64U, 66U, 70U, 100U, 128U, 129U}) {
+    for (std::size_t const count : {128U, 130U}) {
+      if (removed >= count) continue;
+      SCOPED_TRACE(std::to_string(removed) + " of " + std::to_string(count));
+      ChildList list;
+      auto const objects = appendObjects(list, static_cast<int>(count));
+      for (std::size_t i = 0; i < removed; ++i) list.remove(*objects[i]);
+      list.reserve(1000);
+      ASSERT_EQ(list.size(), count - removed);
+      for (std::size_t i = removed; i < count; ++i) {
+        ASSERT_EQ(list.positionOf(*objects[i]), i - removed);
+        ASSERT_EQ(list.at(i - removed), objects[i]);
+      }
+      auto const last = genObject(500);
+      list.append(last);
+      EXPECT_EQ(list.positionOf(*last), count - removed);
+      EXPECT_EQ(list.at(count - removed), last);
+      list.remove(*objects[count - 1]);
+      EXPECT_EQ(list.positionOf(*last), count - removed - 1);
+      EXPECT_EQ(list.at(count - removed - 1), last);
     }
-    auto const last = genObject(500);
-    list.append(last);
-    EXPECT_EQ(list.positionOf(*last), 130 - removed);
-    list.remove(*objects[129]);
-    EXPECT_EQ(list.positionOf(*last), 129 - removed);
-    EXPECT_EQ(list.at(129 - removed), last);
   }
 }
 
@@ -237,6 +247,22 @@ TEST(ChildList, LetsGoOfItsChildren) {
   EXPECT_EQ(objects[1].use_count(), 1);
 }
 
+// Slots come in words of 64, so that the 1st, the 65th and the 129th child need one.
+TEST(ChildList, NeedsNoMemoryForChildrenItHasMadeRoomFor) {
+  for (std::size_t const count : {1U, 64U, 65U, 128U, 129U}) {
+    ChildList list;
+    Objects objects;
+    for (std::size_t i = 0; i < count; ++i) objects.push_back(genObject());
+    list.reserve(count);
+    {
+      TestSupport::AllocationFailure const failure(0);
+      for (auto const& object : objects) list.append(object);
+      EXPECT_FALSE(failure.hasHappened());
+    }
+    EXPECT_EQ(list.size(), count);
+  }
+}
+
 // ---- child ids
 
 TEST(ChildListIds, AreTheSmallestOnesAtFirst) {
@@ -272,6 +298,18 @@ TEST(ChildListIds, FillTheGapBeforeAllWhenItIsTheLongest) {
   EXPECT_THAT(genFreshIds(list, 2), ElementsAre(0, 1));
 }
 
+TEST(ChildListIds, DoNotComeFromBelow0) {
+  auto list = genListWithIds({std::numeric_limits<int>::min(), 5, greatestId});
+  EXPECT_THAT(genFreshIds(list, 2), ElementsAre(6, 7));
+}
+
+TEST(ChildListIds, UseThoseBehindTheGreatestOneToTheLast) {
+  auto list = genListWithIds({0, greatestId - 2});
+  EXPECT_THAT(genFreshIds(list, 2), ElementsAre(greatestId - 1, greatestId));
+  EXPECT_THAT(genFreshIds(list, 3), ElementsAre(1, 2, 3));
+  EXPECT_THAT(genFreshIds(list, 1), ElementsAre(1)) << "goes on in the gap";
+}
+
 TEST(ChildListIds, ComeFromShorterGapsWhenTheLongestIsUsedUp) {
   constexpr int step = 1 << 21;
   ChildList list;
@@ -293,6 +331,25 @@ TEST(ChildListIds, AreRefusedWhenThereAreNotSoMany) {
   EXPECT_THROW(ChildList().genFreshIds(all + 1, ids), std::length_error);
   auto list = genListWithIds({5});
   EXPECT_THROW(list.genFreshIds(all, ids), std::length_error);
+}
+
+// The one id below the child's is one of those that there are: then it is memory that is missing.
+TEST(ChildListIdsDeathTest, CountAGapOfOne) {
+  if (TestSupport::s_isSanitized) GTEST_SKIP() << "sanitizers take address space of their own";
+  auto const generate = [] {
+    auto list = genListWithIds({1});
+    TestSupport::limitMemory(std::size_t{64} << 20);
+    std::vector<int> ids;
+    try {
+      list.genFreshIds((std::size_t{1} << 31) - 1, ids);
+    } catch (std::bad_alloc const&) {
+      ::_exit(0);
+    } catch (std::length_error const&) {
+      ::_exit(1);
+    }
+    ::_exit(2);
+  };
+  EXPECT_EXIT(generate(), testing::ExitedWithCode(0), "");
 }
 
 // ---- compared with a list that is searched

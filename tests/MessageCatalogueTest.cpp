@@ -145,6 +145,30 @@ TEST(MessageCatalogueBytes, MayEndWithATableAndNotBeforeItsEnd) {
   EXPECT_FALSE(MessageCatalogue::parse(bytes));
 }
 
+TEST(MessageCatalogueBytes, HoldAsManyMessagesAsTheTablesHaveRoomFor) {
+  Catalogue catalogue;
+  for (char letter = 'a'; letter <= 'z'; ++letter)
+    catalogue.messages.emplace_back(std::string(1, letter), "x");
+  auto bytes = catalogue.genBytes();
+  expectMessages(MessageCatalogue::parse(bytes));
+  ASSERT_EQ(bytes[8], 32);
+  bytes[8] = 33;  // the table of keys would reach beyond the end
+  EXPECT_FALSE(MessageCatalogue::parse(bytes));
+}
+
+TEST(MessageCatalogueBytes, HaveNoTranslationWhereTheyHoldAnEmptyOne) {
+  Catalogue catalogue;
+  catalogue.messages.emplace_back("empty", "");
+  catalogue.messages.emplace_back("step", std::string("\0viele", 6));
+  auto const read = MessageCatalogue::parse(catalogue.genBytes());
+  expectMessages(read);
+  EXPECT_EQ(read->find(nullptr, "empty", -1), nullptr);
+  EXPECT_EQ(read->find(nullptr, "empty", 1), nullptr);
+  EXPECT_EQ(read->find(nullptr, "step", 1), nullptr);
+  EXPECT_EQ(read->find(nullptr, "step", -1), nullptr);
+  EXPECT_THAT(read->find(nullptr, "step", 2), StrEq("viele"));
+}
+
 TEST(MessageCatalogueBytes, BeginWithTheHeader) {
   Catalogue catalogue;
   catalogue.messages.erase(catalogue.messages.begin());

@@ -132,6 +132,107 @@ TEST_F(PersistenceArchiverTest, KeepsTheRunTimeClassOfAnObject) {
   EXPECT_EQ(special->mark, 0xFFFFFFFFU);
 }
 
+// ---- objects whose base does not stand at their beginning
+
+struct Tag {
+  virtual ~Tag() = default;
+  double before = 0.25;
+};
+
+/// Its `Node` part stands behind another.
+class TaggedNode : public Tag, public Node {
+ public:
+  static void serialization_register(void* record) { fillRegistration<TaggedNode>(record, "TaggedNode", 1); }
+
+  unsigned int mark = 0;
+
+ private:
+  friend class Kestrel::ArchiveAccess;
+
+  void save(PersistenceArchiver& archive, unsigned int /*version*/) const { archive << mark; }
+  void load(PersistenceArchiver& archive, unsigned int /*version*/) { archive >> mark; }
+};
+
+struct OtherTag {
+  virtual ~OtherTag() = default;
+  double before = 0.5;
+};
+
+/// Its `TaggedNode` part stands behind another, too, and nobody has registered that it is a `Node`.
+class DeepNode : public OtherTag, public TaggedNode {
+ public:
+  static void serialization_register(void* record) { fillRegistration<DeepNode>(record, "DeepNode", 1); }
+
+ private:
+  friend class Kestrel::ArchiveAccess;
+
+  void save(PersistenceArchiver& archive, unsigned int /*version*/) const { archive << mark; }
+  void load(PersistenceArchiver& archive, unsigned int /*version*/) { archive >> mark; }
+};
+
+class PointersToParts : public PersistenceArchiverTest {
+ protected:
+  static void SetUpTestSuite() {
+    PersistenceArchiverTest::SetUpTestSuite();
+    ASSERT_TRUE(registerClass<TaggedNode>());
+    ASSERT_TRUE(registerClass<DeepNode>());
+    static bool const isRelated =
+        registerParent<Node, TaggedNode>() && registerParent<TaggedNode, DeepNode>();
+    ASSERT_TRUE(isRelated);
+  }
+
+  /// The object that a pointer to its `Node` part comes back as.
+  template <typename T>
+  static std::shared_ptr<T> readBack(std::shared_ptr<T> const& object) {
+    std::shared_ptr<Node> const node = read(write(object));
+    EXPECT_NE(static_cast<void*>(static_cast<Node*>(object.get())), static_cast<void*>(object.get()));
+    return std::dynamic_pointer_cast<T>(node);
+  }
+};
+
+TEST_F(PointersToParts, LeadToThePartAgain) {
+  auto const written = std::make_shared<TaggedNode>();
+  written->mark = 77;
+  auto const found = readBack(written);
+  ASSERT_NE(found, nullptr);
+  EXPECT_EQ(found->mark, 77U);
+  EXPECT_EQ(found->before, 0.25);
+  EXPECT_TRUE(found->text.empty());
+}
+
+TEST_F(PointersToParts, LeadThereOverFurtherClasses) {
+  auto const written = std::make_shared<DeepNode>();
+  written->mark = 78;
+  auto const found = readBack(written);
+  ASSERT_NE(found, nullptr);
+  EXPECT_EQ(found->mark, 78U);
+  EXPECT_EQ(found->TaggedNode::before, 0.25);
+  EXPECT_EQ(found->OtherTag::before, 0.5);
+}
+
+TEST_F(PointersToParts, ShareTheObjectWithPointersToTheWhole) {
+  auto const written = std::make_shared<DeepNode>();
+  PersistenceArchiver writer;
+  savePointer(writer, std::shared_ptr<Node>(written));
+  savePointer(writer, written);
+  savePointer(writer, std::shared_ptr<TaggedNode>(written));
+  auto const document = writer.genDocument();
+  PersistenceArchiver reader{std::string_view(document)};
+  std::shared_ptr<Node> node;
+  std::shared_ptr<DeepNode> whole;
+  std::shared_ptr<TaggedNode> tagged;
+  loadPointer(reader, node);
+  loadPointer(reader, whole);
+  loadPointer(reader, tagged);
+  ASSERT_NE(whole, nullptr);
+  EXPECT_EQ(node, whole);
+  EXPECT_EQ(tagged, whole);
+  EXPECT_EQ(reader.getPointerMap(registrationOf<DeepNode>().identifier, registrationOf<DeepNode>()).size(),
+            1U);
+}
+
+// ---- documents
+
 TEST_F(PersistenceArchiverTest, TellsTheVersionOfTheClassAndSkipsWhatANewerWriterAppended) {
   EXPECT_EQ(read(write(genTree()))->versionRead, 3U);
 }
@@ -288,6 +389,14 @@ TEST_F(PersistenceArchiverTest, RefusesWhatStandsBehindTheRoot) {
   EXPECT_THAT(damageOf(archive.genDocument()), testing::HasSubstr("expected the end of the records"));
 }
 
+TEST_F(PersistenceArchiverTest, RefusesWhatStandsBehindTheTables) {
+  // 34 bytes: no texts and no classes at 24 and 25, then the checksum.
+  auto const document = write(nullptr);
+  EXPECT_EQ(damageOf(genResealedDocument(document.substr(0, 26) + std::string(9, '\0'))),
+            "byte 26: expected the end of the tables");
+  EXPECT_EQ(damageOf(genResealedDocument(document)), "none");
+}
+
 TEST_F(PersistenceArchiverTest, LooksAtLengthThenMarkThenVersionBeforeAnythingElse) {
   auto const document = write(nullptr);
   EXPECT_EQ(damageOf(document.substr(0, 27)), "byte 0: expected at least 28 bytes, found 27");
@@ -421,6 +530,15 @@ TEST_F(PersistenceArchiverTest, NumbersClassesInTheOrderInWhichTheyAreWritten) {
                         "Class 0\x07"
                         "Class 3\x03\x00\x02\x00\x01\x00\x00\x02\x03\x00",
                         35));
+}
+
+TEST_F(PersistenceArchiverTest, CountsTheObjectsOfEachClass) {
+  auto const root = std::make_shared<Node>();
+  auto const node = std::make_shared<Node>();
+  root->links = {std::make_shared<SpecialNode>(), node, node};
+  auto const document = write(root);
+  // Two classes: name, version, objects. The names are the texts 2 and 3.
+  EXPECT_EQ(document.substr(document.size() - 15, 7), "\x02\x02\x03\x02\x03\x01\x01");
 }
 
 TEST_F(PersistenceArchiverTest, KeepsApartAsManyClassesAsThereAre) {

@@ -136,6 +136,13 @@ msgstr[0] "krok"
 msgstr[1] "kroki"
 msgstr[2] "kroków"
 
+msgctxt "Family|short"
+msgid "step"
+msgid_plural "steps"
+msgstr[0] "kr."
+msgstr[1] "ki."
+msgstr[2] "kw."
+
 msgctxt "Family"
 msgid "untranslated"
 msgstr ""
@@ -409,6 +416,17 @@ TEST(Translator, FindsTheCataloguesThatAreInstalledWithIt) {
   fs::copy_file(other.compile(header + std::string(messages)), catalogue,
                 fs::copy_options::overwrite_existing);
   EXPECT_EQ(translated({"LD_PRELOAD=" + library.native(), "LANG=de"}, "Other", "Clamps"), "Klammern");
+
+  // Where it is built they have another place, which counts for languages that are not installed.
+  auto const built = library.parent_path().parent_path() / "translations";
+  for (auto const* language : {"de", "fr"}) {
+    auto const folder = built / language / "LC_MESSAGES";
+    fs::create_directories(folder);
+    fs::copy_file(other.compile(header + std::string("msgctxt \"Other\"\nmsgid \"one\"\nmsgstr \"1\"\n")),
+                  folder / "kestrel.mo");
+  }
+  EXPECT_EQ(translated({"LD_PRELOAD=" + library.native(), "LANG=de"}, "Other", "one"), "one");
+  EXPECT_EQ(translated({"LD_PRELOAD=" + library.native(), "LANG=fr"}, "Other", "one"), "1");
 }
 
 TEST(Translator, TakesTheFirstLanguageThatHasTheText) {
@@ -472,6 +490,9 @@ TEST(Translator, TheCountChoosesThePluralForm) {
   EXPECT_EQ(translated(environment, "Family", "step", "-", 0), "kroków");
   EXPECT_EQ(translated(environment, "Family", "step", "-", -1), "krok");
   EXPECT_EQ(translated(environment, "Family", "unknown", "-", 3), "unknown");
+  EXPECT_EQ(translated(environment, "Family", "step", "short", 1), "kr.");
+  EXPECT_EQ(translated(environment, "Family", "step", "short", 3), "ki.");
+  EXPECT_EQ(translated(environment, "Family", "step", "other", 3), "kroki");
 }
 
 TEST(Translator, ADamagedCatalogueCountsAsEmpty) {
