@@ -263,6 +263,27 @@ TEST(ChildList, NeedsNoMemoryForChildrenItHasMadeRoomFor) {
   }
 }
 
+TEST(ChildList, MakesRoomOfItsGapsOnceTheyAreHalfOfIt) {
+  for (std::size_t const removed : {63U, 64U, 127U}) {
+    ChildList list;
+    list.reserve(128);
+    auto const objects = appendObjects(list, 128);
+    for (std::size_t i = 0; i < removed; ++i) list.remove(*objects[2 * i % 127]);
+    bool needsMemory = false;
+    {
+      TestSupport::AllocationFailure const failure(0);
+      try {
+        list.reserve(removed);
+      } catch (std::bad_alloc const&) {
+        needsMemory = true;
+      }
+    }
+    EXPECT_EQ(needsMemory, removed == 63) << removed;
+    EXPECT_EQ(list.size(), 128 - removed);
+    EXPECT_EQ(list.at(127 - removed), objects[127]);
+  }
+}
+
 // ---- child ids
 
 TEST(ChildListIds, AreTheSmallestOnesAtFirst) {

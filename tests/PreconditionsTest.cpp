@@ -4,11 +4,14 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "VantaService_Parameterization/ChildList.h"
 #include "VantaService_Parameterization/Object.h"
+#include "VantaService_Parameterization/ObjectHelper.h"
 #include "VantaService_PersistenceArchiver/ByteReader.h"
 #include "VantaService_PersistenceArchiver/ByteWriter.h"
 #include "VantaService_PersistenceArchiver/PersistenceArchiver.h"
@@ -86,6 +89,22 @@ TEST_F(PreconditionsDeathTest, OfAChildList) {
   ChildList open;
   open.openSlots(1);
   EXPECT_DEATH(static_cast<void>(open.put(nullptr, 0)), "child");
+}
+
+TEST_F(PreconditionsDeathTest, OfATree) {
+  using Children = std::vector<std::shared_ptr<Object>>;
+  auto const root = std::make_shared<Object>();
+  auto const child = std::make_shared<Object>();
+  auto const grandchild = std::make_shared<Object>();
+  Children target;
+  auto const add = [&](Object& parent, std::shared_ptr<Object> const& below) {
+    ObjectHelper::addToVectorAtEnd(&parent, Children{below}, target, std::nullopt, 1, false);
+  };
+  add(*root, child);
+  add(*child, grandchild);
+  EXPECT_DEATH(add(*root, root), "isBelowOrElsewhere");
+  EXPECT_DEATH(add(*child, root), "isBelowOrElsewhere");
+  EXPECT_DEATH(add(*grandchild, root), "isBelowOrElsewhere");
 }
 
 }  // namespace
