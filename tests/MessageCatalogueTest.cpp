@@ -103,7 +103,7 @@ TEST(MessageCatalogueBytes, ComeInEitherOrder) {
 
 // It is an option of the format, and nobody has checked it.
 TEST(MessageCatalogueBytes, AreReadWithoutTheHashTable) {
-  for (std::size_t const size : {1, 3, 11, 13}) {
+  for (std::size_t const size : {1U, 3U, 11U, 13U}) {
     // An empty table, tables that name one message only, and such that name none that there is.
     for (std::uint32_t const number : {0U, 1U, 2U, 6U, 7U, 0x7FFFFFFFU, 0xFFFFFFFFU}) {
       Catalogue catalogue;
@@ -195,7 +195,7 @@ std::optional<MessageCatalogue> parseWithRule(std::size_t length) {
 }
 
 TEST(MessageCatalogueBytes, HaveAPluralRuleOfAtMost1000Characters) {
-  for (std::size_t const length : {3, 1000}) {
+  for (std::size_t const length : {3U, 1000U}) {
     auto const catalogue = parseWithRule(length);
     ASSERT_TRUE(catalogue) << length;
     EXPECT_THAT(catalogue->find(nullptr, "step", 4), StrEq("wenige"));

@@ -20,9 +20,7 @@
 namespace Kestrel {
 namespace {
 
-using testing::AnyOf;
 using testing::ElementsAre;
-using testing::Eq;
 
 /// What has been called while the libraries were loaded, in order.
 std::vector<std::string>& events() {

@@ -110,7 +110,7 @@ std::optional<MessageCatalogue> MessageCatalogue::parse(std::vector<char> conten
   }
 }
 
-MessageCatalogue::MessageCatalogue(std::locale messages) : m_messages(std::move(messages)) {}
+MessageCatalogue::MessageCatalogue(std::locale const& messages) : m_messages(messages) {}
 
 char const* MessageCatalogue::find(char const* context, char const* text, int count) const {
   auto const& messages = std::use_facet<Messages>(m_messages);

@@ -28,7 +28,7 @@ class MessageCatalogue {
   [[nodiscard]] char const* find(char const* context, char const* text, int count) const;
 
  private:
-  explicit MessageCatalogue(std::locale messages);
+  explicit MessageCatalogue(std::locale const& messages);
 
   std::locale m_messages;  ///< only a holder of the messages; no locale of the platform is used
 };

@@ -29,7 +29,7 @@ bool fails(char const* name) noexcept {
   if (state.fault.successes == SystemCallFault::never) return false;
   auto const call = state.calls++;
   if (call < state.fault.successes || (call > state.fault.successes && !state.fault.lasts)) return false;
-  if (state.fault.kills) ::raise(SIGKILL);
+  if (state.fault.kills) static_cast<void>(::raise(SIGKILL));
   if (state.failedCall == nullptr) state.failedCall = name;
   errno = state.fault.error;
   return true;
