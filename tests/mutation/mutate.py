@@ -26,6 +26,7 @@ import random
 import re
 import resource
 import shutil
+import signal
 import subprocess
 import sys
 import time
@@ -205,14 +206,26 @@ class Copy:
         seconds = max(20.0, 20 * self.slowest.get(program, 30.0))
         bound = lambda: resource.setrlimit(resource.RLIMIT_AS, (MEMORY_LIMIT, MEMORY_LIMIT))
         begin = time.monotonic()
+        process = subprocess.Popen([program, *arguments], cwd=folder, env=dict(os.environ, LC_ALL="C"),
+                                   stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                   preexec_fn=bound, start_new_session=True)
         try:
-            result = subprocess.run([program, *arguments], cwd=folder, env=dict(os.environ, LC_ALL="C"), timeout=seconds,
-                                    stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                                    preexec_fn=bound, start_new_session=True)
+            result = process.wait(timeout=seconds)
         except subprocess.TimeoutExpired:
             return False
+        finally:
+            end_session(process)
         self.slowest.setdefault(program, time.monotonic() - begin)
-        return result.returncode == 0
+        return result == 0
+
+
+def end_session(process):
+    """Ends a program and what it has started: a child of a death test may hang where the change keeps it alive."""
+    try:
+        os.killpg(process.pid, signal.SIGKILL)
+    except ProcessLookupError:
+        pass
+    process.wait()
 
 
 class Trial:
