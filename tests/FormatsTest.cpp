@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <nlohmann/json.hpp>
-#include <type_traits>
 
 namespace Kestrel::ResultTables {
 namespace {
@@ -12,11 +12,17 @@ namespace {
 using nlohmann::json;
 using testing::ElementsAre;
 
+/// Whether a row can be written of such values.
+template <typename... Values>
+concept IsRow = requires(Values&&... values) {
+  Format<Tables>{static_cast<Values&&>(values)...};
+};
+
 // A row without a renderer does not compile.
-static_assert(!std::is_default_constructible_v<Format<Tables>>);
-static_assert(!std::is_constructible_v<Format<Tables>, char const*>);
-static_assert(!std::is_constructible_v<Format<Tables>, char const*, std::nullptr_t>);
-static_assert(std::is_constructible_v<Format<Tables>, char const*, Format<Tables>::Render&>);
+static_assert(!IsRow<>);
+static_assert(!IsRow<char const*>);
+static_assert(!IsRow<char const*, std::nullptr_t>);
+static_assert(IsRow<char const*, Format<Tables>::Render&>);
 
 template <typename Formats>
 std::vector<std::string_view> namesOf(Formats const& formats) {
