@@ -136,7 +136,7 @@ TablePropertySettings::TablePropertySettings() = default;
 
 TablePropertySettings::TablePropertySettings(TablePropertySettings const& other) = default;
 
-TablePropertySettings& TablePropertySettings::operator=(TablePropertySettings const& other) = default;
+TablePropertySettings& TablePropertySettings::operator=(TablePropertySettings const& /*other*/) = default;
 
 TablePropertySettings::~TablePropertySettings() = default;
 
