@@ -69,7 +69,8 @@ def closing(text, at):
 
 
 def other_numbers(number):
-    value = int(number, 0)
+    isOctal = len(number) > 1 and number.isdigit() and number[0] == "0"
+    value = int(number, 8 if isOctal else 0)
     yield str(value + 1)
     if value > 1:
         yield str(value - 1)
