@@ -4,19 +4,16 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
 #include <deque>
 #include <functional>
 #include <iterator>
 #include <string_view>
 #include <tuple>
 #include <unordered_map>
-#include <unordered_set>
 
-#include "Business_Skin/Skin.h"
 #include "Business_TableProperties/FamilySections.h"
+#include "Business_TableProperties/MaxValueSources.h"
 #include "Business_TableProperties/NaturalStringCompare.h"
-#include "Persistence_DaoAdapter/SolverTableDataKeys.h"
 #include "VantaService_Translator/Translator.h"
 
 namespace Kestrel {
@@ -24,15 +21,12 @@ namespace Kestrel {
 namespace {
 
 using DataType = MaxValueGroupContainer::DataType;
+using namespace MaxValueSources;
 
 constexpr unsigned int s_noStep = 0xFFFFFFFF;  // what a bound of the visible steps reads where there is none
 
 /// The solver's states of failed joins, the only ones that make the values of a join meaningless.
 constexpr std::array<unsigned int, 3> s_failedJoinStates = {5, 9, 10};
-
-struct GreaterMagnitude {
-  bool operator()(double current, double value) const { return std::abs(value) > std::abs(current); }
-};
 
 /// What `GreaterMagnitude` makes of the values. That a greater one is said to be unlikely keeps the
 /// comparisons from waiting for each other, which makes the pass about four times as fast.
@@ -52,12 +46,6 @@ std::string translate(char const* text) {
   return Translator::translate("SimUnitMaxValuesProvider", text, nullptr, -1);
 }
 
-std::vector<std::string> toolIdsOf(SimulationUnit const& unit, ToolForceDataType kind) {
-  std::vector<std::string> ids;
-  unit.getToolStringIDsOfToolForceType(ids, kind);
-  return ids;
-}
-
 MaxValueGroup newSection(SectionDefinition const& definition) {
   return {translate(definition.name), definition.isTeachingGroup, definition.isForceGroup,
           definition.limitTypes,      definition.valueNames,      {}};
@@ -71,69 +59,6 @@ void appendItem(MaxValueGroup& section, std::string name, std::vector<double> ro
 void setFailureTexts(MaxValueGroupContainer& container) {
   container.invalidValuesText = translate("Joining Failed");
   container.invalidValuesNameAppendix = SimUnitMaxValuesProvider::s_invalidValues_elementNameAppendix;
-}
-
-/// Access to the entries of a map for keys that come in rounds, mostly the same keys in the same order in
-/// each round: such a key costs one comparison with the key that came at its place in the round before.
-///
-/// The tables of 20,000 joining tongs over 100 steps take 159 ms with it and 410 ms without, spot welds 390
-/// and 937 ms, line welds 1.0 and 2.8 s (benchmarks/families).
-template <typename Map>
-class RecurringKeys {
- public:
-  explicit RecurringKeys(Map& map) : m_map(map) {}
-
-  void startRound() { m_place = 0; }
-
-  /// The entry of `key`, which is made if there is none.
-  typename Map::mapped_type& operator[](typename Map::key_type const& key) {
-    if (m_place == m_entries.size()) {
-      m_entries.push_back(m_map.try_emplace(key).first);
-    } else if (m_entries[m_place]->first != key) {
-      m_entries[m_place] = m_map.try_emplace(key).first;
-    }
-    return m_entries[m_place++]->second;
-  }
-
- private:
-  Map& m_map;
-  std::vector<typename Map::iterator> m_entries;  // by place in the round
-  std::size_t m_place = 0;
-};
-
-/// The number behind the last step that a walk up to `last` has to ask for. A result that tells how many
-/// steps it has keeps the walk from asking for those beyond.
-template <typename Result>
-std::uint64_t endOfSteps(Result const& result, unsigned int last) {
-  std::uint64_t const end = std::uint64_t{last} + 1;
-  if constexpr (requires { result.getNumberOfSteps(); })
-    return std::min<std::uint64_t>(end, result.getNumberOfSteps());
-  else
-    return end;
-}
-
-/// The first visible step that is wanted, ascending; empty where there is none. Steps without data, and those
-/// of a result that is gone, are passed over.
-template <typename IsWanted>
-std::shared_ptr<SimulationStep> findVisibleStep(SimulationUnit const& unit,
-                                                std::shared_ptr<SimulationResult> const& result,
-                                                IsWanted const& isWanted) {
-  if (!result) return nullptr;
-  auto const end = endOfSteps(*result, unit.getLastVisibleStep());
-  for (std::uint64_t number = unit.getFirstVisibleStep(); number < end; ++number) {
-    auto step = result->getStep(static_cast<unsigned int>(number));
-    if (step && isWanted(*step)) return step;
-  }
-  return nullptr;
-}
-
-template <typename Visit>
-void forEachVisibleStep(SimulationUnit const& unit, std::shared_ptr<SimulationResult> const& result,
-                        Visit const& visit) {
-  findVisibleStep(unit, result, [&visit](SimulationStep& step) {
-    visit(step);
-    return false;
-  });
 }
 
 bool isValid(BodyJoinInterface::JoinState state) {
@@ -160,28 +85,11 @@ std::string nameOfTong(EvalJoiningTong& tong) { return tong.getTongPresentationN
 
 std::string nameOfPointJoin(SimulationBodyJoin& join) { return join.getName(0); }
 
-/// The identifiers of the joins that a unit defines. They are compared; where the host orders them too, that
-/// is used.
-template <typename Id>
-class DefinedJoins {
- public:
-  explicit DefinedJoins(std::vector<Id> ids) : m_ids(std::move(ids)) {
-    if constexpr (s_isOrdered) std::sort(m_ids.begin(), m_ids.end(), isBefore);
-  }
-
-  [[nodiscard]] bool contains(Id const& id) const {
-    if constexpr (s_isOrdered)
-      return std::binary_search(m_ids.begin(), m_ids.end(), id, isBefore);
-    else
-      return std::find(m_ids.begin(), m_ids.end(), id) != m_ids.end();
-  }
-
- private:
-  static constexpr bool s_isOrdered = requires(Id const& a, Id const& b) { a < b; };
-  static bool isBefore(Id const& a, Id const& b) { return a < b; }
-
-  std::vector<Id> m_ids;
-};
+/// The record of a line join, whatever the step.
+std::shared_ptr<SimulationBodyLineJoin> const& itself(std::shared_ptr<SimulationBodyLineJoin> const& lineJoin,
+                                                      unsigned int) {
+  return lineJoin;
+}
 
 void setTitles(MaxValueGroupContainer& container, FamilyDefinition const& family,
                SimulationUnit const& unit) {
@@ -203,13 +111,6 @@ struct TextHash {
   using is_transparent = void;
   std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
 };
-
-/// What follows the quantity and its underscore in the name of a pilot's series. Where no underscore follows
-/// the quantity, the search's "not found" (the greatest number) plus the length of both wraps around to the
-/// length of the quantity.
-std::string_view pilotNameOf(std::string_view seriesName, std::string_view quantityAndUnderscore) {
-  return seriesName.substr(seriesName.find(quantityAndUnderscore) + quantityAndUnderscore.size());
-}
 
 }  // namespace
 
@@ -281,9 +182,7 @@ std::shared_ptr<SimulationResult> SimUnitMaxValuesProvider::getSimulationResult(
 
 std::map<std::string, unsigned int> SimUnitMaxValuesProvider::createValueNameToColumnIndexMap(
     std::vector<std::string> const& valueNames) const {
-  std::map<std::string, unsigned int> columns;
-  for (unsigned int i = 0; i < valueNames.size(); ++i) columns[valueNames[i]] = i;
-  return columns;
+  return columnsOf(valueNames);
 }
 
 double SimUnitMaxValuesProvider::computeMaxValue(StepValues<double>& values) const {
@@ -301,44 +200,25 @@ class SimUnitMaxValuesProvider::RowMaker {
  public:
   RowMaker(SimUnitMaxValuesProvider const& provider,
            std::map<std::string, unsigned int> valueNameToColumnIndex)
-      : m_provider(provider),
-        m_columns(std::move(valueNameToColumnIndex)),
-        m_tangentialForce(columnOf(SolverTableDataKeys::getNameOfJoinTangentialForce())) {}
-  RowMaker(RowMaker const&) = delete;
-  RowMaker(RowMaker&&) = default;
+      : m_provider(provider), m_series(std::move(valueNameToColumnIndex)) {}
 
   /// The maxima of one tool, one per entry of the map; 0.0 in the columns that the tool has no series for.
   /// `toolForces` are the tool's series, null where the host has none.
   template <typename ToolForces>
-  std::vector<double> makeRow(std::string const& toolId, ToolForces* toolForces) {
-    std::vector<double> row(m_columns.size(), 0.0);
-    if (toolForces != nullptr) {
-      for (auto const& [quantity, series] : *toolForces) {
-        if (series) setMaxValue(row, columnOf(quantity), *series);
-      }
-    }
-    if (m_tangentialForce != nullptr) {
-      auto const series = m_provider.m_simulationUnit->genGetJoinTangentialForceStepValues(toolId);
-      if (series) setMaxValue(row, m_tangentialForce, *series);
-    }
+  std::vector<double> makeRow(std::string const& toolId, ToolForces* toolForces) const {
+    std::vector<double> row(m_series.numberOfColumns(), 0.0);
+    m_series.forEach(*m_provider.m_simulationUnit, toolId, toolForces,
+                     [&](unsigned int column, StepValues<double>& series) {
+                       // A map of repeated names holds a column beyond the row, which has one value per
+                       // entry.
+                       if (column < row.size()) row[column] = m_provider.computeMaxValue(series);
+                     });
     return row;
   }
 
  private:
-  /// Null where there is no such column.
-  [[nodiscard]] unsigned int const* columnOf(std::string const& quantity) const {
-    auto const found = m_columns.find(quantity);
-    return found == m_columns.end() ? nullptr : &found->second;
-  }
-
-  void setMaxValue(std::vector<double>& row, unsigned int const* column, StepValues<double>& series) const {
-    // A map of repeated names holds a column beyond the row, which has one value per entry.
-    if (column != nullptr && *column < row.size()) row[*column] = m_provider.computeMaxValue(series);
-  }
-
   SimUnitMaxValuesProvider const& m_provider;
-  std::map<std::string, unsigned int> m_columns;
-  unsigned int const* m_tangentialForce;  // into the map
+  ToolSeries m_series;
 };
 
 void SimUnitMaxValuesProvider::assembleGroup(
@@ -346,7 +226,7 @@ void SimUnitMaxValuesProvider::assembleGroup(
     std::map<std::string, unsigned int> const& valueNameToColumnIndex, MaxValueGroup& group) const {
   if (itemIds.size() != itemNames.size()) return;
   group.subGroups.reserve(itemIds.size());
-  RowMaker rows(*this, valueNameToColumnIndex);
+  RowMaker const rows(*this, valueNameToColumnIndex);
   for (std::size_t i = 0; i < itemIds.size(); ++i) {
     auto row = rows.makeRow(itemIds[i], m_simulationUnit->getToolForces(itemIds[i]));
     appendItem(group, itemNames[i], std::move(row));
@@ -367,14 +247,13 @@ void SimUnitMaxValuesProvider::assembleClampGroupContainer(MaxValueGroupContaine
 
 void SimUnitMaxValuesProvider::assemblePilotGroupContainer(MaxValueGroupContainer& container) const {
   auto const family = FamilySections::pilots();
-  auto const pilotToolIds = toolIdsOf(*m_simulationUnit, family.toolKind);
-  if (pilotToolIds.empty()) return;
-  auto const boltIds = toolIdsOf(*m_simulationUnit, FamilySections::bolts().toolKind);
+  auto const pilotTool = findPilotTool(*m_simulationUnit);
+  if (!pilotTool) return;
 
   setTitles(container, family, *m_simulationUnit);
   auto section = newSection(family.genSections().front());
-  assemblePilotsGroup(pilotToolIds.front(), createValueNameToColumnIndexMap(section.valueNames), section,
-                      boltIds);
+  assemblePilotsGroup(pilotTool->id, createValueNameToColumnIndexMap(section.valueNames), section,
+                      pilotTool->boltIds);
   container.groups.push_back(std::move(section));
 }
 
@@ -382,26 +261,20 @@ void SimUnitMaxValuesProvider::assemblePilotsGroup(
     std::string const& pilotToolId, std::map<std::string, unsigned int> const& valueNameToColumnIndex,
     MaxValueGroup& group, std::vector<std::string> const& boltIds) const {
   if (group.subGroups.capacity() < 20) group.subGroups.reserve(20);
-  auto* const toolForces = m_simulationUnit->getToolForces(pilotToolId);
-  if (toolForces == nullptr) return;
-  std::unordered_set<std::string_view> const bolts(boltIds.begin(), boltIds.end());
   std::unordered_map<std::string, std::size_t, TextHash, std::equal_to<>> rowOfPilot;
-  for (auto const& [valueName, column] : valueNameToColumnIndex) {
-    auto const valueNameAndUnderscore = valueName + '_';
-    for (auto const& [seriesName, series] : *toolForces) {
-      if (!series || seriesName.find(valueName) == std::string::npos) continue;
-      auto const pilot = pilotNameOf(seriesName, valueNameAndUnderscore);
-      if (bolts.contains(pilot)) continue;
-      auto entry = rowOfPilot.find(pilot);
-      if (entry == rowOfPilot.end()) {
-        entry = rowOfPilot.emplace(pilot, rowOfPilot.size()).first;
-        group.subGroups.resize(entry->second);
-        appendItem(group, entry->first, std::vector<double>(valueNameToColumnIndex.size(), 0.0));
-      }
-      auto& row = group.subGroups[entry->second].items.front().maxValues;
-      if (column < row.size()) row[column] = computeMaxValue(*series);
+  auto const setMaxValue = [&](std::string_view pilot, unsigned int column, std::string const&,
+                               std::shared_ptr<StepValues<double>> const& series) {
+    auto entry = rowOfPilot.find(pilot);
+    if (entry == rowOfPilot.end()) {
+      entry = rowOfPilot.emplace(pilot, rowOfPilot.size()).first;
+      group.subGroups.resize(entry->second);
+      appendItem(group, entry->first, std::vector<double>(valueNameToColumnIndex.size(), 0.0));
     }
-  }
+    auto& row = group.subGroups[entry->second].items.front().maxValues;
+    if (column < row.size()) row[column] = computeMaxValue(*series);
+  };
+  forEachPilotSeries(m_simulationUnit->getToolForces(pilotToolId), valueNameToColumnIndex, boltIds,
+                     setMaxValue);
 }
 
 void SimUnitMaxValuesProvider::assembleToolContainer(MaxValueGroupContainer& container,
@@ -426,7 +299,7 @@ void SimUnitMaxValuesProvider::assembleGroupWithGrouping(
     MaxValueGroup& group) const {
   if (itemIds.size() != itemNames.size()) return;
   group.subGroups.reserve(itemIds.size());
-  RowMaker rows(*this, valueNameToColumnIndex);
+  RowMaker const rows(*this, valueNameToColumnIndex);
   for (auto const& [name, toolIds] : grouping) {
     MaxValueSubGroup subGroup{name, {}};
     subGroup.items.reserve(toolIds.size());
@@ -450,7 +323,7 @@ std::map<std::string, bool> SimUnitMaxValuesProvider::getSuctionZoneValuesAreVal
   std::map<std::string, bool> validity;
   if (!m_simulationUnit->hasVisibleSimulationSteps()) return validity;
   RecurringKeys wasActive(validity);
-  forEachVisibleStep(*m_simulationUnit, getSimulationResult(), [&](SimulationStep& step) {
+  forEachVisibleStep(*m_simulationUnit, getSimulationResult(), [&](SimulationStep& step, unsigned int) {
     wasActive.startRound();
     std::for_each(step.beginSuctionZoneMap(), step.endSuctionZoneMap(), [&](auto const& entry) {
       auto const& zone = entry.second;
@@ -476,7 +349,7 @@ void SimUnitMaxValuesProvider::assembleJoiningTongGroupContainer(MaxValueGroupCo
     return;
   auto const referenceStep =
       findVisibleStep(*m_simulationUnit, getSimulationResult(),
-                      [](SimulationStep& step) { return step.getNumberOfJoiningTongs() != 0; });
+                      [](SimulationStep& step, unsigned int) { return step.getNumberOfJoiningTongs() != 0; });
   if (!referenceStep) return;
   std::vector<std::string> names;
   names.reserve(ids.size());
@@ -491,7 +364,7 @@ void SimUnitMaxValuesProvider::getAllEvalJoiningTongs(JoiningTongMap& tongs) con
   tongs.clear();
   if (!m_simulationUnit->hasVisibleSimulationSteps()) return;
   RecurringKeys recordsOf(tongs);
-  forEachVisibleStep(*m_simulationUnit, getSimulationResult(), [&](SimulationStep& step) {
+  forEachVisibleStep(*m_simulationUnit, getSimulationResult(), [&](SimulationStep& step, unsigned int) {
     recordsOf.startRound();
     std::for_each(step.beginJoiningTong(), step.endJoiningTong(), [&](auto const& tong) {
       if (tong) recordsOf[tong->getJoiningTongStringID()].push_back(tong);
@@ -528,7 +401,7 @@ void SimUnitMaxValuesProvider::getAllPointJoins(PointJoinMap& joins) const {
   joins.clear();
   if (!m_simulationUnit->hasVisibleSimulationSteps()) return;
   RecurringKeys recordsOf(joins);
-  forEachVisibleStep(*m_simulationUnit, getSimulationResult(), [&](SimulationStep& step) {
+  forEachVisibleStep(*m_simulationUnit, getSimulationResult(), [&](SimulationStep& step, unsigned int) {
     recordsOf.startRound();
     std::for_each(step.beginJoinMap(), step.endJoinMap(), [&](auto const& entry) {
       auto const& join = entry.second;
@@ -591,45 +464,20 @@ double SimUnitMaxValuesProvider::computeMaxValueOfSkins(
     std::vector<std::shared_ptr<SimulationBodyLineJoin>> const& records, SkinKey const& key) const {
   double current = 0.0;
   for (auto const& record : records) {
-    if (!record) continue;
-    auto const skin = record->getSkin(key);
-    auto* const values = dynamic_cast<Skin<double>*>(skin.get());
-    if (values == nullptr) continue;
-    auto const& minimum = values->getRangeMinimum();
-    auto const& maximum = values->getRangeMaximum();
-    if (!minimum || !maximum) continue;
-    double const candidate = std::abs(*minimum) > std::abs(*maximum) ? *minimum : *maximum;
+    auto const range = record ? rangeOfSkin(*record, key) : std::nullopt;
+    if (!range) continue;
+    double const candidate = range->extreme();
     if (m_compare(current, candidate)) current = candidate;
   }
   return current;
 }
 
 void SimUnitMaxValuesProvider::getAllLineJoins(LineJoinMap& lineJoins) const {
-  lineJoins.clear();
-  if (!m_simulationUnit->hasVisibleSimulationSteps()) return;
-  RecurringKeys recordsOf(lineJoins);
-  forEachVisibleStep(*m_simulationUnit, getSimulationResult(), [&](SimulationStep& step) {
-    recordsOf.startRound();
-    std::for_each(step.beginLineJoinMap(), step.endLineJoinMap(), [&](auto const& entry) {
-      auto const& lineJoin = entry.second;
-      if (lineJoin) recordsOf[lineJoin->getDisplayName()].push_back(lineJoin);
-    });
-  });
+  collectAllLineJoins(lineJoins, *m_simulationUnit, m_simulationResult, itself);
 }
 
 void SimUnitMaxValuesProvider::getLineJoinsDefinedInCurrentSimUnit(LineJoinMap& lineJoins) const {
-  lineJoins.clear();
-  if (!m_simulationUnit->hasVisibleSimulationSteps()) return;
-  DefinedJoins const definedHere(m_simulationUnit->getEvalIDOfJoinDefinedInSimUnitVector());
-  RecurringKeys recordsOf(lineJoins);
-  forEachVisibleStep(*m_simulationUnit, getSimulationResult(), [&](SimulationStep& step) {
-    recordsOf.startRound();
-    std::for_each(step.beginLineJoinMap(), step.endLineJoinMap(), [&](auto const& entry) {
-      auto const& lineJoin = entry.second;
-      if (lineJoin && definedHere.contains(lineJoin->getEvalSimulationUnitJoinGUID()))
-        recordsOf[lineJoin->getDisplayName()].push_back(lineJoin);
-    });
-  });
+  collectDefinedLineJoins(lineJoins, *m_simulationUnit, m_simulationResult, itself);
 }
 
 std::vector<std::string> SimUnitMaxValuesProvider::genGetLineJoinsStringIDs(

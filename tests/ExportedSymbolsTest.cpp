@@ -27,8 +27,9 @@ TEST(ExportedSymbols, AreThoseOfTheExportedClasses) {
   }
   EXPECT_TRUE(scopes.contains("SimUnitMaxValuesProvider"));
   EXPECT_TRUE(scopes.contains("MaxValueGroupContainer"));
-  std::set<std::string> const exported{"SimUnitMaxValuesProvider", "MaxValueGroupContainer",
-                                       "TablePropertyLimit", "TablePropertiesData", "TablePropertySettings"};
+  std::set<std::string> const exported{"SimUnitMaxValuesProvider", "SimUnitMaxValueOrigins",
+                                       "MaxValueGroupContainer",   "TablePropertyLimit",
+                                       "TablePropertiesData",      "TablePropertySettings"};
   for (auto const& scope : scopes) EXPECT_TRUE(exported.contains(scope)) << "visible: Kestrel::" << scope;
 }
 
@@ -45,6 +46,10 @@ TEST(ExportedSymbols, HoldAllPublicOperationsOfTheExportedClasses) {
            "SimUnitMaxValuesProvider::genGetClampMaxValuesCollection(",
            "SimUnitMaxValuesProvider::genGetToolMaxValuesCollection(",
            "SimUnitMaxValuesProvider::s_invalidValues_elementNameAppendix",
+           "SimUnitMaxValueOrigins::SimUnitMaxValueOrigins(Kestrel::SimulationUnit const&",
+           "SimUnitMaxValueOrigins::~SimUnitMaxValueOrigins()\n",
+           "SimUnitMaxValueOrigins::getOrigin(",
+           "SimUnitMaxValueOrigins::genGetSeries(",
            "TablePropertyLimit::TablePropertyLimit(",
            "TablePropertyLimit::~TablePropertyLimit()\n",
            "TablePropertyLimit::getLimit() const\n",
