@@ -92,7 +92,8 @@ TEST_F(CommandLine, SaysWhichValueWasMeant) {
 TEST_F(CommandLine, SaysWhatIsMissingOrTooMuch) {
   EXPECT_EQ(messageOf("show"), "RESULTS is required (--help says more)");
   EXPECT_EQ(messageOf("import calculix in.dat"), "--map is required (--help says more)");
-  EXPECT_EQ(messageOf("show r.json more.json"), "unexpected argument \"more.json\" (--help says more)");
+  EXPECT_EQ(messageOf("limits list r.json more.json"),
+            "unexpected argument \"more.json\" (--help says more)");
   EXPECT_EQ(messageOf("demo -- r.json"), "unexpected argument \"r.json\" (--help says more)");
   EXPECT_EQ(messageOf("demo --format"), "--format: expected a value, found nothing (--help says more)");
   EXPECT_EQ(messageOf("demo --unit"), "--unit: expected a value, found nothing (--help says more)");

@@ -4,13 +4,16 @@
 
 #include <limits>
 
+#include "support/TableTesting.h"
+
 namespace Kestrel::ResultTables {
 namespace {
 
 using DataType = MaxValueGroupContainer::DataType;
 
 constexpr char const* s_header =
-    "unit,unitId,family,group,subGroup,item,valid,key,column,value,valueUnit,limit,exceeded\r\n";
+    "file,unit,unitId,family,group,subGroup,item,valid,key,column,value,valueUnit,limit,exceeded,step,time,"
+    "count,nans\r\n";
 
 class CsvTables : public testing::Test {
  protected:
@@ -18,7 +21,7 @@ class CsvTables : public testing::Test {
 
   std::string render(MaxValueGroup const& group) {
     m_container->groups = {group};
-    return renderCsv({ResultTable(m_unit, m_container, m_limits)});
+    return renderCsv({genTable(m_unit, m_container, m_limits)});
   }
 
   SimulationUnit const m_unit{
@@ -38,12 +41,13 @@ TEST_F(CsvTables, HaveOneRecordPerValue) {
                       {"ClampNormalForce", "Other"},
                       {}};
   group.subGroups.push_back({"Left", {{"B1", {-812.4, 0.1}}, {"B2", {99, 1e300}}}});
-  std::string const unit = "\"OP20, \"\"left\"\"\",0b6f6d3e-6c1e-4a57-9b52-0f6f2f1b6a01,Bolts,Forces,Left,";
+  std::string const unit =
+      "r.json,\"OP20, \"\"left\"\"\",0b6f6d3e-6c1e-4a57-9b52-0f6f2f1b6a01,Bolts,Forces,Left,";
   EXPECT_EQ(render(group), s_header + unit +
-                               "B1,true,ClampNormalForce,Max Normal Force,-812.4,N,30,true\r\n" + unit +
-                               "B1,true,Other,,0.1,,,false\r\n" + unit +
-                               "B2,false,ClampNormalForce,Max Normal Force,99,N,30,false\r\n" + unit +
-                               "B2,false,Other,,1e+300,,,false\r\n");
+                               "B1,true,ClampNormalForce,Max Normal Force,-812.4,N,30,true,0,,1,0\r\n" +
+                               unit + "B1,true,Other,,0.1,,,false,0,,1,0\r\n" + unit +
+                               "B2,false,ClampNormalForce,Max Normal Force,99,N,30,false,0,,1,0\r\n" + unit +
+                               "B2,false,Other,,1e+300,,,false,0,,1,0\r\n");
 }
 
 TEST_F(CsvTables, HaveNoRecordOfAnItemWithoutColumns) {
@@ -56,9 +60,21 @@ TEST_F(CsvTables, QuoteFieldsThatNeedItAndReplaceBadBytes) {
   MaxValueGroup group{"F", false, true, {}, {"K"}, {}};
   group.subGroups.push_back({"", {{"a\r\nb\xFF", {std::numeric_limits<double>::quiet_NaN()}}}});
   EXPECT_EQ(render(group), std::string(s_header) +
-                               "\"OP20, "
+                               "r.json,\"OP20, "
                                "\"\"left\"\"\",0b6f6d3e-6c1e-4a57-9b52-0f6f2f1b6a01,Bolts,F,,"
-                               "\"a\r\nb\xEF\xBF\xBD\",true,K,,nan,,,false\r\n");
+                               "\"a\r\nb\xEF\xBF\xBD\",true,K,,nan,,,false,,,0,1\r\n");
+}
+
+TEST_F(CsvTables, SayWhereAValueComesFrom) {
+  auto const csv = renderCsv(genClampTables(R"([
+      {"quantity": "ClampNormalForce", "pairs": [[1, 0.5], [-2, 0.75], [null, 1]]},
+      {"quantity": "ClampSupportingForce", "values": [0]}])"));
+  std::string const begin = "r.json,OP20,0b6f6d3e-6c1e-4a57-9b52-0f6f2f1b6a01,Clamps,Forces,,Clamp 1,true,";
+  EXPECT_EQ(csv.substr(0, csv.find("r.json,OP20,0b6f6d3e-6c1e-4a57-9b52-0f6f2f1b6a01,Clamps,Distances")),
+            s_header + begin + "ClampNormalForce,Max Normal Force,-2,N,,false,1,0.75,2,1\r\n" + begin +
+                "ClampClosingForce,Max Closing Force,0,N,,false,,,0,0\r\n" + begin +
+                "ClampSupportingForce,Max Supporting Force,0,N,,false,,,1,0\r\n" + begin +
+                "ClampTangentialForce,Max Tangential Force,0,N,,false,,,0,0\r\n");
 }
 
 }  // namespace

@@ -260,6 +260,20 @@ TEST_F(WriteFile, SaysWhenTheNewContentStandsButItsNameMayNotBeStored) {
   EXPECT_EQ(m_folder.read("file"), "new");
 }
 
+TEST_F(WriteFile, SaysTheSameWhenTheFolderCannotBeOpened) {
+  SystemCallFailure const failure({.successes = 6, .error = EMFILE});
+  EXPECT_EQ(errorOfWriting(path("file")),
+            path("file").string() + ": cannot make sure that the new content is stored: Too many open files");
+  EXPECT_STREQ(failure.failedCall(), "open");
+}
+
+TEST_F(WriteFile, LeavesTheMaskOfNewFilesAsItIs) {
+  auto const old = ::umask(0002);
+  writeFile(path("file"), "new");
+  EXPECT_EQ(::umask(old), 0002U);
+  EXPECT_EQ(fs::status(path("file")).permissions(), fs::perms(0664));
+}
+
 TEST_F(WriteFile, GoesOnAfterInterruptionsAndShortWrites) {
   for (std::size_t successes = 0; successes < 10; ++successes) {
     m_folder.write("file", "old");

@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <nlohmann/json.hpp>
 
+#include "support/TableTesting.h"
+
 namespace Kestrel::ResultTables {
 namespace {
 
@@ -41,17 +43,21 @@ TEST(Formats, RenderWhatTheirNamesSay) {
   SimulationUnit const unit{SimulationUnitId(), "OP20"};
   auto const container =
       std::make_shared<MaxValueGroupContainer>(MaxValueGroupContainer::DataType::Bolts, unit.getID());
-  Tables const tables = {ResultTable(unit, container, TablePropertiesData())};
+  Tables const tables = {genTable(unit, container, TablePropertiesData())};
   EXPECT_EQ(s_tableFormats[0].render(tables, {}), "OP20: Bolts\n  no elements\n");
   EXPECT_EQ(s_tableFormats[0].render(tables, {.colour = true}), "\x1b[1mOP20: Bolts\x1b[0m\n  no elements\n");
-  EXPECT_THAT(s_tableFormats[1].render(tables, {}), testing::StartsWith("unit,unitId,family,"));
+  EXPECT_THAT(s_tableFormats[1].render(tables, {}), testing::StartsWith("file,unit,unitId,family,"));
   EXPECT_EQ(json::parse(s_tableFormats[2].render(tables, {.colour = true})).at("tables").at(0).at("family"),
             "Bolts");
 
   Findings const findings = {{"r.json", {}, "r.json: cannot read"}};
   EXPECT_EQ(s_findingsFormats[0].render(findings, {}),
-            "values beyond their limits: 0, invalid elements: 0\n");
-  EXPECT_EQ(json::parse(s_findingsFormats[1].render(findings, {})), json::parse(R"({"findings": []})"));
+            "r.json: could not be checked\n"
+            "values beyond their limits: 0, values with NaN: 0, invalid elements: 0, values compared: 0, "
+            "without data: 0\n");
+  EXPECT_EQ(json::parse(s_findingsFormats[1].render(findings, {})),
+            json::parse(R"({"findings": [], "errors": [{"file": "r.json", "message": "r.json: cannot read"}],
+                            "compared": 0, "withoutData": 0})"));
   EXPECT_THAT(s_findingsFormats[2].render(findings, {}), testing::StartsWith("<?xml version=\"1.0\"?>\n"));
 
   EXPECT_EQ(s_limitsFormats[0].render({}, {}), "");

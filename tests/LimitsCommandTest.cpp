@@ -337,11 +337,14 @@ TEST_F(LimitsCommand, BringsTheDocumentInStepWithTheUnits) {
 
 TEST_F(LimitsCommand, ComparesWithTheLimitsOfTheDocument) {
   EXPECT_EQ(run("$P check r.json").out,
-            "OP20, Bolts, Forces, Bolt 1, Max Normal Force: -40.5 N, limit 30 N\n"
-            "values beyond their limits: 1, invalid elements: 0\n");
+            "OP20, Bolts, Forces, Bolt 1, Max Normal Force: -40.5 N, limit 30 N, step 1\n"
+            "values beyond their limits: 1, values with NaN: 0, invalid elements: 0, values compared: 1, "
+            "without data: 0\n");
   expectSilence("$P limits set r.json --unit OP20 --type 23 --value 40.5");
-  EXPECT_EQ(outputOf("$P check r.json"), "values beyond their limits: 0, invalid elements: 0\n");
-  EXPECT_THAT(outputOf("$P show r.json --format csv"), HasSubstr(",-40.5,N,40.5,false\r\n"));
+  EXPECT_EQ(outputOf("$P check r.json"),
+            "values beyond their limits: 0, values with NaN: 0, invalid elements: 0, values compared: 1, "
+            "without data: 0\n");
+  EXPECT_THAT(outputOf("$P show r.json --format csv"), HasSubstr(",-40.5,N,40.5,false,1,,2,0\r\n"));
 }
 
 TEST_F(LimitsCommand, TakesAnotherDocumentThatIsNamed) {
@@ -349,10 +352,17 @@ TEST_F(LimitsCommand, TakesAnotherDocumentThatIsNamed) {
   EXPECT_THAT(m_folder.names(), ElementsAre("my.limits", "my.limits.lock", "r.json"));
   EXPECT_EQ(run("$P check r.json").exitCode, 1);
   EXPECT_EQ(run("$P check r.json --limits my.limits").exitCode, 0);
-  EXPECT_THAT(outputOf("$P show r.json --limits my.limits --format csv"), HasSubstr(",N,99,false\r\n"));
+  EXPECT_THAT(outputOf("$P show r.json --limits my.limits --format csv"),
+              HasSubstr(",N,99,false,1,,2,0\r\n"));
   EXPECT_EQ(listed("--limits my.limits --unit OP10", 23), json({30}));
   expectSilence("$P limits reset r.json --limits my.limits");
   EXPECT_EQ(run("$P check r.json --limits my.limits").exitCode, 1);
+}
+
+TEST_F(LimitsCommand, FindsTheDocumentAlsoWithoutStandardInput) {
+  expectSilence("$P limits set r.json --unit OP20 --type 23 --value 40.5 <&-");
+  EXPECT_EQ(run("$P check r.json <&-").exitCode, 0);
+  expectSilence("$P show r.json --output /dev/null <&-");
 }
 
 TEST_F(LimitsCommand, TakesALimitsDocumentForTheSample) {
@@ -371,8 +381,10 @@ TEST_F(LimitsCommand, ReadsTheDocumentOfEachCheckedFile) {
   auto const result = run("$P check bad.json r.json other.json");
   EXPECT_EQ(result.exitCode, 2);
   EXPECT_EQ(result.out,
-            "r.json: OP20, Bolts, Forces, Bolt 1, Max Normal Force: -40.5 N, limit 30 N\n"
-            "values beyond their limits: 1, invalid elements: 0\n");
+            "bad.json: could not be checked\n"
+            "r.json: OP20, Bolts, Forces, Bolt 1, Max Normal Force: -40.5 N, limit 30 N, step 1\n"
+            "values beyond their limits: 1, values with NaN: 0, invalid elements: 0, values compared: 2, "
+            "without data: 0\n");
   EXPECT_THAT(result.err, testing::MatchesRegex("result-tables: bad\\.json\\.limits: byte [0-9]+: .+\n"));
   expectFailure("$P check r.json other.json --limits my.limits",
                 "--limits: expected one results file, as each has its own limits, found 2");
@@ -399,8 +411,9 @@ TEST_F(LimitsCommand, LeavesADamagedDocumentUntouched) {
 TEST_F(LimitsCommand, ReadsWithoutLockAndWritesNothing) {
   expectSilence("$P limits sync r.json; rm r.json.limits.lock");
   auto const content = m_folder.read("r.json.limits");
-  for (auto const* const command : {"show r.json", "check r.json --family Clamps", "limits list r.json",
-                                    "limits dump r.json.limits", "demo --limits r.json.limits"}) {
+  for (auto const* const command :
+       {"show r.json", "check r.json --unit OP10 || test $? = 3", "limits list r.json",
+        "limits dump r.json.limits", "demo --limits r.json.limits"}) {
     (void)outputOf(std::string("$P ") + command);
     EXPECT_THAT(m_folder.names(), ElementsAre("r.json", "r.json.limits")) << command;
     EXPECT_EQ(m_folder.read("r.json.limits"), content) << command;

@@ -211,16 +211,19 @@ TEST_F(Program, ChecksTheValuesAgainstTheDefaultLimits) {
       run("$P check '" KESTREL_SOURCE_DIR "/examples/door_line/door_line.results.json' --family Bolts");
   EXPECT_EQ(result.exitCode, 1);
   EXPECT_EQ(result.out,
-            "OP30 Joining, Bolts, Forces, Bolt 1, Max Normal Force: 812.4 N, limit 30 N\n"
-            "OP30 Joining, Bolts, Forces, Bolt 3, Max Normal Force: 1540.2 N, limit 30 N\n"
-            "values beyond their limits: 2, invalid elements: 0\n");
+            "OP30 Joining, Bolts, Forces, Bolt 1, Max Normal Force: 812.4 N, limit 30 N, step 3\n"
+            "OP30 Joining, Bolts, Forces, Bolt 3, Max Normal Force: 1540.2 N, limit 30 N, step 3\n"
+            "values beyond their limits: 2, values with NaN: 0, invalid elements: 0, values compared: 3, "
+            "without data: 0\n");
   EXPECT_EQ(result.err, "");
 }
 
-TEST_F(Program, ExitsWithNothingFoundWhenNothingIs) {
+TEST_F(Program, ExitsWithACodeOfItsOwnWhenNothingWasCompared) {
   auto const result = run("$P check r.json");
-  EXPECT_EQ(result.exitCode, 0);
-  EXPECT_EQ(result.out, "values beyond their limits: 0, invalid elements: 0\n");
+  EXPECT_EQ(result.exitCode, 3);
+  EXPECT_EQ(result.out,
+            "values beyond their limits: 0, values with NaN: 0, invalid elements: 0, values compared: 0, "
+            "without data: 1\n");
 }
 
 TEST_F(Program, GoesOnAfterAFileThatCannotBeCheckedAndExitsWithTheHighestCode) {
@@ -248,7 +251,7 @@ TEST_F(Program, NamesFailedJoinsButNotSuctionZones) {
           "/examples/door_line/door_line.results.json' --family SuctionZones --family JoiningTongs");
   EXPECT_THAT(result.out, HasSubstr("OP30 Joining, JoiningTongs, Tong sill: Joining Failed\n"));
   EXPECT_THAT(result.out, Not(HasSubstr("SZ-3")));
-  EXPECT_THAT(result.out, HasSubstr("SZ-2, Distance: 1.27 mm, limit 1 mm\n"));
+  EXPECT_THAT(result.out, HasSubstr("SZ-2, Distance: 1.27 mm, limit 1 mm, step 4\n"));
 }
 
 TEST_F(Program, MarksValuesBeyondTheirLimitAndInvalidOnesAlsoInAPipe) {
@@ -272,7 +275,7 @@ TEST_F(Program, TranslatesNoKeyFamilyOrMemberOfItsData) {
   EXPECT_EQ(table.at("title"), "Bolzen");
   EXPECT_EQ(table.at("groups").at(0).at("columns").at(0).at("key"), "ClampNormalForce");
   EXPECT_THAT(run("LANG=de_DE.UTF-8 $P show r.json --family Bolts --format csv").out,
-              testing::StartsWith("unit,unitId,family,"));
+              testing::StartsWith("file,unit,unitId,family,"));
 }
 
 TEST_F(Program, KeepsTheTotalToolForceInEveryLanguage) {
@@ -303,7 +306,8 @@ TEST_F(Program, ReportsStandardInputUnderTheNameThatWasGiven) {
   m_folder.write("bad.json", "{");
   auto const result = run("$P check - r.json --format junit <bad.json");
   EXPECT_EQ(result.exitCode, 2);
-  EXPECT_THAT(result.out, HasSubstr("<testsuite name=\"-\" tests=\"1\" failures=\"0\" errors=\"1\">"));
+  EXPECT_THAT(result.out,
+              HasSubstr("<testsuite name=\"-\" tests=\"1\" failures=\"0\" errors=\"1\" skipped=\"0\">"));
   EXPECT_THAT(result.out, HasSubstr("<testsuite name=\"r.json\" "));
 }
 

@@ -8,6 +8,8 @@
 
 #include "result_tables/base/Error.h"
 
+#include "support/TableTesting.h"
+
 namespace Kestrel::ResultTables {
 namespace {
 
@@ -27,7 +29,7 @@ class ResultTableTest : public testing::Test {
     m_limits.updateLimits({m_unit.getID()});
   }
 
-  ResultTable table() const { return {m_unit, m_container, m_limits}; }
+  ResultTable table() const { return genTable(m_unit, m_container, m_limits); }
 
   SimulationUnit const m_unit{
       SimulationUnitId(*GUIdentifier::fromString("0b6f6d3e-6c1e-4a57-9b52-0f6f2f1b6a01")), "OP20"};

@@ -121,6 +121,9 @@ TEST_F(ResultsWriter, WritesTheRangeOfASkinAtTheTimeOfItsStep) {
             (std::vector<json>{json::parse(R"({"min": 1, "max": 5})"), json::parse(R"({"min": 3, "max": 7})"),
                                json::parse(R"({"min": null, "max": null})")}))
       << "the last value of a time; no range where a value is not finite";
+  m_unit.lineJoins.front().skins.clear();
+  auto const bare = written(m_unit);
+  for (auto const& step : bare.at("steps")) EXPECT_FALSE(step.at("lineJoins").at(0).contains("skins"));
 }
 
 }  // namespace

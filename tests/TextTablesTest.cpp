@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "support/TableTesting.h"
+
 namespace Kestrel::ResultTables {
 namespace {
 
@@ -20,7 +22,7 @@ class TextTables : public testing::Test {
   /// The text of one table with one section.
   std::string render(MaxValueGroup const& group, TextStyle const& style = {}) {
     m_container->groups = {group};
-    return renderText({ResultTable(m_unit, m_container, TablePropertiesData())}, style);
+    return renderText({genTable(m_unit, m_container, TablePropertiesData())}, style);
   }
 
   SimulationUnit const m_unit{SimulationUnitId(), "OP20"};
@@ -191,7 +193,7 @@ TEST_F(TextTables, MarkTheTitleOnATerminal) {
 }
 
 TEST_F(TextTables, SayWhereThereIsNothing) {
-  EXPECT_EQ(renderText({ResultTable(m_unit, m_container, TablePropertiesData())}, {.colour = false}),
+  EXPECT_EQ(renderText({genTable(m_unit, m_container, TablePropertiesData())}, {.colour = false}),
             "OP20: Clamps\n  no elements\n");
   EXPECT_EQ(render({"Forces", false, true, {}, {"K1"}, {}}), "OP20: Clamps\n\n  Forces\n    no elements\n");
 }
@@ -202,7 +204,7 @@ TEST_F(TextTables, MarkValuesBeyondTheirLimitWithASignAndInRed) {
   m_container->groups = {
       {"Forces", false, true, {TablePropertyLimitType::BoltNormalForce}, {"ClampNormalForce"}, {}}};
   m_container->groups[0].subGroups.push_back({"", {{"B1", {-30.25}}, {"B2", {30}}}});
-  EXPECT_EQ(renderText({ResultTable(m_unit, m_container, limits)}, {.colour = false}), R"(OP20: Clamps
+  EXPECT_EQ(renderText({genTable(m_unit, m_container, limits)}, {.colour = false}), R"(OP20: Clamps
 
   Forces
          Max Normal
@@ -213,9 +215,9 @@ TEST_F(TextTables, MarkValuesBeyondTheirLimitWithASignAndInRed) {
     B1       -30.25 !
     B2        30
 
-! beyond its limit   ? not valid
+! beyond its limit
 )");
-  EXPECT_THAT(renderText({ResultTable(m_unit, m_container, limits)}, {.colour = true}),
+  EXPECT_THAT(renderText({genTable(m_unit, m_container, limits)}, {.colour = true}),
               HasSubstr("\x1b[31m-30.25\x1b[0m !\n"));
 }
 
@@ -224,8 +226,51 @@ TEST_F(TextTables, NameAnInvalidItemWithTheAppendix) {
   m_container->invalidValuesNameAppendix = " (Joining Failed)";
   MaxValueGroup group{"Forces", false, true, {}, {"K1"}, {}};
   group.subGroups.push_back({"", {{"Spot 1", {1}}}});
-  EXPECT_THAT(render(group),
-              HasSubstr("    Spot 1 (Joining Failed)    1 ?\n\n! beyond its limit   ? not valid\n"));
+  EXPECT_THAT(render(group), HasSubstr("    Spot 1 (Joining Failed)    1 ?\n\n? not valid\n"));
+}
+
+// A series of NaN alone, one with some, an empty one and one of numbers.
+constexpr char const* s_gaps = R"([
+    {"quantity": "ClampNormalForce", "values": [null, null]},
+    {"quantity": "ClampClosingForce", "pairs": [[null, 0.1], [-701.23456789, 0.25], [1, 0.3]]},
+    {"quantity": "ClampSupportingForce", "values": []},
+    {"quantity": "ClampTangentialForce", "values": [0, 2]}])";
+
+TEST_F(TextTables, TellNoDataFromZeroAndMarkWhatHoldsNaN) {
+  EXPECT_EQ(renderText(genClampTables(s_gaps), {}), R"(OP20: Clamps
+
+  Forces
+                                                    Max          Max
+              Max Normal     Max Closing     Supporting   Tangential
+                   Force           Force          Force        Force
+                       N               N              N            N
+    -------   ------------   -------------   ----------   ----------
+    Clamp 1          NaN *     -701.2346 *            –            2
+
+  Distances
+              Max Distance
+                        mm
+    -------   ------------
+    Clamp 1              –
+
+* its series holds values that are not numbers
+)");
+}
+
+TEST_F(TextTables, ShowTheTimeOrTheStepBesideEachValue) {
+  EXPECT_THAT(renderText(genClampTables(s_gaps), {.digits = 4, .when = true}),
+              testing::StartsWith(R"(OP20: Clamps
+
+  Forces
+                                                           Max          Max
+              Max Normal     Max Closing            Supporting   Tangential
+                   Force           Force                 Force        Force
+                       N               N                     N            N
+    -------   ------------   --------------------   ----------   --------------
+    Clamp 1          NaN *        -701.2 * @ 0.25            –            2 # 1
+)"));
+  EXPECT_THAT(renderText(genClampTables(s_gaps), {.when = true}),
+              testing::EndsWith("\n* its series holds values that are not numbers   @ time, # step\n"));
 }
 
 }  // namespace

@@ -151,6 +151,8 @@ std::string describeByte(char byte) {
   return tr("byte {}", fmt::format("0x{:02X}", static_cast<unsigned char>(byte)));
 }
 
+std::string formatNumber(double value, int digits) { return fmt::format("{:.{}g}", value, digits); }
+
 std::string shortestForm(double value) {
   if (std::isnan(value)) return "nan";
   return fmt::format("{}", value);

@@ -38,6 +38,10 @@ namespace Kestrel::ResultTables {
 /// locale.
 [[nodiscard]] std::string shortestForm(double value);
 
+/// `value` with up to `digits` significant digits, for people: no zeros at the end, an exponent where the
+/// number is long without; "nan", "inf", "-inf". Independent of the locale.
+[[nodiscard]] std::string formatNumber(double value, int digits);
+
 /// The double nearest to the number at the beginning of `text`, as the C library reads it, with a decimal
 /// point in every locale; infinity where there is no such double, 0 where there is no number.
 [[nodiscard]] double nearestDouble(char const* text);

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <exception>
 
-#include "result_tables/base/Error.h"
+#include "result_tables/base/Parallel.h"
+#include "result_tables/base/Progress.h"
 #include "result_tables/command/CommonOptions.h"
 #include "result_tables/command/Message.h"
 
@@ -15,6 +16,7 @@ struct CheckOptions {
   std::vector<std::string> results;
   TableSelection selection;
   std::string limits;
+  std::size_t jobs = numberOfProcessors();
   Output<Findings> output;
 };
 
@@ -27,31 +29,36 @@ FileFindings checkFile(std::string const& results, CheckOptions const& options) 
       found.tables.push_back(genFindings(table));
   } catch (std::exception const& error) {
     found.error = error.what();
-    printMessage(error.what());
   }
   return found;
 }
 
-ExitCode exitCodeOf(FileFindings const& file) {
-  if (file.error) return ExitCode::failed;
-  auto const hasFindings = [](TableFindings const& table) { return !table.findings.empty(); };
-  return std::any_of(file.tables.begin(), file.tables.end(), hasFindings) ? ExitCode::found
-                                                                          : ExitCode::nothingFound;
+void checkFiles(Findings& files, CheckOptions const& options) {
+  Progress progress(files.size());
+  forEachInParallel(files.size(), options.jobs, [&](std::size_t i) {
+    files[i] = checkFile(options.results[i], options);
+    progress.countOne();
+  });
+}
+
+ExitCode exitCodeOf(Findings const& files) {
+  if (std::ranges::any_of(files, [](auto const& file) { return file.error.has_value(); }))
+    return ExitCode::failed;
+  if (std::ranges::any_of(files, &FileFindings::hasFindings)) return ExitCode::found;
+  bool const isAnyCompared =
+      std::ranges::any_of(files, [](auto const& file) { return file.countCompared() > 0; });
+  return isAnyCompared ? ExitCode::nothingFound : ExitCode::nothingCompared;
 }
 
 ExitCode check(CheckOptions const& options) {
-  if (!options.limits.empty() && options.results.size() > 1) {
-    throw Error(tr("--limits: expected one results file, as each has its own limits, found {}",
-                   options.results.size()));
-  }
-  auto exitCode = ExitCode::nothingFound;
-  Findings files;
-  for (auto const& results : options.results) {
-    files.push_back(checkFile(results, options));
-    exitCode = std::max(exitCode, exitCodeOf(files.back()));
+  refuseOneDocumentForSeveral(options.limits, options.results);
+  Findings files(options.results.size());
+  checkFiles(files, options);
+  for (auto const& file : files) {
+    if (file.error) printMessage(*file.error);
   }
   write(options.output, files);
-  return exitCode;
+  return exitCodeOf(files);
 }
 
 }  // namespace
@@ -62,6 +69,14 @@ Run declareCheck(Arguments& arguments) {
   addSelection(arguments, options->selection);
   addLimits(arguments, options->limits);
   addFormat<Findings>(arguments, s_findingsFormats, options->output);
+  addOutputFile(arguments, options->output.file);
+  addTextStyle(arguments, options->output.style, options->output.colour);
+  arguments.option(
+      "--jobs", "N", Arguments::Count::atMostOne,
+      tr("Files to check at the same time; as many as there are processors when it is not named"),
+      [options = options.get()](std::string const& text) {
+        options->jobs = countFromText("--jobs", text, 1024);
+      });
   return [options] { return check(*options); };
 }
 

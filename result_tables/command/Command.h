@@ -11,9 +11,10 @@ namespace Kestrel::ResultTables {
 
 /// What the program tells its caller.
 enum class ExitCode {
-  nothingFound = 0,  ///< done; `check` found nothing
-  found = 1,         ///< `check` found something
-  failed = 2,        ///< it could not be done; one line on standard error says why
+  nothingFound = 0,     ///< done; `check` found nothing
+  found = 1,            ///< `check` found something
+  failed = 2,           ///< it could not be done; one line on standard error says why
+  nothingCompared = 3,  ///< `check` found nothing, but had nothing to compare with a limit either
 };
 
 /// Does what a command was told.

@@ -26,7 +26,8 @@ HelpSection exitCodesSection() {
   return {tr("Exit codes"),
           {{"0", tr("done; check has found nothing")},
            {"1", tr("check has found something")},
-           {"2", tr("something could not be done; standard error says why")}}};
+           {"2", tr("something could not be done; standard error says why")},
+           {"3", tr("check has found nothing, as it had not one value to compare with a limit")}}};
 }
 
 class CommandLine {

@@ -1,5 +1,7 @@
 #include "result_tables/command/CommonOptions.h"
 
+#include <charconv>
+
 #include "result_tables/base/Error.h"
 #include "result_tables/base/Family.h"
 #include "result_tables/base/Terminal.h"
@@ -13,6 +15,14 @@ namespace Kestrel::ResultTables {
 namespace {
 
 using Count = Arguments::Count;
+
+struct ColourName {
+  std::string_view name;
+  Colour colour;
+};
+
+constexpr ColourName s_colours[] = {
+    {"auto", Colour::automatic}, {"always", Colour::always}, {"never", Colour::never}};
 
 HelpSection familiesSection() {
   HelpSection section{tr("Families"), {}};
@@ -67,12 +77,55 @@ std::shared_ptr<TablePropertiesData> limitsFor(std::string const& results, std::
                                      : readLimitsIfExist(limitsDocumentOf(results), file);
 }
 
+void refuseOneDocumentForSeveral(std::string const& document, std::vector<std::string> const& results) {
+  if (document.empty() || results.size() == 1) return;
+  throw Error(
+      tr("--limits: expected one results file, as each has its own limits, found {}", results.size()));
+}
+
+void addTables(Arguments& arguments, Output<Tables>& output) {
+  addFormat<Tables>(arguments, s_tableFormats, output);
+  addOutputFile(arguments, output.file);
+  addTextStyle(arguments, output.style, output.colour);
+  addWhen(arguments, output.style);
+}
+
 void addOutputFile(Arguments& arguments, std::string& file) {
   arguments.option("--output", "FILE", Count::atMostOne,
                    tr("File to write whole or not at all, in place of standard output"), into(file));
 }
 
-TextStyle styleOfStandardOutput() { return {.colour = terminalHasColour(), .width = terminalWidth()}; }
+TextStyle styleFor(std::string const& file, Colour colour, TextStyle style) {
+  bool const isShown = goesToStandardOutput(file);
+  style.colour = colour == Colour::always || (colour == Colour::automatic && isShown && terminalHasColour());
+  style.width = isShown ? terminalWidth() : 0;
+  return style;
+}
+
+void addTextStyle(Arguments& arguments, TextStyle& style, Colour& colour) {
+  arguments.option("--digits", "N", Count::atMostOne,
+                   tr("Significant digits of numbers in texts, 1 to 17; 7 when it is not named"),
+                   [&style](std::string const& text) {
+                     style.digits = static_cast<int>(countFromText("--digits", text, 17));
+                   });
+  arguments.option(
+      "--colour", "C", Count::atMostOne,
+      tr("Colour in texts: {}; {} when it is not named", "auto, always, never", "auto"),
+      [&colour](std::string const& name) { colour = rowNamed("--colour", s_colours, name).colour; });
+}
+
+void addWhen(Arguments& arguments, TextStyle& style) {
+  arguments.flag("--when", tr("Texts show the time or the step beside each value"), style.when);
+}
+
+std::size_t countFromText(std::string_view option, std::string const& text, std::size_t greatest) {
+  std::size_t count = 0;
+  auto const* const end = text.data() + text.size();
+  auto const result = std::from_chars(text.data(), end, count);
+  if (result.ec != std::errc() || result.ptr != end || count == 0 || count > greatest)
+    throw Error(tr("{}: expected a whole number from 1 to {}, found {}", option, greatest, quote(text)));
+  return count;
+}
 
 void refuseName(std::string_view option, std::vector<std::string_view> const& known,
                 std::string const& found) {

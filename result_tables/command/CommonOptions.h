@@ -41,18 +41,38 @@ void addLimits(Arguments& arguments, std::string& document, std::string const& h
                                                              std::string const& document,
                                                              ResultsFile const& file);
 
+/// A whole number from 1 to `greatest`; anything else is an `Error` that names the option.
+[[nodiscard]] std::size_t countFromText(std::string_view option, std::string const& text,
+                                        std::size_t greatest);
+
+/// Each results file has its own limits: one document for several is an `Error`.
+void refuseOneDocumentForSeveral(std::string const& document, std::vector<std::string> const& results);
+
 /// --output
 void addOutputFile(Arguments& arguments, std::string& file);
 
-/// What standard output can show.
-[[nodiscard]] TextStyle styleOfStandardOutput();
+/// Whether text is coloured.
+enum class Colour { automatic, always, never };
+
+/// What the user asks for, with what standard output can show where `file` stands for it.
+[[nodiscard]] TextStyle styleFor(std::string const& file, Colour colour, TextStyle style);
 
 /// Where and in which form a command puts out what it has made.
 template <typename Subject>
 struct Output {
   Format<Subject> const* format = nullptr;
   std::string file;  ///< empty or "-": standard output
+  Colour colour = Colour::automatic;
+  TextStyle style;  ///< what is asked for; colour and width follow from where it goes
+
+  /// The style for the place where the output goes.
+  [[nodiscard]] TextStyle styleThere() const { return styleFor(file, colour, style); }
 };
+
+/// --digits, --colour
+void addTextStyle(Arguments& arguments, TextStyle& style, Colour& colour);
+/// --when
+void addWhen(Arguments& arguments, TextStyle& style);
 
 [[noreturn]] void refuseName(std::string_view option, std::vector<std::string_view> const& known,
                              std::string const& found);
@@ -80,10 +100,12 @@ void addFormat(Arguments& arguments, std::span<Format<Subject> const> formats, O
       [&output, formats](std::string const& name) { output.format = &rowNamed("--format", formats, name); });
 }
 
+/// All that says how tables are put out.
+void addTables(Arguments& arguments, Output<Tables>& output);
+
 template <typename Subject>
 void write(Output<Subject> const& output, Subject const& subject) {
-  auto const style = goesToStandardOutput(output.file) ? styleOfStandardOutput() : TextStyle();
-  writeOutput(output.file, output.format->render(subject, style));
+  writeOutput(output.file, output.format->render(subject, output.styleThere()));
 }
 
 }  // namespace Kestrel::ResultTables

@@ -28,8 +28,7 @@ Run declareDemo(Arguments& arguments) {
   auto const options = std::make_shared<DemoOptions>();
   addSelection(arguments, options->selection);
   addLimits(arguments, options->limits, tr("Limits document; the default limits when it is not named"));
-  addFormat<Tables>(arguments, s_tableFormats, options->output);
-  addOutputFile(arguments, options->output.file);
+  addTables(arguments, options->output);
   return [options] { return demo(*options); };
 }
 

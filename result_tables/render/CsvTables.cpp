@@ -35,22 +35,48 @@ void appendRecord(std::string& out, std::initializer_list<std::string_view> fiel
 
 std::string_view textOf(bool value) { return value ? "true" : "false"; }
 
-void appendItem(std::string& out, ResultTable const& table, std::size_t group, std::string_view subGroup,
-                MaxValueItem const& item) {
-  auto const& container = table.container();
-  auto const& columns = table.columns(group);
-  auto const unit = toValidUtf8(table.unit().getSimulationUnitName());
-  auto const unitId = container.simulationUnitId.toString();
-  auto const section = toValidUtf8(container.groups[group].name);
+/// What is the same for all values of a table.
+struct TableFields {
+  std::string file;
+  std::string unit;
+  std::string unitId;
+  std::string_view family;
+};
+
+std::string textOf(std::optional<std::size_t> number) { return number ? std::to_string(*number) : ""; }
+std::string textOf(std::optional<double> number) { return number ? shortestForm(*number) : ""; }
+
+void appendItem(std::string& out, ResultTable const& table, TableFields const& fields,
+                ResultTable::Place const& place) {
+  auto const& group = table.container().groups[place.group];
+  auto const& subGroup = group.subGroups[place.subGroup];
+  auto const& item = subGroup.items[place.item];
+  auto const groupName = toValidUtf8(group.name);
+  auto const subGroupName = toValidUtf8(subGroup.name);
   auto const name = toValidUtf8(item.name);
-  for (std::size_t i = 0; i < columns.size() && i < item.maxValues.size(); ++i) {
-    auto const& column = columns[i];
-    appendRecord(
-        out,
-        {unit, unitId, familyName(container.dataType), section, subGroup, name, textOf(table.isValid(item)),
-         toValidUtf8(column.key), toValidUtf8(column.tableDisplayName), shortestForm(item.maxValues[i]),
-         toValidUtf8(column.unit), column.limit ? shortestForm(column.limit->value) : std::string(),
-         textOf(table.isExceeded(group, i, item))});
+  auto const row = table.genRow(place.group, place.subGroup, place.item);
+  for (std::size_t i = 0; i < row.size(); ++i) {
+    auto const& column = table.columns(place.group)[i];
+    auto const& [value, origin, isExceeded] = row[i];
+    appendRecord(out, {fields.file, fields.unit, fields.unitId, fields.family, groupName, subGroupName, name,
+                       textOf(table.isValid(item)), toValidUtf8(column.key),
+                       toValidUtf8(column.tableDisplayName), shortestForm(value), toValidUtf8(column.unit),
+                       column.limit ? shortestForm(column.limit->value) : std::string(), textOf(isExceeded),
+                       textOf(origin.step), textOf(origin.companion), std::to_string(origin.count),
+                       std::to_string(origin.nanCount)});
+  }
+}
+
+void appendTable(std::string& out, ResultTable const& table) {
+  auto const& container = table.container();
+  TableFields const fields{toValidUtf8(table.file()), toValidUtf8(table.unit().getSimulationUnitName()),
+                           container.simulationUnitId.toString(), familyName(container.dataType)};
+  for (std::size_t i = 0; i < container.groups.size(); ++i) {
+    auto const& subGroups = container.groups[i].subGroups;
+    for (std::size_t k = 0; k < subGroups.size(); ++k) {
+      for (std::size_t m = 0; m < subGroups[k].items.size(); ++m)
+        appendItem(out, table, fields, {i, k, m, 0});
+    }
   }
 }
 
@@ -58,16 +84,9 @@ void appendItem(std::string& out, ResultTable const& table, std::size_t group, s
 
 std::string renderCsv(std::vector<ResultTable> const& tables) {
   std::string out;
-  appendRecord(out, {"unit", "unitId", "family", "group", "subGroup", "item", "valid", "key", "column",
-                     "value", "valueUnit", "limit", "exceeded"});
-  for (auto const& table : tables) {
-    for (std::size_t i = 0; i < table.container().groups.size(); ++i) {
-      for (auto const& subGroup : table.container().groups[i].subGroups) {
-        auto const name = toValidUtf8(subGroup.name);
-        for (auto const& item : subGroup.items) appendItem(out, table, i, name, item);
-      }
-    }
-  }
+  appendRecord(out, {"file", "unit", "unitId", "family", "group", "subGroup", "item", "valid", "key",
+                     "column", "value", "valueUnit", "limit", "exceeded", "step", "time", "count", "nans"});
+  for (auto const& table : tables) appendTable(out, table);
   return out;
 }
 

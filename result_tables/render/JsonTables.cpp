@@ -23,7 +23,7 @@ class JsonTables {
   void writeValidity(MaxValueGroupContainer const& container);
   void writeGroup(ResultTable const& table, std::size_t index);
   void writeColumn(TableColumn const& column);
-  void writeItem(ResultTable const& table, std::size_t group, MaxValueItem const& item);
+  void writeItem(ResultTable const& table, ResultTable::Place const& place);
 
   template <typename Elements, typename Write>
   void inlineArray(std::string_view key, Elements const& elements, Write write) {
@@ -38,6 +38,7 @@ class JsonTables {
 void JsonTables::writeTable(ResultTable const& table) {
   auto const& container = table.container();
   m_json.beginObject();
+  m_json.text("file", table.file());
   m_json.beginObject("unit");
   m_json.text("id", container.simulationUnitId.toString());
   m_json.text("name", table.unit().getSimulationUnitName());
@@ -76,11 +77,11 @@ void JsonTables::writeGroup(ResultTable const& table, std::size_t index) {
   for (auto const& column : table.columns(index)) writeColumn(column);
   m_json.endArray();
   m_json.beginArray("subGroups");
-  for (auto const& subGroup : group.subGroups) {
+  for (std::size_t i = 0; i < group.subGroups.size(); ++i) {
     m_json.beginObject();
-    m_json.text("name", subGroup.name);
+    m_json.text("name", group.subGroups[i].name);
     m_json.beginArray("items");
-    for (auto const& item : subGroup.items) writeItem(table, index, item);
+    for (std::size_t k = 0; k < group.subGroups[i].items.size(); ++k) writeItem(table, {index, i, k, 0});
     m_json.endArray();
     m_json.endObject();
   }
@@ -108,15 +109,23 @@ void JsonTables::writeColumn(TableColumn const& column) {
   m_json.endObject();
 }
 
-void JsonTables::writeItem(ResultTable const& table, std::size_t group, MaxValueItem const& item) {
+void JsonTables::writeItem(ResultTable const& table, ResultTable::Place const& place) {
+  auto const& item = table.container().groups[place.group].subGroups[place.subGroup].items[place.item];
+  auto const row = table.genRow(place.group, place.subGroup, place.item);
   m_json.beginObject();
   m_json.text("name", item.name);
   m_json.text("displayName", table.displayName(item));
   m_json.flag("valid", table.isValid(item));
   inlineArray("maxValues", item.maxValues, [&](double value) { m_json.number(value); });
-  m_json.beginInlineArray("exceeded");
-  for (std::size_t i = 0; i < item.maxValues.size(); ++i) m_json.boolean(table.isExceeded(group, i, item));
-  m_json.endInlineArray();
+  inlineArray("exceeded", row, [&](TableValue const& value) { m_json.boolean(value.isExceeded); });
+  inlineArray("steps", row, [&](TableValue const& value) {
+    value.origin.step ? m_json.integer(*value.origin.step) : m_json.null();
+  });
+  inlineArray("times", row, [&](TableValue const& value) {
+    value.origin.companion ? m_json.number(*value.origin.companion) : m_json.null();
+  });
+  inlineArray("counts", row, [&](TableValue const& value) { m_json.integer(value.origin.count); });
+  inlineArray("nans", row, [&](TableValue const& value) { m_json.integer(value.origin.nanCount); });
   m_json.endObject();
 }
 

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <map>
+
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
 #include "result_tables/render/Ansi.h"
@@ -10,47 +12,73 @@ namespace Kestrel::ResultTables {
 
 namespace {
 
-std::string withUnit(double value, std::string const& unit) {
-  return unit.empty() ? shortestForm(value) : shortestForm(value) + " " + unit;
+std::string withUnit(double value, std::string const& unit, int digits) {
+  auto const number = formatNumber(value, digits);
+  return unit.empty() ? number : number + " " + unit;
+}
+
+/// "-500.5 N, limit 500 N, step 3, time 0.2"
+std::string describeValue(Finding const& finding, int digits) {
+  auto const& value = *finding.value;
+  auto const& limit = *finding.place.column->limit;
+  std::string text = value.count == 0 ? "NaN" : withUnit(value.value, finding.place.column->unit, digits);
+  text += fmt::format(", {} {}", tr("limit"), withUnit(limit.value, limit.unit, digits));
+  if (value.step) text += fmt::format(", {} {}", tr("step"), *value.step);
+  if (value.time) text += fmt::format(", {} {}", tr("time"), formatNumber(*value.time, digits));
+  if (finding.kind == FindingKind::notANumber)
+    text += ", " + tr("{} of {} values are not numbers", value.nanCount, value.count + value.nanCount);
+  return text;
+}
+
+void appendFile(std::string& out, FileFindings const& file, std::string const& prefix, TextStyle const& style,
+                std::map<FindingKind, std::size_t>& counts) {
+  for (auto const& table : file.tables) {
+    table.forEachFinding([&](Finding const& finding) {
+      ++counts[finding.kind];
+      out += prefix + red(findingLine(table, finding, style.digits), style.colour) + '\n';
+    });
+  }
+  if (file.error)
+    out += fmt::format("{}: {}\n", toPrintable(file.file), red(tr("could not be checked"), style.colour));
 }
 
 }  // namespace
 
-std::string findingLine(TableFindings const& table, Finding const& finding) {
-  auto line = table.unit + ", " + table.family;
-  auto const append = [&line](std::string const& part) {
-    if (!part.empty()) line += ", " + part;
+std::string placeLine(TableFindings const& table, NamedPlace const& place) {
+  auto line = std::string(table.family);
+  auto const append = [&line](std::string_view part) {
+    if (!part.empty()) line.append(", ").append(part);
   };
-  append(finding.group);
-  append(finding.subGroup);
-  append(finding.item);
-  if (finding.exceeded) {
-    auto const& [column, value, limit] = *finding.exceeded;
-    append(column);
-    line += fmt::format(": {}, {} {}", withUnit(value, limit.unit), tr("limit"),
-                        withUnit(limit.value, limit.unit));
-  } else {
-    line += ": " + table.invalidValuesText;
-  }
+  append(place.group);
+  append(place.subGroup);
+  append(place.item);
+  if (place.column != nullptr)
+    append(place.column->tableDisplayName.empty() ? place.column->key : place.column->tableDisplayName);
   return toPrintable(line);
+}
+
+std::string findingLine(TableFindings const& table, Finding const& finding, int digits) {
+  auto const what =
+      finding.value == nullptr ? table.container->invalidValuesText : describeValue(finding, digits);
+  return fmt::format("{}, {}: {}", toPrintable(table.unit), placeLine(table, finding.place),
+                     toPrintable(what));
 }
 
 std::string renderFindingsAsText(std::vector<FileFindings> const& files, TextStyle const& style) {
   std::string out;
-  std::size_t exceeded = 0;
-  std::size_t invalid = 0;
+  std::map<FindingKind, std::size_t> counts;
+  std::size_t compared = 0;
+  std::size_t withoutData = 0;
   for (auto const& file : files) {
-    for (auto const& table : file.tables) {
-      for (auto const& finding : table.findings) {
-        ++(finding.exceeded ? exceeded : invalid);
-        auto const line = findingLine(table, finding);
-        auto const prefix = files.size() > 1 ? toPrintable(file.file) + ": " : std::string();
-        out += prefix + red(line, style.colour) + '\n';
-      }
-    }
+    appendFile(out, file, files.size() > 1 ? toPrintable(file.file) + ": " : std::string(), style, counts);
+    compared += file.countCompared();
+    withoutData += file.countWithoutData();
   }
-  return out + fmt::format("{}: {}, {}: {}\n", tr("values beyond their limits"), exceeded,
-                           tr("invalid elements"), invalid);
+  return out + fmt::format("{}: {}, {}: {}, {}: {}, {}: {}, {}: {}\n", tr("values beyond their limits"),
+                           counts[FindingKind::exceeded], tr("values with NaN"),
+                           counts[FindingKind::notANumber], tr("invalid elements"),
+                           counts[FindingKind::invalid], tr("values compared"), compared, tr("without data"),
+                           withoutData);
 }
 
 }  // namespace Kestrel::ResultTables

@@ -17,18 +17,51 @@ namespace {
 
 constexpr std::size_t s_rowsPerHead = 40;
 constexpr std::string_view s_gap = "   ";
-constexpr std::string_view s_exceededMark = " !";
-constexpr std::string_view s_invalidMark = " ?";
+constexpr std::string_view s_noData = "–";
+
+/// The marks of values, and which of them a text has.
+struct Marks {
+  bool exceeded = false;
+  bool invalid = false;
+  bool notANumber = false;
+
+  void add(Marks const& other) {
+    exceeded = exceeded || other.exceeded;
+    invalid = invalid || other.invalid;
+    notANumber = notANumber || other.notANumber;
+  }
+
+  /// With what keeps them from the number; empty where there is none.
+  [[nodiscard]] std::string text() const {
+    std::string text;
+    if (invalid) text += '?';
+    if (exceeded) text += '!';
+    if (notANumber) text += '*';
+    return text.empty() ? text : ' ' + text;
+  }
+};
 
 struct Cell {
   NumberCell number;
-  std::string_view mark;  ///< s_exceededMark, s_invalidMark or empty
+  Marks marks;
+  std::string when;  ///< time or step; empty where it is not wanted or there is none
 };
 
-std::string_view markOf(ResultTable const& table, std::size_t group, std::size_t column,
-                        MaxValueItem const& item) {
-  if (!table.isValid(item)) return s_invalidMark;
-  return table.isExceeded(group, column, item) ? s_exceededMark : std::string_view();
+NumberCell numberOf(TableValue const& value, int digits) {
+  if (!value.hasData()) return NumberCell(std::string(s_noData));
+  return NumberCell(value.isNaN() ? "NaN" : formatNumber(value.value, digits));
+}
+
+std::string whenOf(MaxValueOrigin const& origin, TextStyle const& style) {
+  if (!style.when || !origin.step) return {};
+  return origin.companion ? " @ " + formatNumber(*origin.companion, style.digits)
+                          : " # " + std::to_string(*origin.step);
+}
+
+Cell cellOf(TableValue const& value, bool isValid, TextStyle const& style) {
+  return {numberOf(value, style.digits),
+          {.exceeded = value.isExceeded, .invalid = !isValid, .notANumber = value.origin.nanCount > 0},
+          whenOf(value.origin, style)};
 }
 
 /// A row of the text table: an item, or the name of a sub-group above its items.
@@ -41,11 +74,15 @@ struct Row {
 struct ColumnLayout {
   std::vector<std::string> head;  ///< from the top line down, as many lines in every column
   NumberColumn numbers;
-  std::size_t markWidth = 0;  ///< room for the marks of exceeded values, where there are any
-  std::size_t width = 0;      ///< of head and numbers, the marks left out
+  std::size_t markWidth = 0;  ///< room for the marks behind the numbers, where there are any
+  std::size_t whenWidth = 0;  ///< and for the times behind these
+  std::size_t width = 0;      ///< of head and numbers alone
+
+  /// Of what stands behind the numbers.
+  [[nodiscard]] std::size_t tailWidth() const { return markWidth + whenWidth; }
 
   /// With what keeps it from the column before.
-  [[nodiscard]] std::size_t fullWidth() const { return s_gap.size() + width + markWidth; }
+  [[nodiscard]] std::size_t fullWidth() const { return s_gap.size() + width + tailWidth(); }
 };
 
 /// Columns that stand side by side: indices, the second one not included.
@@ -79,14 +116,14 @@ std::vector<std::string> wrap(std::string_view text, std::size_t width) {
 }
 
 /// The lines above a column: its name, its unit, its limit.
-std::vector<std::string> genHead(TableColumn const& column, std::size_t numberWidth) {
+std::vector<std::string> genHead(TableColumn const& column, std::size_t numberWidth, int digits) {
   constexpr std::size_t shortestLine = 12;
   auto const& name = column.tableDisplayName.empty() ? column.key : column.tableDisplayName;
   auto head = wrap(toPrintable(name), std::max(numberWidth, shortestLine));
   head.push_back(toPrintable(column.unit));
   std::string limit;
   if (column.limit) {
-    limit = fmt::format("≤ {:.7g}", column.limit->value);
+    limit = "≤ " + formatNumber(column.limit->value, digits);
     if (column.limit->unit != column.unit) limit += ' ' + toPrintable(column.limit->unit);
   }
   head.push_back(limit);
@@ -107,11 +144,8 @@ class SectionText {
     if (m_rows.empty()) appendLine(out, "    " + tr("no elements"));
   }
 
-  /// Whether any value is marked.
-  [[nodiscard]] bool hasMarks() const {
-    return std::any_of(m_columns.begin(), m_columns.end(),
-                       [](auto const& column) { return column.markWidth > 0; });
-  }
+  /// The marks that values of the section have.
+  [[nodiscard]] Marks const& marks() const { return m_marks; }
 
  private:
   void collectRows(ResultTable const& table, std::size_t group);
@@ -127,17 +161,20 @@ class SectionText {
   std::vector<Row> m_rows;
   std::size_t m_nameWidth = 0;
   std::vector<ColumnLayout> m_columns;
+  Marks m_marks;
 };
 
 void SectionText::collectRows(ResultTable const& table, std::size_t group) {
-  for (auto const& subGroup : m_group.subGroups) {
+  for (std::size_t i = 0; i < m_group.subGroups.size(); ++i) {
+    auto const& subGroup = m_group.subGroups[i];
     bool const isNamed = !subGroup.name.empty();
     if (isNamed) m_rows.push_back({"    " + toPrintable(subGroup.name), true, {}});
-    for (auto const& item : subGroup.items) {
+    for (std::size_t k = 0; k < subGroup.items.size(); ++k) {
+      auto const& item = subGroup.items[k];
       Row row{(isNamed ? "      " : "    ") + toPrintable(table.displayName(item)), false, {}};
-      for (std::size_t i = 0; i < item.maxValues.size(); ++i) {
-        NumberCell number(fmt::format("{:.7g}", item.maxValues[i]));
-        row.cells.push_back({std::move(number), markOf(table, group, i, item)});
+      for (auto const& value : table.genRow(group, i, k)) {
+        row.cells.push_back(cellOf(value, table.isValid(item), m_style));
+        m_marks.add(row.cells.back().marks);
       }
       m_nameWidth = std::max(m_nameWidth, displayWidth(row.name));
       m_rows.push_back(std::move(row));
@@ -151,14 +188,15 @@ void SectionText::layOutColumns(std::vector<TableColumn> const& columns) {
     for (std::size_t i = 0; i < std::min(row.cells.size(), m_columns.size()); ++i) {
       auto& layout = m_columns[i];
       layout.numbers.add(row.cells[i].number);
-      layout.markWidth = std::max(layout.markWidth, row.cells[i].mark.size());
+      layout.markWidth = std::max(layout.markWidth, row.cells[i].marks.text().size());
+      layout.whenWidth = std::max(layout.whenWidth, row.cells[i].when.size());
     }
   }
   std::size_t headLines = 0;
   for (std::size_t i = 0; i < columns.size(); ++i) {
     auto& layout = m_columns[i];
     layout.width = layout.numbers.width();
-    layout.head = genHead(columns[i], layout.width);
+    layout.head = genHead(columns[i], layout.width, m_style.digits);
     for (auto const& line : layout.head) layout.width = std::max(layout.width, displayWidth(line));
     headLines = std::max(headLines, layout.head.size());
   }
@@ -200,23 +238,26 @@ void SectionText::appendHead(std::string& out, Block const& block) const {
       line += s_gap;
       appendBlanks(line, column.width - displayWidth(column.head[i]));
       line += column.head[i];
-      appendBlanks(line, column.markWidth);
+      appendBlanks(line, column.tailWidth());
     }
     if (line.find_first_not_of(' ') != line.npos) appendLine(out, std::move(line));
   }
   std::string rule = "    " + std::string(m_nameWidth - std::min<std::size_t>(m_nameWidth, 4), '-');
   for (std::size_t j = block.first; j < block.end; ++j)
-    rule += std::string(s_gap) + std::string(m_columns[j].width + m_columns[j].markWidth, '-');
+    rule += std::string(s_gap) + std::string(m_columns[j].width + m_columns[j].tailWidth(), '-');
   appendLine(out, std::move(rule));
 }
 
 void SectionText::appendCell(std::string& line, Cell const& cell, ColumnLayout const& column) const {
   line += s_gap;
   appendBlanks(line, column.width - column.numbers.width());
-  auto const isColoured = m_style.colour && cell.mark == s_exceededMark;
+  auto const isColoured = m_style.colour && cell.marks.exceeded;
+  auto const marks = cell.marks.text();
   line += column.numbers.aligned(cell.number, red(cell.number.text(), isColoured));
-  line += cell.mark;
-  appendBlanks(line, column.markWidth - cell.mark.size());
+  line += marks;
+  appendBlanks(line, column.markWidth - marks.size());
+  line += cell.when;
+  appendBlanks(line, column.whenWidth - cell.when.size());
 }
 
 void SectionText::appendRow(std::string& out, Row const& row, Block const& block) const {
@@ -233,11 +274,21 @@ std::string tableTitle(ResultTable const& table) {
   return toPrintable(table.unit().getSimulationUnitName()) + ": " + toPrintable(table.title());
 }
 
+/// What the marks mean; empty where there are none.
+std::string legendOf(Marks const& marks, bool when) {
+  std::vector<std::string> entries;
+  if (marks.exceeded) entries.push_back("! " + tr("beyond its limit"));
+  if (marks.invalid) entries.push_back("? " + tr("not valid"));
+  if (marks.notANumber) entries.push_back("* " + tr("its series holds values that are not numbers"));
+  if (when) entries.push_back("@ " + tr("time, # step"));
+  return entries.empty() ? "" : fmt::format("\n{}\n", fmt::join(entries, "   "));
+}
+
 }  // namespace
 
 std::string renderText(std::vector<ResultTable> const& tables, TextStyle const& style) {
   std::string out;
-  bool hasMarks = false;
+  Marks marks;
   for (auto const& table : tables) {
     if (!out.empty()) out += '\n';
     auto const title = tableTitle(table);
@@ -246,14 +297,11 @@ std::string renderText(std::vector<ResultTable> const& tables, TextStyle const& 
       out += '\n';
       SectionText const section(table, i, style);
       section.appendTo(out);
-      hasMarks = hasMarks || section.hasMarks();
+      marks.add(section.marks());
     }
     if (table.container().groups.empty()) appendLine(out, "  " + tr("no elements"));
   }
-  if (hasMarks) {
-    out += fmt::format("\n! {}   ? {}\n", tr("beyond its limit"), tr("not valid"));
-  }
-  return out;
+  return out + legendOf(marks, style.when && !tables.empty());
 }
 
 }  // namespace Kestrel::ResultTables

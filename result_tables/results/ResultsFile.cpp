@@ -74,7 +74,7 @@ struct UnitDraft {
 /// The format of a results file as shapes whose functions fill the drafts.
 class ResultsReader {
  public:
-  explicit ResultsReader(std::string const& name) : m_json(name) { m_file.name = name; }
+  explicit ResultsReader(std::string const& name) : m_json(name) { m_file.givenName = m_file.name = name; }
 
   ResultsFile read(std::string const& text) {
     m_json.read(text, document());
@@ -342,7 +342,9 @@ void ResultsReader::finishUnit() {
 }  // namespace
 
 ResultsFile readResultsFile(std::filesystem::path const& path) {
-  return readResults(nameOfInput(path.string()), readInput(path.string()));
+  auto file = readResults(nameOfInput(path.string()), readInput(path.string()));
+  file.givenName = path.string();
+  return file;
 }
 
 ResultsFile readResults(std::string const& name, std::string const& text) {

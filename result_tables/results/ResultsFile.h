@@ -23,7 +23,8 @@ struct ResultsUnit {
 
 /// The units of a results file, in the file's order.
 struct ResultsFile {
-  std::string name;  ///< what messages call it
+  std::string givenName;  ///< as it was given, which is what reports call it
+  std::string name;       ///< what messages call it
   std::vector<ResultsUnit> units;
 };
 
@@ -32,7 +33,7 @@ struct ResultsFile {
 /// more that grows with the numbers.
 [[nodiscard]] ResultsFile readResultsFile(std::filesystem::path const& path);
 
-/// The same for a text that is in memory.
+/// The same for a text that is in memory. Reports and messages call it `name`.
 [[nodiscard]] ResultsFile readResults(std::string const& name, std::string const& text);
 
 }  // namespace Kestrel::ResultTables

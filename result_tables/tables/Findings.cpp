@@ -1,46 +1,125 @@
 #include "result_tables/tables/Findings.h"
 
+#include <algorithm>
+
 #include "result_tables/base/Family.h"
 
 namespace Kestrel::ResultTables {
 
 namespace {
 
-void appendInvalidItems(std::vector<Finding>& findings, ResultTable const& table) {
+void appendInvalidItems(std::vector<InvalidItem>& invalid, ResultTable const& table) {
   auto const& container = table.container();
   if (container.invalidValuesText.empty() || container.groups.empty()) return;
-  for (auto const& subGroup : container.groups.front().subGroups) {
-    for (auto const& item : subGroup.items) {
-      if (!table.isValid(item)) findings.push_back({"", subGroup.name, item.name, std::nullopt});
+  auto const& subGroups = container.groups.front().subGroups;
+  for (std::size_t i = 0; i < subGroups.size(); ++i) {
+    for (std::size_t k = 0; k < subGroups[i].items.size(); ++k) {
+      if (!table.isValid(subGroups[i].items[k])) invalid.push_back({i, k});
     }
   }
 }
 
-void appendExceededValues(std::vector<Finding>& findings, ResultTable const& table, std::size_t group) {
-  auto const& section = table.container().groups[group];
+CheckedValue checkValue(ResultTable const& table, ResultTable::Place const& place, MaxValueItem const& item) {
+  auto const origin = table.origin(place);
+  return {place,
+          item.maxValues[place.column],
+          table.isValid(item),
+          table.isExceeded(place.group, place.column, item),
+          origin.step,
+          origin.companion,
+          origin.count,
+          origin.nanCount};
+}
+
+void appendValues(std::vector<CheckedValue>& values, ResultTable const& table, std::size_t group) {
   auto const& columns = table.columns(group);
-  for (auto const& subGroup : section.subGroups) {
-    for (auto const& item : subGroup.items) {
-      for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (!table.isExceeded(group, i, item)) continue;
-        findings.push_back(
-            {section.name, subGroup.name, item.name,
-             ExceededValue{columns[i].tableDisplayName, item.maxValues[i], *columns[i].limit}});
+  auto const& subGroups = table.container().groups[group].subGroups;
+  for (std::size_t i = 0; i < subGroups.size(); ++i) {
+    for (std::size_t k = 0; k < subGroups[i].items.size(); ++k) {
+      auto const& item = subGroups[i].items[k];
+      for (std::size_t c = 0; c < std::min(columns.size(), item.maxValues.size()); ++c) {
+        if (columns[c].limit) values.push_back(checkValue(table, {group, i, k, c}, item));
       }
     }
   }
 }
 
+/// The sum of what `count` says of each element.
+template <typename Elements, typename Element>
+std::size_t sumOf(Elements const& elements, std::size_t (Element::*count)() const) {
+  std::size_t sum = 0;
+  for (auto const& element : elements) sum += (element.*count)();
+  return sum;
+}
+
 }  // namespace
 
+std::string_view nameOf(FindingKind kind) {
+  switch (kind) {
+    case FindingKind::exceeded:
+      return "exceeded";
+    case FindingKind::notANumber:
+      return "notANumber";
+    case FindingKind::invalid:
+      return "invalid";
+  }
+  return {};
+}
+
+NamedPlace TableFindings::placeOf(CheckedValue const& value) const {
+  auto const& place = value.place;
+  auto const& group = container->groups[place.group];
+  auto const& subGroup = group.subGroups[place.subGroup];
+  return {group.name, subGroup.name, subGroup.items[place.item].name, &columns[place.group][place.column]};
+}
+
+Finding TableFindings::findingOf(InvalidItem const& invalid) const {
+  auto const& subGroup = container->groups.front().subGroups[invalid.subGroup];
+  return {FindingKind::invalid, {{}, subGroup.name, subGroup.items[invalid.item].name}};
+}
+
+void TableFindings::forEachFindingOf(CheckedValue const& value,
+                                     std::function<void(Finding const&)> const& visit) const {
+  if (value.isExceeded) visit({FindingKind::exceeded, placeOf(value), &value});
+  if (value.nanCount > 0) visit({FindingKind::notANumber, placeOf(value), &value});
+}
+
+void TableFindings::forEachFinding(std::function<void(Finding const&)> const& visit) const {
+  for (auto const& invalid : invalidItems) visit(findingOf(invalid));
+  for (auto const& value : values) forEachFindingOf(value, visit);
+}
+
+bool TableFindings::hasFindings() const {
+  return !invalidItems.empty() || std::any_of(values.begin(), values.end(), [](CheckedValue const& value) {
+    return value.isExceeded || value.nanCount > 0;
+  });
+}
+
+std::size_t TableFindings::countCompared() const {
+  return static_cast<std::size_t>(std::ranges::count_if(values, &CheckedValue::isCompared));
+}
+
+std::size_t TableFindings::countWithoutData() const {
+  return static_cast<std::size_t>(std::ranges::count_if(values, &CheckedValue::isWithoutData));
+}
+
+bool FileFindings::hasFindings() const { return std::ranges::any_of(tables, &TableFindings::hasFindings); }
+
+std::size_t FileFindings::countCompared() const { return sumOf(tables, &TableFindings::countCompared); }
+
+std::size_t FileFindings::countWithoutData() const { return sumOf(tables, &TableFindings::countWithoutData); }
+
 TableFindings genFindings(ResultTable const& table) {
+  auto const& container = table.container();
   TableFindings found{table.unit().getSimulationUnitName(),
-                      std::string(familyName(table.container().dataType)),
-                      table.container().invalidValuesText,
+                      container.simulationUnitId.toString(),
+                      familyName(container.dataType),
+                      table.sharedContainer(),
+                      table.columns(),
+                      {},
                       {}};
-  appendInvalidItems(found.findings, table);
-  for (std::size_t i = 0; i < table.container().groups.size(); ++i)
-    appendExceededValues(found.findings, table, i);
+  appendInvalidItems(found.invalidItems, table);
+  for (std::size_t i = 0; i < container.groups.size(); ++i) appendValues(found.values, table, i);
   return found;
 }
 

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <utility>
 
+#include "Business_IncSimulationPrimitives/GlobalForcesDefinition.h"
+#include "Business_IncSimulationPrimitives/ToolForceBusinessName.h"
 #include "Business_TableProperties/TablePropertySettings.h"
 #include "result_tables/base/Family.h"
 #include "result_tables/results/UnitSelection.h"
@@ -15,8 +17,10 @@ namespace {
 using DataType = MaxValueGroupContainer::DataType;
 
 TableColumn genColumn(std::string const& key) {
+  static auto const totalToolForces =
+      ToolForceBusinessName::getTranslated(GlobalForcesDefinition::s_totalToolForces);
   TableColumn column;
-  column.key = key;
+  column.key = key == totalToolForces ? GlobalForcesDefinition::s_totalToolForces : key;
   column.displayName = TablePropertySettings::getDisplayName(key);
   column.shortDisplayName = TablePropertySettings::getShortDisplayName(key);
   column.tableDisplayName = TablePropertySettings::getTableDisplayName(key);
@@ -62,9 +66,14 @@ std::shared_ptr<MaxValueGroupContainer> genContainer(ResultsUnit const& unit, Fa
 
 }  // namespace
 
-ResultTable::ResultTable(SimulationUnit const& unit, std::shared_ptr<MaxValueGroupContainer const> container,
+ResultTable::ResultTable(std::string file, SimulationUnit const& unit,
+                         std::weak_ptr<SimulationResult> const& result,
+                         std::shared_ptr<MaxValueGroupContainer const> container,
                          TablePropertiesData const& limits)
-    : m_unit(&unit), m_container(std::move(container)) {
+    : m_file(std::move(file)),
+      m_unit(&unit),
+      m_container(std::move(container)),
+      m_origins(std::make_shared<SimUnitMaxValueOrigins const>(unit, result, m_container)) {
   for (auto const& group : m_container->groups) m_columns.push_back(genColumns(group, unit.getID(), limits));
 }
 
@@ -87,6 +96,16 @@ bool ResultTable::isExceeded(std::size_t group, std::size_t column, MaxValueItem
   return limit && std::abs(item.maxValues[column]) > limit->value && isValid(item);
 }
 
+std::vector<TableValue> ResultTable::genRow(std::size_t group, std::size_t subGroup, std::size_t item) const {
+  auto const& shown = m_container->groups[group].subGroups[subGroup].items[item];
+  auto const count = std::min(shown.maxValues.size(), m_columns[group].size());
+  std::vector<TableValue> row;
+  row.reserve(count);
+  for (std::size_t i = 0; i < count; ++i)
+    row.push_back({shown.maxValues[i], origin({group, subGroup, item, i}), isExceeded(group, i, shown)});
+  return row;
+}
+
 std::vector<ResultTable> genResultTables(ResultsFile const& file, TableSelection const& selection,
                                          TablePropertiesData const& limits) {
   std::vector<ResultTable> tables;
@@ -97,7 +116,7 @@ std::vector<ResultTable> genResultTables(ResultsFile const& file, TableSelection
       if (!isNamed && !selection.families.empty()) continue;
       auto container = genContainer(*unit, family, selection.teaching);
       if (isNamed || !container->groups.empty())
-        tables.emplace_back(*unit->unit, std::move(container), limits);
+        tables.emplace_back(file.givenName, *unit->unit, unit->result, std::move(container), limits);
     }
   }
   return tables;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Business_TableProperties/MaxValueGroupContainer.h"
+#include "Business_TableProperties/SimUnitMaxValueOrigins.h"
 #include "Business_TableProperties/TablePropertiesData.h"
 #include "result_tables/results/ResultsFile.h"
 
@@ -20,7 +21,7 @@ struct ColumnLimit {
 
 /// A column of a section with everything that a header can say. Texts that are not known are empty.
 struct TableColumn {
-  std::string key;
+  std::string key;  ///< the same in every language
   std::string displayName;
   std::string shortDisplayName;
   std::string tableDisplayName;
@@ -30,22 +31,43 @@ struct TableColumn {
   std::optional<ColumnLimit> limit;
 };
 
-/// The table of one family of one unit, joined from maximum values, headers and limits. Knows nothing of how
-/// it is shown. Refers to the unit, which must outlive it.
+/// A value of a table with what is known about it.
+struct TableValue {
+  double value;
+  MaxValueOrigin origin;
+  bool isExceeded;
+
+  /// Whether there is anything that the value was chosen from.
+  [[nodiscard]] bool hasData() const { return origin.count > 0 || origin.nanCount > 0; }
+  /// Whether that holds no number at all.
+  [[nodiscard]] bool isNaN() const { return origin.count == 0 && origin.nanCount > 0; }
+};
+
+/// The table of one family of one unit, joined from maximum values, where they come from, headers and limits.
+/// Knows nothing of how it is shown. Refers to the unit, which must outlive it.
 class ResultTable {
  public:
-  /// Reads the limits that stand in `limits` now; later changes do not reach the table.
-  ResultTable(SimulationUnit const& unit, std::shared_ptr<MaxValueGroupContainer const> container,
-              TablePropertiesData const& limits);
+  using Place = SimUnitMaxValueOrigins::Place;
 
+  /// `file` is the results file as it was given. Reads the limits that stand in `limits` now; later changes
+  /// do not reach the table.
+  ResultTable(std::string file, SimulationUnit const& unit, std::weak_ptr<SimulationResult> const& result,
+              std::shared_ptr<MaxValueGroupContainer const> container, TablePropertiesData const& limits);
+
+  [[nodiscard]] std::string const& file() const { return m_file; }
   [[nodiscard]] SimulationUnit const& unit() const { return *m_unit; }
   [[nodiscard]] MaxValueGroupContainer const& container() const { return *m_container; }
+  [[nodiscard]] std::shared_ptr<MaxValueGroupContainer const> const& sharedContainer() const {
+    return m_container;
+  }
 
   /// The container's title, or where that is empty, as it is without elements, the family's.
   [[nodiscard]] std::string title() const;
 
   /// The columns of `container().groups[group]`, one per entry of its `valueNames`.
   [[nodiscard]] std::vector<TableColumn> const& columns(std::size_t group) const { return m_columns[group]; }
+  /// Of all sections.
+  [[nodiscard]] std::vector<std::vector<TableColumn>> const& columns() const { return m_columns; }
 
   /// Whether the item's values can be trusted: all but those that the container says no to.
   [[nodiscard]] bool isValid(MaxValueItem const& item) const;
@@ -57,9 +79,22 @@ class ResultTable {
   /// column's limit.
   [[nodiscard]] bool isExceeded(std::size_t group, std::size_t column, MaxValueItem const& item) const;
 
+  /// Where a value comes from. Passes over its series with each call.
+  [[nodiscard]] MaxValueOrigin origin(Place const& place) const { return m_origins->getOrigin(place); }
+
+  /// The series that a value comes from.
+  [[nodiscard]] MaxValueSeries genSeries(Place const& place) const { return m_origins->genGetSeries(place); }
+
+  /// The values of `container().groups[group].subGroups[subGroup].items[item]` that have a column. Passes
+  /// over their series with each call.
+  [[nodiscard]] std::vector<TableValue> genRow(std::size_t group, std::size_t subGroup,
+                                               std::size_t item) const;
+
  private:
+  std::string m_file;
   SimulationUnit const* m_unit;
   std::shared_ptr<MaxValueGroupContainer const> m_container;
+  std::shared_ptr<SimUnitMaxValueOrigins const> m_origins;
   std::vector<std::vector<TableColumn>> m_columns;  ///< per group
 };
 
