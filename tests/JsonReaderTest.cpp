@@ -288,6 +288,8 @@ BadText const s_badTexts[] = {
     {"[{\"string\": \"\\u00G0\"}]",
      "line 1, column 14: expected four hexadecimal digits after \\u, found \"\\u00\""},
     {"[{\"string\": \"\\ud83d\"}]", "line 1, column 14: expected a surrogate pair, found \"\\ud83d\""},
+    {"[{\"string\": \"\\\\udc00 \\udC00\"}]",
+     "line 1, column 22: expected a surrogate pair, found \"\\udC00\""},
     {"[{\"string\": \"\\uD83D\\u0041\"}]", "line 1, column 14: expected a surrogate pair, found \"\\uD83D\""},
     {"[{\"string\": \"\\ud83d\\ude00 \\udE00\"}]",
      "line 1, column 27: expected a surrogate pair, found \"\\udE00\""},
