@@ -1,3 +1,4 @@
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -121,13 +122,14 @@ TEST_F(CheckCommand, IsTheSameToTheByteForEveryNumberOfJobs) {
                                                               std::to_string(i) + "]}"));
     files += ' ' + name;
   }
-  for (std::string const format : {"text", "json", "junit"}) {
-    auto const one = run("$P check --jobs 1 --format " + format + files + " 2>&1");
+  for (auto const* const format : {"text", "json", "junit"}) {
+    auto const check = [&](std::string const& jobs) {
+      return run(fmt::format("$P check {} --format {} {} 2>&1", jobs, format, files));
+    };
+    auto const one = check("--jobs 1");
     EXPECT_EQ(one.exitCode, 2);
-    for (auto const* const jobs : {"2", "8", "100"})
-      EXPECT_EQ(run("$P check --jobs " + std::string(jobs) + " --format " + format + files + " 2>&1").out,
-                one.out);
-    EXPECT_EQ(run("$P check --format " + format + files + " 2>&1").out, one.out);
+    for (auto const* const jobs : {"--jobs 2", "--jobs 8", "--jobs 100", ""})
+      EXPECT_EQ(check(jobs).out, one.out);
   }
 }
 

@@ -26,7 +26,7 @@ class Terminal {
   }
 
   /// What has been shown on it since the last call; waits for something.
-  std::string read() const {
+  [[nodiscard]] std::string read() const {
     std::array<char, 4096> buffer{};
     auto const count = ::read(m_master, buffer.data(), buffer.size());
     return {buffer.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0))};

@@ -43,7 +43,7 @@ class StepValues {
   /// Calls `visit(value, companion)` with every pair, first to last. Returns false, and calls nothing, for plain
   /// values.
   template <typename Visitor>
-  bool forEachPair(Visitor&& visit) const {
+  [[nodiscard]] bool forEachPair(Visitor&& visit) const {
     auto const* const pairs = std::get_if<std::shared_ptr<std::vector<Pair> const>>(&m_stored);
     if (pairs == nullptr) return false;
     for (auto const& [value, companion] : **pairs) visit(value, companion);
