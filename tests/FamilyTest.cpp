@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "Business_IncSimulationPrimitives/ToolForceBusinessName.h"
 #include "result_tables/results/Sample.h"
 #include "result_tables/tables/ResultTable.h"
 
@@ -37,6 +38,12 @@ TEST(Families, AreGroupedWhereTheyAreOfFormingTools) {
   for (auto const& family : s_families)
     EXPECT_EQ(family.asking == FamilyAsking::grouped, family.toolKind == ToolForceDataType::tool)
         << family.name;
+}
+
+TEST(ColumnKey, IsTheSameInEveryLanguage) {
+  EXPECT_EQ(columnKey("ClampNormalForce"), "ClampNormalForce");
+  EXPECT_EQ(columnKey(ToolForceBusinessName::getTranslated("TotalToolForces")), "TotalToolForces");
+  EXPECT_EQ(columnKey(""), "");
 }
 
 TEST(Families, HaveTheTitlesOfTheirTables) {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "Business_IncSimulationPrimitives/GlobalForcesDefinition.h"
+#include "Business_IncSimulationPrimitives/ToolForceBusinessName.h"
 #include "VantaService_Translator/Translator.h"
 
 namespace Kestrel::ResultTables {
@@ -22,6 +24,11 @@ std::vector<std::string> groupedFamilyNames() {
 
 std::string familyTitle(MaxValueGroupContainer::DataType dataType) {
   return Translator::translate("SimUnitMaxValuesProvider", familyOf(dataType).title, nullptr, -1);
+}
+
+std::string columnKey(std::string const& valueName) {
+  auto const& totalForce = GlobalForcesDefinition::s_totalToolForces;
+  return valueName == ToolForceBusinessName::getTranslated(totalForce) ? totalForce : valueName;
 }
 
 }  // namespace Kestrel::ResultTables

@@ -89,4 +89,8 @@ inline constexpr auto s_families = [] {
 /// The title of a family's table in the language of the environment.
 [[nodiscard]] std::string familyTitle(MaxValueGroupContainer::DataType dataType);
 
+/// The key of a column that the library calls `valueName`, the same in every language: `valueName` itself,
+/// but for the total tool force, which the library calls by its name in the user's language.
+[[nodiscard]] std::string columnKey(std::string const& valueName);
+
 }  // namespace Kestrel::ResultTables

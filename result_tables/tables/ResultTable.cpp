@@ -8,13 +8,12 @@
 #include "Business_IncSimulationPrimitives/ToolForceBusinessName.h"
 #include "Business_TableProperties/TablePropertySettings.h"
 #include "result_tables/base/Family.h"
+#include "result_tables/results/FamilyTable.h"
 #include "result_tables/results/UnitSelection.h"
 
 namespace Kestrel::ResultTables {
 
 namespace {
-
-using DataType = MaxValueGroupContainer::DataType;
 
 TableColumn genColumn(std::string const& key) {
   static auto const totalToolForces =
@@ -43,25 +42,6 @@ std::vector<TableColumn> genColumns(MaxValueGroup const& group, SimulationUnitId
     if (limit) column.limit = ColumnLimit{limit->getLimit(), limit->getUnitString()};
   }
   return columns;
-}
-
-SimUnitMaxValuesProvider::ToolGrouping groupingOf(ResultsUnit const& unit, DataType dataType) {
-  auto const grouping = unit.toolGroupings.find(dataType);
-  return grouping == unit.toolGroupings.end() ? SimUnitMaxValuesProvider::ToolGrouping() : grouping->second;
-}
-
-std::shared_ptr<MaxValueGroupContainer> genContainer(ResultsUnit const& unit, Family const& family,
-                                                     bool teaching) {
-  SimUnitMaxValuesProvider const provider(*unit.unit, unit.result);
-  switch (family.asking) {
-    case FamilyAsking::plain:
-      break;
-    case FamilyAsking::clamps:
-      return provider.genGetClampMaxValuesCollection(family.dataType, teaching);
-    case FamilyAsking::grouped:
-      return provider.genGetToolMaxValuesCollection(groupingOf(unit, family.dataType), family.dataType);
-  }
-  return provider.genGetMaxValuesCollection(family.dataType);
 }
 
 }  // namespace
@@ -114,7 +94,7 @@ std::vector<ResultTable> genResultTables(ResultsFile const& file, TableSelection
       bool const isNamed = std::find(selection.families.begin(), selection.families.end(), family.dataType) !=
                            selection.families.end();
       if (!isNamed && !selection.families.empty()) continue;
-      auto container = genContainer(*unit, family, selection.teaching);
+      auto container = genFamilyTable(*unit, family, selection.teaching);
       if (isNamed || !container->groups.empty())
         tables.emplace_back(file.givenName, *unit->unit, unit->result, std::move(container), limits);
     }
