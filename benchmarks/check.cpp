@@ -63,7 +63,8 @@ void measure(benchmark::State& state, Count count) {
   for ([[maybe_unused]] auto const iteration : state) {
     auto const file = readResultsFile(path);
     exceeded = 0;
-    for (auto const& table : genResultTables(file, {}, *genDefaultLimits(file))) exceeded += count(table);
+    for (auto const& table : genResultTables(file, {}, {.collection = genDefaultLimits(file)}))
+      exceeded += count(table);
   }
   state.counters["exceeded"] = static_cast<double>(exceeded);
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(std::filesystem::file_size(path)));

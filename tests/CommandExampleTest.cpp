@@ -57,7 +57,7 @@ struct ReportOptions {
 ExitCode report(ReportOptions const& options) {
   auto const file = readResultsFile(options.results);
   auto const limits = limitsFor(options.results, options.limits, file);
-  write(options.output, genResultTables(file, options.selection, *limits));
+  write(options.output, genResultTables(file, options.selection, limits));
   return ExitCode::nothingFound;
 }
 

@@ -50,9 +50,11 @@ TEST_F(CommandLine, SaysWhichCommandWasMeant) {
             "expected one of the commands show, check, demo, limits, import, found \"tables\" (--help says "
             "more)");
   EXPECT_EQ(messageOf("limits"),
-            "expected one of the commands list, set, reset, sync, dump, found nothing (--help says more)");
+            "expected one of the commands list, set, reset, sync, export, import, dump, found nothing "
+            "(--help says more)");
   EXPECT_EQ(messageOf("limits lsit r.json"),
-            "expected one of the commands list, set, reset, sync, dump, found \"lsit\"; did you mean "
+            "expected one of the commands list, set, reset, sync, export, import, dump, found \"lsit\"; did "
+            "you mean "
             "\"list\"? (--help says more)");
   EXPECT_EQ(messageOf("import cvs"),
             "expected one of the commands calculix, csv, found \"cvs\"; did you mean \"csv\"? (--help says "
@@ -124,10 +126,21 @@ TEST_F(CommandLine, SpeaksTheLanguageOfTheEnvironment) {
 
 // ---- help
 
-constexpr char const* s_commands[] = {
-    "",           "show",         "check",       "demo",        "limits", "limits list",
-    "limits set", "limits reset", "limits sync", "limits dump", "import", "import calculix",
-    "import csv"};
+constexpr char const* s_commands[] = {"",
+                                      "show",
+                                      "check",
+                                      "demo",
+                                      "limits",
+                                      "limits list",
+                                      "limits set",
+                                      "limits reset",
+                                      "limits sync",
+                                      "limits export",
+                                      "limits import",
+                                      "limits dump",
+                                      "import",
+                                      "import calculix",
+                                      "import csv"};
 
 std::size_t widestLine(std::string const& text) {
   std::size_t widest = 0;
@@ -187,9 +200,8 @@ TEST_F(CommandLine, GivesHelpAlsoBesideWhatIsWrong) {
 }
 
 TEST_F(CommandLine, SaysWhatMustBeGivenInItsUsage) {
-  EXPECT_THAT(
-      run("$P limits set --help").out,
-      HasSubstr("\nUsage: result-tables limits set RESULTS --unit U... --type T --value V [OPTIONS]\n"));
+  EXPECT_THAT(run("$P limits set --help").out,
+              HasSubstr("\nUsage: result-tables limits set RESULTS --type T --value V [OPTIONS]\n"));
   EXPECT_THAT(run("$P check --help").out, HasSubstr("\nUsage: result-tables check RESULTS... [OPTIONS]\n"));
   EXPECT_THAT(run("$P --help").out, HasSubstr("\nUsage: result-tables COMMAND [OPTIONS]\n"));
 }

@@ -17,7 +17,7 @@ constexpr char const* s_header =
 
 class CsvTables : public testing::Test {
  protected:
-  CsvTables() { m_limits.updateLimits({m_unit.getID()}); }
+  CsvTables() { m_limits.collection->updateLimits({m_unit.getID()}); }
 
   std::string render(MaxValueGroup const& group) {
     m_container->groups = {group};
@@ -28,7 +28,7 @@ class CsvTables : public testing::Test {
       SimulationUnitId(*GUIdentifier::fromString("0b6f6d3e-6c1e-4a57-9b52-0f6f2f1b6a01")), "OP20, \"left\""};
   std::shared_ptr<MaxValueGroupContainer> m_container =
       std::make_shared<MaxValueGroupContainer>(DataType::Bolts, m_unit.getID());
-  TablePropertiesData m_limits;
+  ResultLimits m_limits;
 };
 
 TEST_F(CsvTables, HaveOneRecordPerValue) {

@@ -6,7 +6,9 @@
 #include <map>
 #include <string_view>
 
+#include "Business_TableProperties/TablePropertiesData.h"
 #include "result_tables/base/Family.h"
+#include "result_tables/base/File.h"
 
 namespace Kestrel::ResultTables {
 namespace {
@@ -64,6 +66,24 @@ TEST(FamilyColumns, AreThoseOfTheTableOfEachFamily) {
   ASSERT_EQ(s_columns.size(), s_families.size());
   for (auto const& family : s_families)
     EXPECT_EQ(columnsOf(family.dataType), s_columns.at(family.name)) << family.name;
+}
+
+/// The columns of a family that units have no kind of limit for by default, as a row of the page.
+std::string genRow(Family const& family) {
+  TablePropertiesData defaults;
+  defaults.updateLimits({SimulationUnitId()});
+  std::string keys;
+  for (auto const& column : familyColumns(family.dataType)) {
+    if (defaults.getLimit(SimulationUnitId(), column.limitType)) continue;
+    keys += (keys.empty() ? "`" : ", `") + column.key + '`';
+  }
+  return keys.empty() ? "" : "| `" + std::string(family.name) + "` | " + keys + " |\n";
+}
+
+TEST(FamilyColumns, AreDocumentedWhereTextsCanLimitThem) {
+  std::string table = "| family | columns |\n|---|---|\n";
+  for (auto const& family : s_families) table += genRow(family);
+  EXPECT_THAT(readFile(KESTREL_SOURCE_DIR "/docs/limits-text.md"), testing::HasSubstr(table + '\n'));
 }
 
 }  // namespace

@@ -49,7 +49,7 @@ TEST(ColumnKey, IsTheSameInEveryLanguage) {
 TEST(Families, HaveTheTitlesOfTheirTables) {
   auto const sample = readSample();
   std::vector<std::string> titles;
-  for (auto const& table : genResultTables(sample, {}, TablePropertiesData())) {
+  for (auto const& table : genResultTables(sample, {}, ResultLimits())) {
     EXPECT_EQ(familyTitle(table.container().dataType), table.container().title);
     titles.push_back(table.title());
   }

@@ -61,7 +61,7 @@ TEST_F(FindingsTest, CountTheValuesOfValidItemsThatWereCompared) {
 }
 
 TEST_F(FindingsTest, AreNothingWithoutLimits) {
-  m_limits.updateLimits({});
+  m_limits.collection->updateLimits({});
   m_container->valuesAreValid.clear();
   auto const found = findings();
   EXPECT_FALSE(found.hasFindings());

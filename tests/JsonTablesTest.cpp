@@ -34,7 +34,7 @@ TEST(JsonTables, HoldEverythingThatIsKnownAboutATable) {
   group.subGroups.push_back({"A", {{"Spot 1", {-7.25}}, {"Spot 2", {1e300}}}});
   container->groups.push_back(group);
 
-  EXPECT_EQ(renderJson({genTable(unit, container, TablePropertiesData())}), R"json({
+  EXPECT_EQ(renderJson({genTable(unit, container, ResultLimits())}), R"json({
   "tables": [
     {
       "file": "r.json",
@@ -124,14 +124,14 @@ TEST(JsonTables, WriteNumbersInTheirShortestFormAndNonFiniteOnesByName) {
       {"",
        {{"C1", {0.1, 500.0, 5e-324, infinity, -infinity, std::numeric_limits<double>::quiet_NaN(), -0.0}}}});
   container->groups.push_back(group);
-  EXPECT_THAT(renderJson({genTable(unit, container, TablePropertiesData())}),
+  EXPECT_THAT(renderJson({genTable(unit, container, ResultLimits())}),
               testing::HasSubstr(R"("maxValues": [0.1, 500, 5e-324, "Infinity", "-Infinity", null, -0])"));
 }
 
 TEST(JsonTables, AreValidUtf8WhateverTheNamesHold) {
   SimulationUnit const unit(SimulationUnitId(), "a\xFF\xC3z\n\"");
   auto const container = std::make_shared<MaxValueGroupContainer>(DataType::Clamps, unit.getID());
-  auto const tables = json::parse(renderJson({genTable(unit, container, TablePropertiesData())}));
+  auto const tables = json::parse(renderJson({genTable(unit, container, ResultLimits())}));
   EXPECT_EQ(tables.at("/tables/0/unit/name"_json_pointer), "a\uFFFD\uFFFDz\n\"");
 }
 
@@ -153,8 +153,8 @@ TEST(JsonTables, HaveTheLimitOfAColumn) {
   auto const container = std::make_shared<MaxValueGroupContainer>(DataType::Bolts, unit.getID());
   container->groups.push_back(
       {"Forces", false, true, {TablePropertyLimitType::BoltNormalForce}, {"ClampNormalForce"}, {}});
-  TablePropertiesData limits;
-  limits.updateLimits({unit.getID()});
+  ResultLimits limits;
+  limits.collection->updateLimits({unit.getID()});
   EXPECT_EQ(json::parse(renderJson({genTable(unit, container, limits)}))
                 .at("/tables/0/groups/0/columns/0/limit"_json_pointer),
             json::parse(R"({"value": 30, "unit": "N"})"));

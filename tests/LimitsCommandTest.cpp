@@ -283,7 +283,7 @@ TEST_F(LimitsCommand, SetsTheLimitThatApplies) {
 }
 
 TEST_F(LimitsCommand, RefusesASetWithoutUnitKindOrValue) {
-  expectFailure("$P limits set r.json --type 23 --value 5", "--unit is required (--help says more)");
+  expectFailure("$P limits set r.json --type 23 --value 5", "--unit or --all is required (--help says more)");
   expectFailure("$P limits set r.json --unit OP10 --value 5", "--type is required (--help says more)");
   expectFailure("$P limits set r.json --unit OP10 --type 23", "--value is required (--help says more)");
   expectFailure(
@@ -386,7 +386,7 @@ TEST_F(LimitsCommand, ReadsTheDocumentOfEachCheckedFile) {
             "values beyond their limits: 1, values with NaN: 0, invalid elements: 0, values compared: 2, "
             "without data: 0\n");
   EXPECT_THAT(result.err, testing::MatchesRegex("result-tables: bad\\.json\\.limits: byte [0-9]+: .+\n"));
-  expectFailure("$P check r.json other.json --limits my.limits",
+  expectFailure("$P check r.json other.json --limits other.json.limits",
                 "--limits: expected one results file, as each has its own limits, found 2");
 }
 
@@ -577,7 +577,7 @@ TEST_F(LimitsCommand, LosesNoValueToOtherWriters) {
   expectSilence(script + "wait");
   EXPECT_THAT(m_folder.names(), ElementsAre("r.json", "r.json.limits", "r.json.limits.lock"));
   auto const file = readResultsFile(m_folder.path() / "r.json");
-  auto const limits = readLimits(m_folder.path() / "r.json.limits", file);
+  auto const limits = readLimits(m_folder.path() / "r.json.limits", file).collection;
   for (int value = 0; value < writers * valuesOfAWriter; ++value) {
     auto const& unit = *file.units[static_cast<std::size_t>(value / 16)].unit;
     EXPECT_EQ(limits->getLimit(unit.getID(), TablePropertyLimitType(kinds[value % 16]))->getLimit(),

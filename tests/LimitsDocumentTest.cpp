@@ -44,7 +44,7 @@ class LimitsDocument : public testing::Test {
   }
 
   [[nodiscard]] double valueIn(fs::path const& document) const {
-    return readLimitsIfExist(document, m_file)->getLimit(firstUnit(), s_bolt)->getLimit();
+    return readLimitsIfExist(document, m_file).collection->getLimit(firstUnit(), s_bolt)->getLimit();
   }
 
   /// The error of an edit, empty when there is none.
@@ -108,7 +108,7 @@ TEST_F(LimitsDocument, IsBroughtInStepWithTheUnitsOfTheFile) {
     {"id": "7d0e0d5c-70f2-4b2f-9a0b-6d7b5f0f9c11", "name": "new"},
     {"id": "0b6f6d3e-6c1e-4a57-9b52-0f6f2f1b6a02", "name": "renamed"}]})");
   auto const before = m_folder.read("limits");
-  auto const limits = readLimits(m_document, other);
+  auto const limits = readLimits(m_document, other).collection;
   EXPECT_EQ(limits->getChildCount(), 32U);
   EXPECT_EQ(limits->getLimit(firstUnit(), s_bolt)->getLimit(), 45.5);
   EXPECT_EQ(limits->getLimit(other.units[0].unit->getID(), s_bolt)->getLimit(), 30.0);
@@ -118,12 +118,27 @@ TEST_F(LimitsDocument, IsBroughtInStepWithTheUnitsOfTheFile) {
 TEST_F(LimitsDocument, StaysUntouchedWhenItIsDamaged) {
   auto const whole = edited("", 45.5);
   for (auto const& damaged :
-       {std::string(), whole.substr(0, whole.size() / 2), whole + "x", std::string("{}")}) {
+       {std::string(), whole.substr(0, whole.size() / 2), whole + "x", std::string("[]")}) {
     m_folder.write("limits", damaged);
     EXPECT_THAT(errorOfReading(m_document), StartsWith(m_document.string() + ": byte "));
     EXPECT_EQ(errorOfEditing(m_document), errorOfReading(m_document));
     EXPECT_EQ(m_folder.read("limits"), damaged);
   }
+}
+
+TEST_F(LimitsDocument, MayBeATextForThoseWhoOnlyRead) {
+  std::string const text =
+      R"({"format": "limits", "version": 1, "all": {"limits": {"BoltNormalForce": 45.5}}})";
+  m_folder.write("limits", text);
+  EXPECT_EQ(valueIn(m_document), 45.5);
+  EXPECT_EQ(readLimits(m_document, m_file).collection->getLimit(firstUnit(), s_bolt)->getLimit(), 45.5);
+  EXPECT_EQ(errorOfEditing(m_document),
+            m_document.string() +
+                ": expected a limits document, found a text of limits, which limits import reads");
+  EXPECT_EQ(m_folder.read("limits"), text);
+  m_folder.write("limits", "\n{}");
+  EXPECT_EQ(errorOfReading(m_document),
+            m_document.string() + ": document: expected a member \"format\", found none");
 }
 
 TEST_F(LimitsDocument, IsAnErrorWhenItExistsAndCannotBeRead) {

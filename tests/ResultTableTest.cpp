@@ -26,7 +26,7 @@ class ResultTableTest : public testing::Test {
                                    {TablePropertyLimitType::BoltNormalForce, TablePropertyLimitType::NoLimit},
                                    {"ClampNormalForce", "ClampClosingForce"},
                                    {}});
-    m_limits.updateLimits({m_unit.getID()});
+    m_limits.collection->updateLimits({m_unit.getID()});
   }
 
   ResultTable table() const { return genTable(m_unit, m_container, m_limits); }
@@ -35,7 +35,7 @@ class ResultTableTest : public testing::Test {
       SimulationUnitId(*GUIdentifier::fromString("0b6f6d3e-6c1e-4a57-9b52-0f6f2f1b6a01")), "OP20"};
   std::shared_ptr<MaxValueGroupContainer> m_container =
       std::make_shared<MaxValueGroupContainer>(DataType::Bolts, m_unit.getID());
-  TablePropertiesData m_limits;
+  ResultLimits m_limits;
 };
 
 TEST_F(ResultTableTest, HeadsItsColumnsFromTheCatalogue) {
@@ -58,11 +58,36 @@ TEST_F(ResultTableTest, HasTheLimitOfTheUnitAndTheColumnsType) {
 }
 
 TEST_F(ResultTableTest, HasNoLimitForAUnitOrATypeThatHasNone) {
-  m_limits.updateLimits({});
+  m_limits.collection->updateLimits({});
   EXPECT_FALSE(table().columns(0)[0].limit.has_value());
-  m_limits.updateLimits({m_unit.getID()});
+  m_limits.collection->updateLimits({m_unit.getID()});
   m_container->groups[0].limitTypes[0] = TablePropertyLimitType::ClampClosingForce;
   EXPECT_FALSE(table().columns(0)[0].limit.has_value());
+}
+
+TEST_F(ResultTableTest, HasTheLimitOfAColumnThatTheCollectionHasNoneFor) {
+  m_limits.columns[m_unit.getID()] = {{{DataType::Bolts, "ClampNormalForce"}, 1.5},
+                                      {{DataType::Bolts, "ClampClosingForce"}, 2.5},
+                                      {{DataType::Clamps, "ClampClosingForce"}, 3.5}};
+  m_limits.columns[SimulationUnitId()] = {{{DataType::Bolts, "ClampClosingForce"}, 4.5}};
+  auto const columns = table().columns(0);
+  EXPECT_EQ(columns[0].limit->value, 30.0) << "the collection has one";
+  ASSERT_TRUE(columns[1].limit.has_value());
+  EXPECT_EQ(columns[1].limit->value, 2.5);
+  EXPECT_EQ(columns[1].limit->unit, "N");
+  EXPECT_EQ(columns[1].limitType, TablePropertyLimitType::NoLimit);
+  EXPECT_FALSE(table().isExceeded(0, 1, {"B1", {0.0, -2.5}}));
+  EXPECT_TRUE(table().isExceeded(0, 1, {"B1", {0.0, -2.75}}));
+}
+
+TEST_F(ResultTableTest, HasTheLimitOfAColumnWhoseKindTheUnitHasNoLimitOf) {
+  m_container->groups[0].limitTypes = {TablePropertyLimitType::NoLimit,
+                                       TablePropertyLimitType::ClampClosingForce};
+  m_limits.columns[m_unit.getID()] = {{{DataType::Bolts, "ClampClosingForce"}, 2.5}};
+  auto const column = table().columns(0)[1];
+  ASSERT_TRUE(column.limit.has_value());
+  EXPECT_EQ(column.limit->value, 2.5);
+  EXPECT_EQ(column.limitType, TablePropertyLimitType::ClampClosingForce);
 }
 
 TEST_F(ResultTableTest, PassesOverLimitTypesWithoutAColumn) {
@@ -102,7 +127,7 @@ constexpr char const* s_results = R"({"format": "simulation-results", "version":
 
 TEST(GenResultTables, UsesTheGroupingsOfTheUnitAndAnEmptyOneWhereItHasNone) {
   auto const file = readResults("r.json", s_results);
-  TablePropertiesData const limits;
+  ResultLimits const limits;
   auto const tables = genResultTables(file, {{}, {DataType::Rollers, DataType::Steels}, false}, limits);
   ASSERT_EQ(tables.size(), 2U);
   auto const& rollers = tables[0].container().groups[0].subGroups;
@@ -114,7 +139,7 @@ TEST(GenResultTables, UsesTheGroupingsOfTheUnitAndAnEmptyOneWhereItHasNone) {
 
 TEST(GenResultTables, LeavesOutFamiliesWithoutSectionsUnlessTheyAreNamed) {
   auto const file = readResults("r.json", s_results);
-  TablePropertiesData const limits;
+  ResultLimits const limits;
   std::vector<DataType> families;
   for (auto const& table : genResultTables(file, {}, limits)) families.push_back(table.container().dataType);
   EXPECT_THAT(families, ElementsAre(DataType::ClampingTools, DataType::Bolts, DataType::Rollers,
@@ -124,7 +149,7 @@ TEST(GenResultTables, LeavesOutFamiliesWithoutSectionsUnlessTheyAreNamed) {
 
 TEST(GenResultTables, RefusesAUnitThatTheFileLacks) {
   auto const file = readResults("r.json", s_results);
-  EXPECT_THROW(static_cast<void>(genResultTables(file, {{"OP99"}, {}, false}, TablePropertiesData())), Error);
+  EXPECT_THROW(static_cast<void>(genResultTables(file, {{"OP99"}, {}, false}, ResultLimits())), Error);
 }
 
 }  // namespace

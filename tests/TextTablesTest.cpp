@@ -22,7 +22,7 @@ class TextTables : public testing::Test {
   /// The text of one table with one section.
   std::string render(MaxValueGroup const& group, TextStyle const& style = {}) {
     m_container->groups = {group};
-    return renderText({genTable(m_unit, m_container, TablePropertiesData())}, style);
+    return renderText({genTable(m_unit, m_container, ResultLimits())}, style);
   }
 
   SimulationUnit const m_unit{SimulationUnitId(), "OP20"};
@@ -193,14 +193,14 @@ TEST_F(TextTables, MarkTheTitleOnATerminal) {
 }
 
 TEST_F(TextTables, SayWhereThereIsNothing) {
-  EXPECT_EQ(renderText({genTable(m_unit, m_container, TablePropertiesData())}, {.colour = false}),
+  EXPECT_EQ(renderText({genTable(m_unit, m_container, ResultLimits())}, {.colour = false}),
             "OP20: Clamps\n  no elements\n");
   EXPECT_EQ(render({"Forces", false, true, {}, {"K1"}, {}}), "OP20: Clamps\n\n  Forces\n    no elements\n");
 }
 
 TEST_F(TextTables, MarkValuesBeyondTheirLimitWithASignAndInRed) {
-  TablePropertiesData limits;
-  limits.updateLimits({m_unit.getID()});
+  ResultLimits limits;
+  limits.collection->updateLimits({m_unit.getID()});
   m_container->groups = {
       {"Forces", false, true, {TablePropertyLimitType::BoltNormalForce}, {"ClampNormalForce"}, {}}};
   m_container->groups[0].subGroups.push_back({"", {{"B1", {-30.25}}, {"B2", {30}}}});

@@ -20,12 +20,13 @@ struct CheckOptions {
   Output<Findings> output;
 };
 
-FileFindings checkFile(std::string const& results, CheckOptions const& options) {
+FileFindings checkFile(std::string const& results, CheckOptions const& options,
+                       NamedLimits const& namedLimits) {
   FileFindings found{results, {}, std::nullopt};
   try {
     auto const file = readResultsFile(results);
-    auto const limits = limitsFor(results, options.limits, file);
-    for (auto const& table : genResultTables(file, options.selection, *limits))
+    auto const limits = namedLimits.of(results, file);
+    for (auto const& table : genResultTables(file, options.selection, limits))
       found.tables.push_back(genFindings(table));
   } catch (std::exception const& error) {
     found.error = error.what();
@@ -33,10 +34,10 @@ FileFindings checkFile(std::string const& results, CheckOptions const& options) 
   return found;
 }
 
-void checkFiles(Findings& files, CheckOptions const& options) {
+void checkFiles(Findings& files, CheckOptions const& options, NamedLimits const& limits) {
   Progress progress(files.size());
   forEachInParallel(files.size(), options.jobs, [&](std::size_t i) {
-    files[i] = checkFile(options.results[i], options);
+    files[i] = checkFile(options.results[i], options, limits);
     progress.countOne();
   });
 }
@@ -51,9 +52,10 @@ ExitCode exitCodeOf(Findings const& files) {
 }
 
 ExitCode check(CheckOptions const& options) {
-  refuseOneDocumentForSeveral(options.limits, options.results);
+  NamedLimits const limits(options.limits);
+  limits.checkFor(options.results);
   Findings files(options.results.size());
-  checkFiles(files, options);
+  checkFiles(files, options, limits);
   for (auto const& file : files) {
     if (file.error) printMessage(*file.error);
   }

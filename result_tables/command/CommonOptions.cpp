@@ -9,6 +9,7 @@
 #include "result_tables/base/ToolKind.h"
 #include "result_tables/limits/Limits.h"
 #include "result_tables/limits/LimitsDocument.h"
+#include "result_tables/limits/LimitsText.h"
 
 namespace Kestrel::ResultTables {
 
@@ -60,7 +61,8 @@ void addSelection(Arguments& arguments, TableSelection& selection) {
 }
 
 void addLimits(Arguments& arguments, std::string& document) {
-  addLimits(arguments, document, tr("Limits document; RESULTS.limits when it is not named"));
+  addLimits(arguments, document,
+            tr("Limits document or text of limits; RESULTS.limits when it is not named"));
 }
 
 void addLimits(Arguments& arguments, std::string& document, std::string const& help) {
@@ -70,17 +72,29 @@ void addLimits(Arguments& arguments, std::string& document, std::string const& h
   });
 }
 
-std::shared_ptr<TablePropertiesData> limitsFor(std::string const& results, std::string const& document,
-                                               ResultsFile const& file) {
-  if (!document.empty()) return readLimits(document, file);
-  return results == s_standardStream ? genDefaultLimits(file)
-                                     : readLimitsIfExist(limitsDocumentOf(results), file);
+NamedLimits::NamedLimits(std::string const& document) : m_document(document) {
+  try {
+    if (!document.empty()) m_content = readFile(document);
+  } catch (Error const&) {
+    m_failure = std::current_exception();
+  }
 }
 
-void refuseOneDocumentForSeveral(std::string const& document, std::vector<std::string> const& results) {
-  if (document.empty() || results.size() == 1) return;
+void NamedLimits::checkFor(std::vector<std::string> const& results) const {
+  if (m_document.empty() || m_failure || results.size() < 2 || isLimitsText(m_content)) return;
   throw Error(
       tr("--limits: expected one results file, as each has its own limits, found {}", results.size()));
+}
+
+ResultLimits NamedLimits::of(std::string const& results, ResultsFile const& file) const {
+  if (m_failure) std::rethrow_exception(m_failure);
+  if (!m_document.empty()) return limitsIn(m_content, m_document, file);
+  if (results == s_standardStream) return {genDefaultLimits(file)};
+  return readLimitsIfExist(limitsDocumentOf(results), file);
+}
+
+ResultLimits limitsFor(std::string const& results, std::string const& document, ResultsFile const& file) {
+  return NamedLimits(document).of(results, file);
 }
 
 void addTables(Arguments& arguments, Output<Tables>& output) {

@@ -1,16 +1,17 @@
 #pragma once
 
+#include <exception>
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "Business_TableProperties/TablePropertiesData.h"
 #include "result_tables/base/File.h"
 #include "result_tables/base/Suggestion.h"
 #include "result_tables/base/Translate.h"
 #include "result_tables/command/Arguments.h"
+#include "result_tables/limits/ResultLimits.h"
 #include "result_tables/render/Formats.h"
 #include "result_tables/results/ResultsFile.h"
 #include "result_tables/tables/ResultTable.h"
@@ -30,23 +31,39 @@ void addUnits(Arguments& arguments, std::vector<std::string>& units,
 /// --unit, --family, --teaching
 void addSelection(Arguments& arguments, TableSelection& selection);
 
-/// --limits, where the document of RESULTS is meant when none is named
+/// --limits of a command that only reads, where the document of RESULTS is meant when none is named
 void addLimits(Arguments& arguments, std::string& document);
 /// The same with a meaning of its own.
 void addLimits(Arguments& arguments, std::string& document, std::string const& help);
 
-/// The limits that results are compared with: those of the document, which must exist when it is named. Not
-/// named, it is the one beside the results or, where there is none, the defaults.
-[[nodiscard]] std::shared_ptr<TablePropertiesData> limitsFor(std::string const& results,
-                                                             std::string const& document,
-                                                             ResultsFile const& file);
+/// The document or the text of limits that --limits names, read once for all results files of a command. Any
+/// thread.
+class NamedLimits {
+ public:
+  /// Reads it unless `document` is empty. What is wrong with it is an `Error` of each results file.
+  explicit NamedLimits(std::string const& document);
+
+  /// For a command that takes several results files: an `Error` when it is the document of one of them. A
+  /// text of limits is for all.
+  void checkFor(std::vector<std::string> const& results) const;
+
+  /// The limits that results are compared with. Where none are named they are those beside the results, or
+  /// the defaults where there are none.
+  [[nodiscard]] ResultLimits of(std::string const& results, ResultsFile const& file) const;
+
+ private:
+  std::string m_document;
+  std::string m_content;
+  std::exception_ptr m_failure;  ///< why there is no content; null where it could be read
+};
+
+/// The same for a command that takes one results file.
+[[nodiscard]] ResultLimits limitsFor(std::string const& results, std::string const& document,
+                                     ResultsFile const& file);
 
 /// A whole number from 1 to `greatest`; anything else is an `Error` that names the option.
 [[nodiscard]] std::size_t countFromText(std::string_view option, std::string const& text,
                                         std::size_t greatest);
-
-/// Each results file has its own limits: one document for several is an `Error`.
-void refuseOneDocumentForSeveral(std::string const& document, std::vector<std::string> const& results);
 
 /// --output
 void addOutputFile(Arguments& arguments, std::string& file);

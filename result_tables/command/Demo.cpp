@@ -17,8 +17,9 @@ struct DemoOptions {
 
 ExitCode demo(DemoOptions const& options) {
   auto const sample = readSample();
-  auto const limits = options.limits.empty() ? genDefaultLimits(sample) : readLimits(options.limits, sample);
-  write(options.output, genResultTables(sample, options.selection, *limits));
+  auto const limits =
+      options.limits.empty() ? ResultLimits{genDefaultLimits(sample)} : readLimits(options.limits, sample);
+  write(options.output, genResultTables(sample, options.selection, limits));
   return ExitCode::nothingFound;
 }
 
@@ -27,7 +28,8 @@ ExitCode demo(DemoOptions const& options) {
 Run declareDemo(Arguments& arguments) {
   auto const options = std::make_shared<DemoOptions>();
   addSelection(arguments, options->selection);
-  addLimits(arguments, options->limits, tr("Limits document; the default limits when it is not named"));
+  addLimits(arguments, options->limits,
+            tr("Limits document or text of limits; the default limits when it is not named"));
   addTables(arguments, options->output);
   return [options] { return demo(*options); };
 }

@@ -26,30 +26,32 @@ struct ShownFiles {
   std::vector<std::string> errors;  ///< of the other files
 };
 
-void readFile(ShownFiles& shown, std::string const& results, ShowOptions const& options) {
+void readFile(ShownFiles& shown, std::string const& results, ShowOptions const& options,
+              NamedLimits const& namedLimits) {
   try {
     auto file = readResultsFile(results);
-    auto const limits = limitsFor(results, options.limits, file);
-    std::ranges::move(genResultTables(file, options.selection, *limits), std::back_inserter(shown.tables));
+    auto const limits = namedLimits.of(results, file);
+    std::ranges::move(genResultTables(file, options.selection, limits), std::back_inserter(shown.tables));
     shown.files.push_back(std::move(file));
   } catch (std::exception const& error) {
     shown.errors.emplace_back(error.what());
   }
 }
 
-ShownFiles readFiles(ShowOptions const& options) {
+ShownFiles readFiles(ShowOptions const& options, NamedLimits const& limits) {
   Progress progress(options.results.size());
   ShownFiles shown;
   for (auto const& results : options.results) {
-    readFile(shown, results, options);
+    readFile(shown, results, options, limits);
     progress.countOne();
   }
   return shown;
 }
 
 ExitCode show(ShowOptions const& options) {
-  refuseOneDocumentForSeveral(options.limits, options.results);
-  auto const shown = readFiles(options);
+  NamedLimits const limits(options.limits);
+  limits.checkFor(options.results);
+  auto const shown = readFiles(options, limits);
   for (auto const& error : shown.errors) printMessage(error);
   if (!shown.files.empty()) write(options.output, shown.tables);
   return shown.errors.empty() ? ExitCode::nothingFound : ExitCode::failed;

@@ -21,15 +21,9 @@ std::shared_ptr<TablePropertyLimit const> limitAt(TablePropertiesData const& lim
 
 [[noreturn]] void refuseKind(TablePropertiesData const& limits, SimulationUnit const& unit,
                              TablePropertyLimitType type) {
-  std::vector<std::string_view> kinds;
-  for (std::size_t i = 0; i < limits.getChildCount(); ++i) {
-    auto const limit = limitAt(limits, i);
-    if (!limit || limit->getSimUnitID() != unit.getID()) continue;
-    auto const name = limitTypeName(limit->getType());
-    if (!name.empty()) kinds.push_back(name);
-  }
   throw Error(tr("--type: expected a kind of limit that the unit {} has (one of {}), found {}",
-                 quote(unit.getSimulationUnitName()), listOf(kinds), limitTypeName(type)));
+                 quote(unit.getSimulationUnitName()), listOf(limitKindsOf(limits, unit.getID())),
+                 limitTypeName(type)));
 }
 
 }  // namespace
@@ -45,6 +39,17 @@ std::shared_ptr<TablePropertiesData> genDefaultLimits(ResultsFile const& file) {
   auto limits = std::make_shared<TablePropertiesData>();
   limits->updateLimits(unitIdsOf(file));
   return limits;
+}
+
+std::vector<std::string_view> limitKindsOf(TablePropertiesData const& limits, SimulationUnitId const& unit) {
+  std::vector<std::string_view> kinds;
+  for (std::size_t i = 0; i < limits.getChildCount(); ++i) {
+    auto const limit = limitAt(limits, i);
+    if (!limit || limit->getSimUnitID() != unit) continue;
+    auto const name = limitTypeName(limit->getType());
+    if (!name.empty()) kinds.push_back(name);
+  }
+  return kinds;
 }
 
 void setLimits(TablePropertiesData const& limits, std::vector<ResultsUnit const*> const& units,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include "Business_TableProperties/TablePropertiesData.h"
@@ -13,6 +14,10 @@ namespace Kestrel::ResultTables {
 
 /// Limits in step with the units of the file, all at their defaults.
 [[nodiscard]] std::shared_ptr<TablePropertiesData> genDefaultLimits(ResultsFile const& file);
+
+/// The names of the kinds that the unit has limits of, in the order of the collection.
+[[nodiscard]] std::vector<std::string_view> limitKindsOf(TablePropertiesData const& limits,
+                                                         SimulationUnitId const& unit);
 
 /// Sets the limit of a kind in each of the units. An `Error` when one of them has none of that kind; then
 /// nothing is set.

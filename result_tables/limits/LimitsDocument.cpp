@@ -8,7 +8,9 @@
 #include "result_tables/base/Error.h"
 #include "result_tables/base/File.h"
 #include "result_tables/base/Text.h"
+#include "result_tables/base/Translate.h"
 #include "result_tables/limits/Limits.h"
+#include "result_tables/limits/LimitsText.h"
 
 namespace Kestrel::ResultTables {
 
@@ -16,9 +18,9 @@ std::filesystem::path limitsDocumentOf(std::string const& resultsFile) { return 
 
 namespace {
 
-std::shared_ptr<TablePropertiesData> limitsIn(std::string const& content,
-                                              std::filesystem::path const& document,
-                                              ResultsFile const& file) {
+std::shared_ptr<TablePropertiesData> limitsInArchive(std::string const& content,
+                                                     std::filesystem::path const& document,
+                                                     ResultsFile const& file) {
   try {
     auto limits = loadDocument<TablePropertiesData>(content);
     limits->updateLimits(unitIdsOf(file));
@@ -28,24 +30,38 @@ std::shared_ptr<TablePropertiesData> limitsIn(std::string const& content,
   }
 }
 
+/// What a change begins with.
+std::shared_ptr<TablePropertiesData> limitsToChange(std::filesystem::path const& document,
+                                                    ResultsFile const& file) {
+  auto const content = readFileIfExists(document);
+  if (!content) return genDefaultLimits(file);
+  if (!isLimitsText(*content)) return limitsInArchive(*content, document, file);
+  throw Error(tr("{}: expected a limits document, found a text of limits, which {} reads",
+                 toPrintable(document.native()), "limits import"));
+}
+
 }  // namespace
 
-std::shared_ptr<TablePropertiesData> readLimits(std::filesystem::path const& document,
-                                                ResultsFile const& file) {
+ResultLimits limitsIn(std::string const& content, std::filesystem::path const& document,
+                      ResultsFile const& file) {
+  if (isLimitsText(content)) return genLimits(readLimitsText(document.native(), content), file);
+  return {limitsInArchive(content, document, file)};
+}
+
+ResultLimits readLimits(std::filesystem::path const& document, ResultsFile const& file) {
   return limitsIn(readFile(document), document, file);
 }
 
-std::shared_ptr<TablePropertiesData> readLimitsIfExist(std::filesystem::path const& document,
-                                                       ResultsFile const& file) {
+ResultLimits readLimitsIfExist(std::filesystem::path const& document, ResultsFile const& file) {
   auto const content = readFileIfExists(document);
-  return content ? limitsIn(*content, document, file) : genDefaultLimits(file);
+  return content ? limitsIn(*content, document, file) : ResultLimits{genDefaultLimits(file)};
 }
 
 void editLimits(std::filesystem::path const& document, ResultsFile const& file,
                 std::function<void(TablePropertiesData&)> const& change) {
   auto const target = followLinks(document);
   FileLock const lock(target);
-  auto const limits = readLimitsIfExist(target, file);
+  auto const limits = limitsToChange(target, file);
   change(*limits);
   writeFile(target, genDocument(limits));
 }

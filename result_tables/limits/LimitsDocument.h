@@ -6,6 +6,7 @@
 #include <string>
 
 #include "Business_TableProperties/TablePropertiesData.h"
+#include "result_tables/limits/ResultLimits.h"
 #include "result_tables/results/ResultsFile.h"
 
 namespace Kestrel::ResultTables {
@@ -13,18 +14,21 @@ namespace Kestrel::ResultTables {
 /// Where the limits of a results file are kept when no other place is named: beside it, `.limits` appended.
 [[nodiscard]] std::filesystem::path limitsDocumentOf(std::string const& resultsFile);
 
-/// The limits of a document, in step with the units of the file. A document that cannot be read or is damaged
-/// is an `Error`. Takes no lock and writes nothing: it gets what a writer has finished last.
-[[nodiscard]] std::shared_ptr<TablePropertiesData> readLimits(std::filesystem::path const& document,
-                                                              ResultsFile const& file);
+/// The limits of a document or of a text of limits, in step with the units of the file. One that cannot be
+/// read or is damaged is an `Error`. Takes no lock and writes nothing: it gets what a writer has finished
+/// last.
+[[nodiscard]] ResultLimits readLimits(std::filesystem::path const& document, ResultsFile const& file);
 
-/// The same, and the defaults where there is no document.
-[[nodiscard]] std::shared_ptr<TablePropertiesData> readLimitsIfExist(std::filesystem::path const& document,
-                                                                     ResultsFile const& file);
+/// The same for a document whose content is in memory.
+[[nodiscard]] ResultLimits limitsIn(std::string const& content, std::filesystem::path const& document,
+                                    ResultsFile const& file);
 
-/// Changes the limits that `readLimitsIfExist` gives and writes them back, whole or not at all. Nobody else
-/// who comes this way changes the document in between, see `FileLock`. When `change` throws nothing is
-/// written.
+/// The limits of a document as `readLimits` gives them, and the defaults where there is none.
+[[nodiscard]] ResultLimits readLimitsIfExist(std::filesystem::path const& document, ResultsFile const& file);
+
+/// Changes the limits of a document, the defaults where there is none, and writes them back, whole or not at
+/// all. Nobody else who comes this way changes the document in between, see `FileLock`. When `change` throws
+/// nothing is written, and neither when a text of limits stands in the document's place, which is an `Error`.
 void editLimits(std::filesystem::path const& document, ResultsFile const& file,
                 std::function<void(TablePropertiesData&)> const& change);
 

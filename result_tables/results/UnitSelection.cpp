@@ -19,7 +19,13 @@ bool isNamedBy(SimulationUnit const& unit, std::string const& idOrName) {
          boost::algorithm::iequals(unit.getID().toString(), idOrName, std::locale::classic());
 }
 
-/// The names of the units in quotation marks, each once, as many as a person cares to read.
+[[noreturn]] void refuse(ResultsFile const& file, std::string const& wanted) {
+  throw Error(tr("{}: expected the id or the name of one of its units ({}), found {}", toPrintable(file.name),
+                 describeUnits(file), quote(wanted)));
+}
+
+}  // namespace
+
 std::string describeUnits(ResultsFile const& file) {
   constexpr std::size_t most = 20;
   std::vector<std::string> names;
@@ -34,13 +40,6 @@ std::string describeUnits(ResultsFile const& file) {
   }
   return names.empty() ? tr("none") : fmt::format("{}", fmt::join(names, ", "));
 }
-
-[[noreturn]] void refuse(ResultsFile const& file, std::string const& wanted) {
-  throw Error(tr("{}: expected the id or the name of one of its units ({}), found {}", toPrintable(file.name),
-                 describeUnits(file), quote(wanted)));
-}
-
-}  // namespace
 
 std::vector<ResultsUnit const*> selectUnits(ResultsFile const& file, std::vector<std::string> const& wanted) {
   std::vector<ResultsUnit const*> selected;

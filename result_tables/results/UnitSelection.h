@@ -12,4 +12,8 @@ namespace Kestrel::ResultTables {
 [[nodiscard]] std::vector<ResultsUnit const*> selectUnits(ResultsFile const& file,
                                                           std::vector<std::string> const& wanted);
 
+/// For a message: the names of the file's units in quotation marks, each once, as many as a person cares to
+/// read; "none" where there are no units.
+[[nodiscard]] std::string describeUnits(ResultsFile const& file);
+
 }  // namespace Kestrel::ResultTables

@@ -4,8 +4,6 @@
 #include <cmath>
 #include <utility>
 
-#include "Business_IncSimulationPrimitives/GlobalForcesDefinition.h"
-#include "Business_IncSimulationPrimitives/ToolForceBusinessName.h"
 #include "Business_TableProperties/TablePropertySettings.h"
 #include "result_tables/base/Family.h"
 #include "result_tables/results/FamilyTable.h"
@@ -16,10 +14,8 @@ namespace Kestrel::ResultTables {
 namespace {
 
 TableColumn genColumn(std::string const& key) {
-  static auto const totalToolForces =
-      ToolForceBusinessName::getTranslated(GlobalForcesDefinition::s_totalToolForces);
   TableColumn column;
-  column.key = key == totalToolForces ? GlobalForcesDefinition::s_totalToolForces : key;
+  column.key = columnKey(key);
   column.displayName = TablePropertySettings::getDisplayName(key);
   column.shortDisplayName = TablePropertySettings::getShortDisplayName(key);
   column.tableDisplayName = TablePropertySettings::getTableDisplayName(key);
@@ -28,8 +24,18 @@ TableColumn genColumn(std::string const& key) {
   return column;
 }
 
-std::vector<TableColumn> genColumns(MaxValueGroup const& group, SimulationUnitId const& unitId,
-                                    TablePropertiesData const& limits) {
+std::optional<ColumnLimit> limitOf(TableColumn const& column, MaxValueGroupContainer const& container,
+                                   ResultLimits const& limits) {
+  auto const& unit = container.simulationUnitId;
+  bool const hasKind = column.limitType != TablePropertyLimitType::NoLimit;
+  if (auto const limit = hasKind ? limits.collection->getLimit(unit, column.limitType) : nullptr)
+    return ColumnLimit{limit->getLimit(), limit->getUnitString()};
+  auto const value = limits.ofColumn(unit, {container.dataType, column.key});
+  return value ? std::optional(ColumnLimit{*value, column.unit}) : std::nullopt;
+}
+
+std::vector<TableColumn> genColumns(MaxValueGroup const& group, MaxValueGroupContainer const& container,
+                                    ResultLimits const& limits) {
   std::vector<TableColumn> columns;
   columns.reserve(group.valueNames.size());
   for (auto const& key : group.valueNames) {
@@ -37,9 +43,7 @@ std::vector<TableColumn> genColumns(MaxValueGroup const& group, SimulationUnitId
     // A section may have more limit types than columns; the surplus applies to none.
     auto const index = columns.size() - 1;
     if (index < group.limitTypes.size()) column.limitType = group.limitTypes[index];
-    if (column.limitType == TablePropertyLimitType::NoLimit) continue;
-    auto const limit = limits.getLimit(unitId, column.limitType);
-    if (limit) column.limit = ColumnLimit{limit->getLimit(), limit->getUnitString()};
+    column.limit = limitOf(column, container, limits);
   }
   return columns;
 }
@@ -48,13 +52,12 @@ std::vector<TableColumn> genColumns(MaxValueGroup const& group, SimulationUnitId
 
 ResultTable::ResultTable(std::string file, SimulationUnit const& unit,
                          std::weak_ptr<SimulationResult> const& result,
-                         std::shared_ptr<MaxValueGroupContainer const> container,
-                         TablePropertiesData const& limits)
+                         std::shared_ptr<MaxValueGroupContainer const> container, ResultLimits const& limits)
     : m_file(std::move(file)),
       m_unit(&unit),
       m_container(std::move(container)),
       m_origins(std::make_shared<SimUnitMaxValueOrigins const>(unit, result, m_container)) {
-  for (auto const& group : m_container->groups) m_columns.push_back(genColumns(group, unit.getID(), limits));
+  for (auto const& group : m_container->groups) m_columns.push_back(genColumns(group, *m_container, limits));
 }
 
 std::string ResultTable::title() const {
@@ -87,7 +90,7 @@ std::vector<TableValue> ResultTable::genRow(std::size_t group, std::size_t subGr
 }
 
 std::vector<ResultTable> genResultTables(ResultsFile const& file, TableSelection const& selection,
-                                         TablePropertiesData const& limits) {
+                                         ResultLimits const& limits) {
   std::vector<ResultTable> tables;
   for (auto const* unit : selectUnits(file, selection.units)) {
     for (auto const& family : s_families) {

@@ -8,7 +8,7 @@
 
 #include "Business_TableProperties/MaxValueGroupContainer.h"
 #include "Business_TableProperties/SimUnitMaxValueOrigins.h"
-#include "Business_TableProperties/TablePropertiesData.h"
+#include "result_tables/limits/ResultLimits.h"
 #include "result_tables/results/ResultsFile.h"
 
 namespace Kestrel::ResultTables {
@@ -52,7 +52,7 @@ class ResultTable {
   /// `file` is the results file as it was given. Reads the limits that stand in `limits` now; later changes
   /// do not reach the table.
   ResultTable(std::string file, SimulationUnit const& unit, std::weak_ptr<SimulationResult> const& result,
-              std::shared_ptr<MaxValueGroupContainer const> container, TablePropertiesData const& limits);
+              std::shared_ptr<MaxValueGroupContainer const> container, ResultLimits const& limits);
 
   [[nodiscard]] std::string const& file() const { return m_file; }
   [[nodiscard]] SimulationUnit const& unit() const { return *m_unit; }
@@ -109,6 +109,6 @@ struct TableSelection {
 /// lacks is an `Error`. The tables refer to `file`.
 [[nodiscard]] std::vector<ResultTable> genResultTables(ResultsFile const& file,
                                                        TableSelection const& selection,
-                                                       TablePropertiesData const& limits);
+                                                       ResultLimits const& limits);
 
 }  // namespace Kestrel::ResultTables

@@ -14,7 +14,7 @@ namespace Kestrel::ResultTables {
 class FindingsFixture : public testing::Test {
  protected:
   FindingsFixture() {
-    m_limits.updateLimits({m_unit.getID()});
+    m_limits.collection->updateLimits({m_unit.getID()});
     m_container->valuesAreValid = {{"Spot 1", true}, {"Spot 2", false}};
     m_container->invalidValuesText = "Joining Failed";
     std::vector const types = {TablePropertyLimitType::JoinNormalForce,
@@ -33,8 +33,8 @@ class FindingsFixture : public testing::Test {
        "tools": [{"id": "W1", "kind": "spotWeld", "series": )" +
                                                 series + R"(}],
        "steps": [{"joins": [{"guid": "00000000-0000-0000-0000-000000000001", "id": "W1", "name": "Spot 1", "state": 2}]}]}]})");
-    TablePropertiesData limits;
-    limits.updateLimits({file.units.front().unit->getID()});
+    ResultLimits limits;
+    limits.collection->updateLimits({file.units.front().unit->getID()});
     return genFindings(genResultTables(file, {}, limits).front());
   }
   FileFindings file() const { return {"r.json", {findings()}, std::nullopt}; }
@@ -42,7 +42,7 @@ class FindingsFixture : public testing::Test {
   SimulationUnit const m_unit{SimulationUnitId(), "OP20"};
   std::shared_ptr<MaxValueGroupContainer> m_container =
       std::make_shared<MaxValueGroupContainer>(MaxValueGroupContainer::DataType::SpotWelds, m_unit.getID());
-  TablePropertiesData m_limits;
+  ResultLimits m_limits;
 };
 
 }  // namespace Kestrel::ResultTables

@@ -39,7 +39,7 @@ inline SimulationUnit const& genUnitOf(MaxValueGroupContainer const& container, 
 /// series.
 inline ResultTable genTable(SimulationUnit const& unit,
                             std::shared_ptr<MaxValueGroupContainer> const& container,
-                            TablePropertiesData const& limits) {
+                            ResultLimits const& limits) {
   return {"r.json", genUnitOf(*container, unit), {}, container, limits};
 }
 
@@ -51,8 +51,8 @@ inline std::vector<ResultTable> genClampTables(std::string const& series) {
       {"id": "0b6f6d3e-6c1e-4a57-9b52-0f6f2f1b6a01", "name": "OP20",
        "tools": [{"id": "Clamp 1", "kind": "clamp", "series": )" +
                                                    series + "}]}]}"));
-  TablePropertiesData limits;
-  limits.updateLimits({file.units.front().unit->getID()});
+  ResultLimits limits;
+  limits.collection->updateLimits({file.units.front().unit->getID()});
   return genResultTables(file, {}, limits);
 }
 
