@@ -133,6 +133,26 @@ TEST_F(CheckCommand, IsTheSameToTheByteForEveryNumberOfJobs) {
   }
 }
 
+TEST_F(CheckCommand, ReadsTheLimitsOfSeveralFilesSideBySide) {
+  std::string files;
+  for (int i = 0; i < 20; ++i) {
+    auto const name = fmt::format("r{}.json", i);
+    m_folder.write(name, bolt("OP10", R"({"quantity": "ClampNormalForce", "values": [100]})"));
+    EXPECT_EQ(
+        run(fmt::format("$P limits set {} --all --type BoltNormalForce --value {}", name, 90 + i)).exitCode,
+        0);
+    files += ' ' + name;
+  }
+  std::vector<std::string> exceeded;
+  auto const report = jsonOf(files + " --jobs 4");
+  for (auto const& finding : report["findings"]) exceeded.push_back(finding["file"]);
+  EXPECT_THAT(exceeded, ElementsAre("r0.json", "r1.json", "r2.json", "r3.json", "r4.json", "r5.json",
+                                    "r6.json", "r7.json", "r8.json", "r9.json"));
+  m_folder.write("policy.json",
+                 R"({"format": "limits", "version": 1, "all": {"limits": {"BoltNormalForce": 100}}})");
+  EXPECT_EQ(run("$P check --jobs 4 --limits policy.json" + files).exitCode, 0);
+}
+
 TEST_F(CheckCommand, RefusesJobsAndDigitsThatAreNoCounts) {
   EXPECT_EQ(run("$P check good.json --jobs 0").err,
             "result-tables: --jobs: expected a whole number from 1 to 1024, found \"0\"\n");
