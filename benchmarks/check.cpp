@@ -1,5 +1,6 @@
 // Checking a results file of 100 MB that is mostly numbers: as the command does it, with where each value
-// that has a limit comes from, and without, when only the maxima are compared with their limits.
+// that has a limit comes from, and without, when only the maxima are compared with their limits; and
+// comparing two such files, which are read one after the other here.
 
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
@@ -10,9 +11,11 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <utility>
 
 #include "result_tables/base/File.h"
 #include "result_tables/limits/Limits.h"
+#include "result_tables/tables/Differences.h"
 #include "result_tables/tables/Findings.h"
 
 namespace {
@@ -94,8 +97,30 @@ void comparingMaximaAlone(benchmark::State& state) {
   });
 }
 
+LimitedResults readWithLimits(std::filesystem::path const& path) {
+  auto file = readResultsFile(path);
+  auto limits = genDefaultLimits(file);
+  return {std::move(file), std::move(limits)};
+}
+
+void comparingTwoFiles(benchmark::State& state) {
+  auto const& path = Document::path();
+  std::size_t compared = 0;
+  for ([[maybe_unused]] auto const iteration : state) {
+    auto const before = readWithLimits(path);
+    auto const after = readWithLimits(path);
+    auto const differences = genDifferences(before, after, {}, {});
+    if (differences.hasDifferences()) state.SkipWithError("a file differs from itself");
+    compared = differences.countCompared();
+  }
+  state.counters["compared"] = static_cast<double>(compared);
+  state.SetBytesProcessed(state.iterations() * 2 *
+                          static_cast<std::int64_t>(std::filesystem::file_size(path)));
+}
+
 BENCHMARK(checking)->Unit(benchmark::kMillisecond);
 BENCHMARK(comparingMaximaAlone)->Unit(benchmark::kMillisecond);
+BENCHMARK(comparingTwoFiles)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

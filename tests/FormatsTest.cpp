@@ -36,6 +36,7 @@ std::vector<std::string_view> namesOf(Formats const& formats) {
 TEST(Formats, AreThoseOfTheirSubjectWithTheOneForPeopleFirst) {
   EXPECT_THAT(namesOf(s_tableFormats), ElementsAre("text", "csv", "json"));
   EXPECT_THAT(namesOf(s_findingsFormats), ElementsAre("text", "json", "junit"));
+  EXPECT_THAT(namesOf(s_differencesFormats), ElementsAre("text", "csv", "json", "junit"));
   EXPECT_THAT(namesOf(s_limitsFormats), ElementsAre("text", "json"));
 }
 
@@ -59,6 +60,13 @@ TEST(Formats, RenderWhatTheirNamesSay) {
             json::parse(R"({"findings": [], "errors": [{"file": "r.json", "message": "r.json: cannot read"}],
                             "compared": 0, "withoutData": 0})"));
   EXPECT_THAT(s_findingsFormats[2].render(findings, {}), testing::StartsWith("<?xml version=\"1.0\"?>\n"));
+
+  ResultDifferences const none = {"a.json", "b.json", {}, {}};
+  EXPECT_THAT(s_differencesFormats[0].render(none, {}), testing::StartsWith("changed: 0, "));
+  EXPECT_THAT(s_differencesFormats[1].render(none, {}), testing::StartsWith("unit,unitId,family,"));
+  EXPECT_EQ(json::parse(s_differencesFormats[2].render(none, {})),
+            json::parse(R"({"differences": [], "compared": 0})"));
+  EXPECT_THAT(s_differencesFormats[3].render(none, {}), testing::StartsWith("<?xml version=\"1.0\"?>\n"));
 
   EXPECT_EQ(s_limitsFormats[0].render({}, {}), "");
   EXPECT_EQ(json::parse(s_limitsFormats[1].render({}, {})), json::parse(R"({"limits": []})"));

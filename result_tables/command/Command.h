@@ -11,8 +11,8 @@ namespace Kestrel::ResultTables {
 
 /// What the program tells its caller.
 enum class ExitCode {
-  nothingFound = 0,     ///< done; `check` found nothing
-  found = 1,            ///< `check` found something
+  nothingFound = 0,     ///< done; `check` and `diff` found nothing
+  found = 1,            ///< `check` found something, or `diff` a difference
   failed = 2,           ///< it could not be done; one line on standard error says why
   nothingCompared = 3,  ///< `check` found nothing, but had nothing to compare with a limit either
 };

@@ -11,6 +11,7 @@
 #include "result_tables/base/Translate.h"
 #include "result_tables/command/Check.h"
 #include "result_tables/command/Demo.h"
+#include "result_tables/command/Diff.h"
 #include "result_tables/command/Help.h"
 #include "result_tables/command/Import.h"
 #include "result_tables/command/Limits.h"
@@ -24,8 +25,8 @@ namespace {
 
 HelpSection exitCodesSection() {
   return {tr("Exit codes"),
-          {{"0", tr("done; check has found nothing")},
-           {"1", tr("check has found something")},
+          {{"0", tr("done; check and diff have found nothing")},
+           {"1", tr("check has found something, or diff a difference")},
            {"2", tr("something could not be done; standard error says why")},
            {"3", tr("check has found nothing, as it had not one value to compare with a limit")}}};
 }
@@ -116,6 +117,7 @@ std::span<Command const> programCommands() {
       {"show", [] { return tr("Show the tables of a results file"); }, declareShow},
       {"check", [] { return tr("List values beyond their limits and failed joins; exits with 1 if any"); },
        declareCheck},
+      {"diff", [] { return tr("Compare two results files; exits with 1 if they differ"); }, declareDiff},
       {"demo", [] { return tr("Show the tables of the built-in sample; no file needed"); }, declareDemo},
       {"limits", [] { return tr("Show and change the limits of a results file"); }, nullptr,
        limitsCommands()},

@@ -22,6 +22,9 @@ namespace Kestrel::ResultTables {
 [[nodiscard]] inline std::string red(std::string_view text, bool colour) {
   return withAnsiCode("31", text, colour);
 }
+[[nodiscard]] inline std::string green(std::string_view text, bool colour) {
+  return withAnsiCode("32", text, colour);
+}
 [[nodiscard]] inline std::string yellow(std::string_view text, bool colour) {
   return withAnsiCode("33", text, colour);
 }

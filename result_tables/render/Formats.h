@@ -4,11 +4,15 @@
 #include <string_view>
 #include <vector>
 
+#include "result_tables/render/CsvDifferences.h"
 #include "result_tables/render/CsvTables.h"
+#include "result_tables/render/JsonDifferences.h"
 #include "result_tables/render/JsonFindings.h"
 #include "result_tables/render/JsonLimits.h"
 #include "result_tables/render/JsonTables.h"
+#include "result_tables/render/JunitDifferences.h"
 #include "result_tables/render/JunitFindings.h"
+#include "result_tables/render/TextDifferences.h"
 #include "result_tables/render/TextFindings.h"
 #include "result_tables/render/TextLimits.h"
 #include "result_tables/render/TextStyle.h"
@@ -24,6 +28,9 @@ struct Format {
 
   std::string_view name;
   Render& render;
+  /// Whether it says what could not be done, so that it is put out then too by commands that otherwise put
+  /// out nothing.
+  bool reportsErrors = false;
 };
 
 /// For the forms that are the same wherever they are shown.
@@ -46,6 +53,12 @@ inline constexpr Format<Findings> s_findingsFormats[] = {
     {"text", renderFindingsAsText},
     {"json", renderInAnyStyle<renderFindingsAsJson, Findings>},
     {"junit", renderInAnyStyle<renderFindingsAsJunit, Findings>},
+};
+inline constexpr Format<ResultDifferences> s_differencesFormats[] = {
+    {"text", renderDifferencesAsText},
+    {"csv", renderInAnyStyle<renderDifferencesAsCsv, ResultDifferences>},
+    {"json", renderInAnyStyle<renderDifferencesAsJson, ResultDifferences>},
+    {"junit", renderInAnyStyle<renderDifferencesAsJunit, ResultDifferences>, true},
 };
 inline constexpr Format<ListedLimits> s_limitsFormats[] = {
     {"text", renderLimitsAsText},

@@ -12,20 +12,6 @@
 
 namespace Kestrel::ResultTables {
 
-namespace {
-
-bool isNamedBy(SimulationUnit const& unit, std::string const& idOrName) {
-  return unit.getSimulationUnitName() == idOrName ||
-         boost::algorithm::iequals(unit.getID().toString(), idOrName, std::locale::classic());
-}
-
-[[noreturn]] void refuse(ResultsFile const& file, std::string const& wanted) {
-  throw Error(tr("{}: expected the id or the name of one of its units ({}), found {}", toPrintable(file.name),
-                 describeUnits(file), quote(wanted)));
-}
-
-}  // namespace
-
 std::string describeUnits(ResultsFile const& file) {
   constexpr std::size_t most = 20;
   std::vector<std::string> names;
@@ -41,6 +27,16 @@ std::string describeUnits(ResultsFile const& file) {
   return names.empty() ? tr("none") : fmt::format("{}", fmt::join(names, ", "));
 }
 
+bool isNamedBy(SimulationUnit const& unit, std::string const& idOrName) {
+  return unit.getSimulationUnitName() == idOrName ||
+         boost::algorithm::iequals(unit.getID().toString(), idOrName, std::locale::classic());
+}
+
+void refuseUnit(ResultsFile const& file, std::string const& wanted) {
+  throw Error(tr("{}: expected the id or the name of one of its units ({}), found {}", toPrintable(file.name),
+                 describeUnits(file), quote(wanted)));
+}
+
 std::vector<ResultsUnit const*> selectUnits(ResultsFile const& file, std::vector<std::string> const& wanted) {
   std::vector<ResultsUnit const*> selected;
   std::vector<bool> found(wanted.size(), false);
@@ -54,7 +50,7 @@ std::vector<ResultsUnit const*> selectUnits(ResultsFile const& file, std::vector
     if (isSelected) selected.push_back(&unit);
   }
   auto const missing = std::find(found.begin(), found.end(), false);
-  if (missing != found.end()) refuse(file, wanted[static_cast<std::size_t>(missing - found.begin())]);
+  if (missing != found.end()) refuseUnit(file, wanted[static_cast<std::size_t>(missing - found.begin())]);
   return selected;
 }
 

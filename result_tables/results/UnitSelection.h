@@ -16,4 +16,10 @@ namespace Kestrel::ResultTables {
 /// read; "none" where there are no units.
 [[nodiscard]] std::string describeUnits(ResultsFile const& file);
 
+/// Whether that is the unit's id, in either case, or its name.
+[[nodiscard]] bool isNamedBy(SimulationUnit const& unit, std::string const& idOrName);
+
+/// Throws the `Error` for a wanted unit that the file lacks.
+[[noreturn]] void refuseUnit(ResultsFile const& file, std::string const& wanted);
+
 }  // namespace Kestrel::ResultTables

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <utility>
 
 #include "Business_TableProperties/TablePropertySettings.h"
@@ -89,19 +90,24 @@ std::vector<TableValue> ResultTable::genRow(std::size_t group, std::size_t subGr
   return row;
 }
 
+std::vector<ResultTable> genUnitTables(ResultsFile const& file, ResultsUnit const& unit,
+                                       TableSelection const& selection, ResultLimits const& limits) {
+  std::vector<ResultTable> tables;
+  for (auto const& family : s_families) {
+    bool const isNamed = std::ranges::find(selection.families, family.dataType) != selection.families.end();
+    if (!isNamed && !selection.families.empty()) continue;
+    auto container = genFamilyTable(unit, family, selection.teaching);
+    if (isNamed || !container->groups.empty())
+      tables.emplace_back(file.givenName, *unit.unit, unit.result, std::move(container), limits);
+  }
+  return tables;
+}
+
 std::vector<ResultTable> genResultTables(ResultsFile const& file, TableSelection const& selection,
                                          ResultLimits const& limits) {
   std::vector<ResultTable> tables;
-  for (auto const* unit : selectUnits(file, selection.units)) {
-    for (auto const& family : s_families) {
-      bool const isNamed = std::find(selection.families.begin(), selection.families.end(), family.dataType) !=
-                           selection.families.end();
-      if (!isNamed && !selection.families.empty()) continue;
-      auto container = genFamilyTable(*unit, family, selection.teaching);
-      if (isNamed || !container->groups.empty())
-        tables.emplace_back(file.givenName, *unit->unit, unit->result, std::move(container), limits);
-    }
-  }
+  for (auto const* unit : selectUnits(file, selection.units))
+    std::ranges::move(genUnitTables(file, *unit, selection, limits), std::back_inserter(tables));
   return tables;
 }
 

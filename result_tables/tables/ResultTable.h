@@ -105,6 +105,11 @@ struct TableSelection {
   bool teaching = false;                                   ///< clamps and bolts with their teaching section
 };
 
+/// The tables of the selected families of one unit of `file`, by number. They refer to the unit.
+[[nodiscard]] std::vector<ResultTable> genUnitTables(ResultsFile const& file, ResultsUnit const& unit,
+                                                     TableSelection const& selection,
+                                                     ResultLimits const& limits);
+
 /// The selected tables: units in the file's order, families by number inside a unit. A unit that the file
 /// lacks is an `Error`. The tables refer to `file`.
 [[nodiscard]] std::vector<ResultTable> genResultTables(ResultsFile const& file,
