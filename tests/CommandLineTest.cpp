@@ -40,17 +40,18 @@ class CommandLine : public testing::Test {
 // ---- what is wrong
 
 TEST_F(CommandLine, SaysWhichCommandWasMeant) {
-  EXPECT_EQ(messageOf(""),
-            "expected one of the commands show, check, diff, demo, limits, import, found nothing (--help "
-            "says more)");
   EXPECT_EQ(
-      messageOf("shwo r.json"),
-      "expected one of the commands show, check, diff, demo, limits, import, found \"shwo\"; did you mean "
-      "\"show\"? (--help says more)");
-  EXPECT_EQ(
-      messageOf("tables r.json"),
-      "expected one of the commands show, check, diff, demo, limits, import, found \"tables\" (--help says "
-      "more)");
+      messageOf(""),
+      "expected one of the commands show, check, diff, series, demo, limits, import, found nothing (--help "
+      "says more)");
+  EXPECT_EQ(messageOf("shwo r.json"),
+            "expected one of the commands show, check, diff, series, demo, limits, import, found \"shwo\"; "
+            "did you mean "
+            "\"show\"? (--help says more)");
+  EXPECT_EQ(messageOf("tables r.json"),
+            "expected one of the commands show, check, diff, series, demo, limits, import, found \"tables\" "
+            "(--help says "
+            "more)");
   EXPECT_EQ(messageOf("limits"),
             "expected one of the commands list, set, reset, sync, export, import, dump, found nothing "
             "(--help says more)");
@@ -108,17 +109,17 @@ TEST_F(CommandLine, SaysWhatIsMissingOrTooMuch) {
 }
 
 TEST_F(CommandLine, ShowsNothingUnprintableOfWhatIsWrong) {
-  EXPECT_EQ(
-      messageOf("\"$(printf 'a\\033[31m\\nb')\""),
-      "expected one of the commands show, check, diff, demo, limits, import, found \"a␛[31m␊b\" (--help says "
-      "more)");
+  EXPECT_EQ(messageOf("\"$(printf 'a\\033[31m\\nb')\""),
+            "expected one of the commands show, check, diff, series, demo, limits, import, found "
+            "\"a␛[31m␊b\" (--help says "
+            "more)");
 }
 
 TEST_F(CommandLine, SpeaksTheLanguageOfTheEnvironment) {
-  EXPECT_EQ(
-      messageOf("shwo", "de_DE.UTF-8"),
-      "erwartet: einer der Befehle show, check, diff, demo, limits, import; gefunden: \"shwo\"; war \"show\" "
-      "gemeint? (mehr mit --help)");
+  EXPECT_EQ(messageOf("shwo", "de_DE.UTF-8"),
+            "erwartet: einer der Befehle show, check, diff, series, demo, limits, import; gefunden: "
+            "\"shwo\"; war \"show\" "
+            "gemeint? (mehr mit --help)");
   EXPECT_EQ(messageOf("demo --fromat csv", "ja_JP.UTF-8"),
             "不明なオプション: \"--fromat\"。\"--format\" のことですか? (詳細は --help)");
   EXPECT_EQ(messageOf("show r.json --unit OP99", "de_DE.UTF-8"),
@@ -134,6 +135,7 @@ constexpr char const* s_commands[] = {"",
                                       "show",
                                       "check",
                                       "diff",
+                                      "series",
                                       "demo",
                                       "limits",
                                       "limits list",

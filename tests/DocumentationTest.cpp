@@ -65,6 +65,18 @@ TEST(Documentation, ShowsThePictureThatTheProgramMakes) {
       << "docs/images/make PROGRAM >docs/images/demo.svg";
 }
 
+TEST(Documentation, ShowsThePlotThatTheProgramMakes) {
+  auto const page = contentOf(s_source / "docs/series.md");
+  std::string const prompt = "```\n$ ";
+  auto const begin = page.find(prompt) + prompt.size();
+  auto const end = page.find('\n', begin);
+  auto command = page.substr(begin, end - begin);
+  command.replace(command.find("result-tables"), std::string("result-tables").size(), "\"$P\"");
+  auto const plot = ResultTables::runShell(s_source, command);
+  EXPECT_EQ(plot.exitCode, 0) << plot.err;
+  EXPECT_EQ(page.substr(end + 1, page.find("```", end) - end - 1), plot.out);
+}
+
 /// What the rows "| position | `bytes` | meaning |" of a page spell, if each stands at its position.
 std::string bytesShownBy(std::string const& page) {
   std::regex const row(R"(\| (\d+) \| `([0-9a-f ]+)` \|)");

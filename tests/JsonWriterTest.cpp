@@ -64,6 +64,24 @@ TEST(JsonWriter, WritesAnIndentedDocument) {
 )");
 }
 
+TEST(JsonWriter, KeepsArraysInAnInlineArrayOnItsLine) {
+  JsonWriter json;
+  json.beginObject();
+  json.beginInlineArray("ranges");
+  for (double const number : {1.5, 2.5}) {
+    json.beginInlineArray();
+    json.number(number);
+    json.number(0);
+    json.endInlineArray();
+  }
+  json.endInlineArray();
+  json.beginArray("lines");
+  json.integer(1);
+  json.endArray();
+  json.endObject();
+  EXPECT_EQ(json.take(), "{\n  \"ranges\": [[1.5, 0], [2.5, 0]],\n  \"lines\": [\n    1\n  ]\n}\n");
+}
+
 TEST(JsonWriter, WritesMembersWithTheirKeys) {
   JsonWriter json;
   json.beginObject();

@@ -60,5 +60,19 @@ TEST(Suggestion, IsTheEndOfAMessage) {
   EXPECT_EQ(listOf({}), "");
 }
 
+TEST(QuotedList, HasEachNameOnceAndAsManyAsAPersonReads) {
+  EXPECT_EQ(quotedListOf({"OP20", "a\nb", "OP20"}), "\"OP20\", \"a␊b\"");
+  EXPECT_EQ(quotedListOf({}), "none");
+  std::vector<std::string_view> names = {"a", "b", "c", "d", "e", "f", "g", "h", "i", "j",
+                                         "k", "l", "m", "n", "o", "p", "q", "r", "s", "t"};
+  std::string const twenty =
+      R"("a", "b", "c", "d", "e", "f", "g", "h", "i", "j", "k", "l", "m", "n", "o", "p", "q", "r", "s", "t")";
+  EXPECT_EQ(quotedListOf(names), twenty);
+  names.emplace_back("a");
+  EXPECT_EQ(quotedListOf(names), twenty);
+  names.emplace_back("u");
+  EXPECT_EQ(quotedListOf(names), twenty + ", …");
+}
+
 }  // namespace
 }  // namespace Kestrel::ResultTables

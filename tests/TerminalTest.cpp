@@ -7,8 +7,11 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <filesystem>
+#include <string>
 
 #include "support/ForkedTest.h"
+#include "support/TemporaryFolder.h"
 
 namespace Kestrel::ResultTables {
 namespace {
@@ -80,6 +83,63 @@ TEST(TerminalDeathTest, IsNoneWhereOutputIsRedirected) {
     ::setenv("COLUMNS", "40", 1);
     closeTerminal();
     exitWith(!terminalHasColour() && terminalWidth() == 0);
+  };
+  EXPECT_EXIT(ask(), ExitedWithCode(0), "");
+}
+
+// ---- the character set
+
+/// Sets the variables that say the locale; an empty value counts as none.
+void setLocale(char const* all, char const* characters, char const* language) {
+  ::setenv("LC_ALL", all, 1);
+  ::setenv("LC_CTYPE", characters, 1);
+  ::setenv("LANG", language, 1);
+}
+
+TEST(LocaleDeathTest, IsUtf8WhereItsNameSaysSo) {
+  auto const ask = [] {
+    bool asExpected = true;
+    for (auto const* const name : {"C.UTF-8", "de_DE.UTF-8", "ja_JP.utf8", "xx_YY.utf-8@euro", ".UTF-8"}) {
+      setLocale("", "", name);
+      asExpected = asExpected && localeIsUtf8();
+    }
+    for (auto const* const name :
+         {"C", "POSIX", "de_DE.ISO-8859-15@euro", "ja_JP.eucJP", "xx_YY", "UTF-8", "xx."}) {
+      setLocale("", "", name);
+      asExpected = asExpected && !localeIsUtf8();
+    }
+    exitWith(asExpected);
+  };
+  EXPECT_EXIT(ask(), ExitedWithCode(0), "");
+}
+
+TEST(LocaleDeathTest, IsTheFirstThatTheEnvironmentNames) {
+  auto const ask = [] {
+    setLocale("C.UTF-8", "C", "C");
+    bool asExpected = localeIsUtf8();
+    setLocale("C", "C.UTF-8", "C.UTF-8");
+    asExpected = asExpected && !localeIsUtf8();
+    setLocale("", "C.UTF-8", "C");
+    asExpected = asExpected && localeIsUtf8();
+    setLocale("", "C", "C.UTF-8");
+    asExpected = asExpected && !localeIsUtf8();
+    setLocale("", "", "");
+    asExpected = asExpected && !localeIsUtf8();
+    for (auto const* const name : {"LC_ALL", "LC_CTYPE", "LANG"}) ::unsetenv(name);
+    exitWith(asExpected && !localeIsUtf8());
+  };
+  EXPECT_EXIT(ask(), ExitedWithCode(0), "");
+}
+
+TEST(LocaleDeathTest, IsAskedForWhereItsNameSaysNothing) {
+  TemporaryFolder const locales;
+  std::filesystem::path const utf8 = "/usr/lib/locale/C.utf8";
+  ASSERT_TRUE(std::filesystem::exists(utf8));
+  std::filesystem::copy(utf8, locales.path() / "xx_YY", std::filesystem::copy_options::recursive);
+  auto const ask = [&] {
+    ::setenv("LOCPATH", locales.path().c_str(), 1);
+    setLocale("", "", "xx_YY");
+    exitWith(localeIsUtf8());
   };
   EXPECT_EXIT(ask(), ExitedWithCode(0), "");
 }

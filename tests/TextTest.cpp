@@ -235,5 +235,11 @@ TEST(Text, ReadsNumbersIndependentlyOfTheLocale) {
   EXPECT_EQ(numberFromText("1234,5"), std::nullopt);
 }
 
+TEST(NumberWithUnit, HasItsUnitBehind) {
+  EXPECT_EQ(withUnit(-12.5, "N", 7), "-12.5 N");
+  EXPECT_EQ(withUnit(1234.5678, "a\nb", 5), "1234.6 a␊b");
+  EXPECT_EQ(withUnit(7, "", 7), "7");
+}
+
 }  // namespace
 }  // namespace Kestrel::ResultTables

@@ -61,4 +61,19 @@ std::string listOf(std::vector<std::string_view> const& words) {
   return fmt::format("{}", fmt::join(words, ", "));
 }
 
+std::string quotedListOf(std::vector<std::string_view> const& names) {
+  constexpr std::size_t most = 20;
+  std::vector<std::string> quoted;
+  for (auto const name : names) {
+    auto text = quote(name);
+    if (std::find(quoted.begin(), quoted.end(), text) != quoted.end()) continue;
+    if (quoted.size() == most) {
+      quoted.emplace_back("…");
+      break;
+    }
+    quoted.push_back(std::move(text));
+  }
+  return quoted.empty() ? tr("none") : fmt::format("{}", fmt::join(quoted, ", "));
+}
+
 }  // namespace Kestrel::ResultTables

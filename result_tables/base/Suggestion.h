@@ -21,4 +21,8 @@ namespace Kestrel::ResultTables {
 /// For a message: "text, csv, json".
 [[nodiscard]] std::string listOf(std::vector<std::string_view> const& words);
 
+/// For a message about names of a file: in quotation marks, each once, as many as a person cares to read;
+/// "none" where there is none.
+[[nodiscard]] std::string quotedListOf(std::vector<std::string_view> const& names);
+
 }  // namespace Kestrel::ResultTables

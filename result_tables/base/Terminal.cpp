@@ -1,10 +1,15 @@
 #include "result_tables/base/Terminal.h"
 
+#include <langinfo.h>
+#include <locale.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <boost/algorithm/string/predicate.hpp>
 #include <charconv>
 #include <cstdlib>
+#include <locale>
+#include <string>
 #include <string_view>
 
 namespace Kestrel::ResultTables {
@@ -25,6 +30,30 @@ std::size_t columnsOfEnvironment() {
   return result.ec == std::errc() && result.ptr == end ? columns : 0;
 }
 
+std::string localeName() {
+  for (auto const* const name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+    if (auto const value = environment(name); !value.empty()) return std::string(value);
+  }
+  return "C";
+}
+
+/// The character set that the name of a locale says: "UTF-8" of "de_DE.UTF-8@euro"; empty where it says none.
+std::string_view charsetNamedBy(std::string_view locale) {
+  auto const point = locale.find('.');
+  if (point == locale.npos) return {};
+  locale.remove_prefix(point + 1);
+  return locale.substr(0, locale.find('@'));
+}
+
+/// The character set of an installed locale; empty where there is no such locale.
+std::string charsetOf(std::string const& name) {
+  auto* const locale = ::newlocale(LC_CTYPE_MASK, name.c_str(), nullptr);
+  if (locale == nullptr) return {};
+  std::string charset = ::nl_langinfo_l(CODESET, locale);
+  ::freelocale(locale);
+  return charset;
+}
+
 }  // namespace
 
 bool terminalHasColour() {
@@ -37,6 +66,16 @@ std::size_t terminalWidth() {
   winsize size{};
   if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) return size.ws_col;
   return columnsOfEnvironment();
+}
+
+bool localeIsUtf8() {
+  auto const name = localeName();
+  auto const named = charsetNamedBy(name);
+  auto const charset = named.empty() ? charsetOf(name) : std::string(named);
+  auto const isCalled = [&](char const* utf8) {
+    return boost::algorithm::iequals(charset, utf8, std::locale::classic());
+  };
+  return isCalled("UTF-8") || isCalled("UTF8");
 }
 
 }  // namespace Kestrel::ResultTables

@@ -153,6 +153,11 @@ std::string describeByte(char byte) {
 
 std::string formatNumber(double value, int digits) { return fmt::format("{:.{}g}", value, digits); }
 
+std::string withUnit(double value, std::string_view unit, int digits) {
+  auto const number = formatNumber(value, digits);
+  return unit.empty() ? number : number + ' ' + toPrintable(unit);
+}
+
 std::string shortestForm(double value) {
   if (std::isnan(value)) return "nan";
   return fmt::format("{}", value);

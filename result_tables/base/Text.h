@@ -42,6 +42,9 @@ namespace Kestrel::ResultTables {
 /// number is long without; "nan", "inf", "-inf". Independent of the locale.
 [[nodiscard]] std::string formatNumber(double value, int digits);
 
+/// The same with a unit behind, which is made printable: "-12.5 N"; without one, the number alone.
+[[nodiscard]] std::string withUnit(double value, std::string_view unit, int digits);
+
 /// The double nearest to the number at the beginning of `text`, as the C library reads it, with a decimal
 /// point in every locale; infinity where there is no such double, 0 where there is no number.
 [[nodiscard]] double nearestDouble(char const* text);

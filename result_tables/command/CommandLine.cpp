@@ -17,6 +17,7 @@
 #include "result_tables/command/Limits.h"
 #include "result_tables/command/Message.h"
 #include "result_tables/command/Mistake.h"
+#include "result_tables/command/Series.h"
 #include "result_tables/command/Show.h"
 
 namespace Kestrel::ResultTables {
@@ -118,6 +119,8 @@ std::span<Command const> programCommands() {
       {"check", [] { return tr("List values beyond their limits and failed joins; exits with 1 if any"); },
        declareCheck},
       {"diff", [] { return tr("Compare two results files; exits with 1 if they differ"); }, declareDiff},
+      {"series", [] { return tr("Show the series behind the values of the tables, as plots or numbers"); },
+       declareSeries},
       {"demo", [] { return tr("Show the tables of the built-in sample; no file needed"); }, declareDemo},
       {"limits", [] { return tr("Show and change the limits of a results file"); }, nullptr,
        limitsCommands()},

@@ -18,11 +18,12 @@ void JsonWriter::endArray() { m_writer.EndArray(); }
 void JsonWriter::beginInlineArray() {
   m_writer.StartArray();
   m_writer.SetFormatOptions(rapidjson::kFormatSingleLineArray);
+  ++m_inlineArrays;
 }
 
 void JsonWriter::endInlineArray() {
   m_writer.EndArray();
-  m_writer.SetFormatOptions(rapidjson::kFormatDefault);
+  if (--m_inlineArrays == 0) m_writer.SetFormatOptions(rapidjson::kFormatDefault);
 }
 
 void JsonWriter::key(std::string_view name) { string(name); }

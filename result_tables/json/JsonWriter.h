@@ -3,6 +3,7 @@
 #include <rapidjson/prettywriter.h>
 #include <rapidjson/stringbuffer.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -20,7 +21,8 @@ class JsonWriter {
   void beginArray();
   void endArray();
 
-  /// An array whose elements stay on the line; only plain values may stand in it. Closed by `endInlineArray`.
+  /// An array whose elements stay on the line; only plain values and further such arrays may stand in it.
+  /// Closed by `endInlineArray`.
   void beginInlineArray();
   void endInlineArray();
 
@@ -52,6 +54,7 @@ class JsonWriter {
 
   rapidjson::StringBuffer m_buffer;
   rapidjson::PrettyWriter<rapidjson::StringBuffer> m_writer;
+  std::size_t m_inlineArrays = 0;  ///< that are open
 };
 
 }  // namespace Kestrel::ResultTables

@@ -1,6 +1,5 @@
 #include "result_tables/render/CsvTables.h"
 
-#include <initializer_list>
 #include <string_view>
 
 #include "result_tables/base/Family.h"
@@ -9,29 +8,6 @@
 namespace Kestrel::ResultTables {
 
 namespace {
-
-void appendField(std::string& out, std::string_view field) {
-  if (field.find_first_of(",\"\r\n") == field.npos) {
-    out += field;
-    return;
-  }
-  out += '"';
-  for (char const c : field) {
-    if (c == '"') out += '"';
-    out += c;
-  }
-  out += '"';
-}
-
-void appendRecord(std::string& out, std::initializer_list<std::string_view> fields) {
-  bool isFirst = true;
-  for (auto const field : fields) {
-    if (!isFirst) out += ',';
-    isFirst = false;
-    appendField(out, field);
-  }
-  out += "\r\n";
-}
 
 std::string_view textOf(bool value) { return value ? "true" : "false"; }
 
@@ -44,9 +20,11 @@ struct TableFields {
 };
 
 std::string textOf(std::optional<std::size_t> number) { return number ? std::to_string(*number) : ""; }
-std::string textOf(std::optional<double> number) { return number ? shortestForm(*number) : ""; }
+std::string textOf(CsvWriter const& csv, std::optional<double> number) {
+  return number ? csv.number(*number) : "";
+}
 
-void appendItem(std::string& out, ResultTable const& table, TableFields const& fields,
+void appendItem(CsvWriter& csv, ResultTable const& table, TableFields const& fields,
                 ResultTable::Place const& place) {
   auto const& group = table.container().groups[place.group];
   auto const& subGroup = group.subGroups[place.subGroup];
@@ -58,16 +36,16 @@ void appendItem(std::string& out, ResultTable const& table, TableFields const& f
   for (std::size_t i = 0; i < row.size(); ++i) {
     auto const& column = table.columns(place.group)[i];
     auto const& [value, origin, isExceeded] = row[i];
-    appendRecord(out, {fields.file, fields.unit, fields.unitId, fields.family, groupName, subGroupName, name,
-                       textOf(table.isValid(item)), toValidUtf8(column.key),
-                       toValidUtf8(column.tableDisplayName), shortestForm(value), toValidUtf8(column.unit),
-                       column.limit ? shortestForm(column.limit->value) : std::string(), textOf(isExceeded),
-                       textOf(origin.step), textOf(origin.companion), std::to_string(origin.count),
-                       std::to_string(origin.nanCount)});
+    csv.record({fields.file, fields.unit, fields.unitId, fields.family, groupName, subGroupName, name,
+                textOf(table.isValid(item)), toValidUtf8(column.key), toValidUtf8(column.tableDisplayName),
+                csv.number(value), toValidUtf8(column.unit),
+                column.limit ? csv.number(column.limit->value) : std::string(), textOf(isExceeded),
+                textOf(origin.step), textOf(csv, origin.companion), std::to_string(origin.count),
+                std::to_string(origin.nanCount)});
   }
 }
 
-void appendTable(std::string& out, ResultTable const& table) {
+void appendTable(CsvWriter& csv, ResultTable const& table) {
   auto const& container = table.container();
   TableFields const fields{toValidUtf8(table.file()), toValidUtf8(table.unit().getSimulationUnitName()),
                            container.simulationUnitId.toString(), familyName(container.dataType)};
@@ -75,19 +53,19 @@ void appendTable(std::string& out, ResultTable const& table) {
     auto const& subGroups = container.groups[i].subGroups;
     for (std::size_t k = 0; k < subGroups.size(); ++k) {
       for (std::size_t m = 0; m < subGroups[k].items.size(); ++m)
-        appendItem(out, table, fields, {i, k, m, 0});
+        appendItem(csv, table, fields, {i, k, m, 0});
     }
   }
 }
 
 }  // namespace
 
-std::string renderCsv(std::vector<ResultTable> const& tables) {
-  std::string out;
-  appendRecord(out, {"file", "unit", "unitId", "family", "group", "subGroup", "item", "valid", "key",
-                     "column", "value", "valueUnit", "limit", "exceeded", "step", "time", "count", "nans"});
-  for (auto const& table : tables) appendTable(out, table);
-  return out;
+std::string renderCsv(std::vector<ResultTable> const& tables, CsvDialect const& dialect) {
+  CsvWriter csv(dialect);
+  csv.record({"file", "unit", "unitId", "family", "group", "subGroup", "item", "valid", "key", "column",
+              "value", "valueUnit", "limit", "exceeded", "step", "time", "count", "nans"});
+  for (auto const& table : tables) appendTable(csv, table);
+  return csv.take();
 }
 
 }  // namespace Kestrel::ResultTables

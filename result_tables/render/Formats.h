@@ -5,16 +5,21 @@
 #include <vector>
 
 #include "result_tables/render/CsvDifferences.h"
+#include "result_tables/render/CsvSeries.h"
 #include "result_tables/render/CsvTables.h"
+#include "result_tables/render/CsvWriter.h"
 #include "result_tables/render/JsonDifferences.h"
 #include "result_tables/render/JsonFindings.h"
 #include "result_tables/render/JsonLimits.h"
+#include "result_tables/render/JsonSeries.h"
 #include "result_tables/render/JsonTables.h"
 #include "result_tables/render/JunitDifferences.h"
 #include "result_tables/render/JunitFindings.h"
+#include "result_tables/render/SvgSeries.h"
 #include "result_tables/render/TextDifferences.h"
 #include "result_tables/render/TextFindings.h"
 #include "result_tables/render/TextLimits.h"
+#include "result_tables/render/TextSeries.h"
 #include "result_tables/render/TextStyle.h"
 #include "result_tables/render/TextTables.h"
 
@@ -39,14 +44,20 @@ std::string renderInAnyStyle(Subject const& subject, TextStyle const&) {
   return render(subject);
 }
 
+template <CsvDialect const& dialect, typename Subject>
+std::string renderInDialect(Subject const& subject, TextStyle const&) {
+  return renderCsv(subject, dialect);
+}
+
 using Tables = std::vector<ResultTable>;
 using Findings = std::vector<FileFindings>;
+using SeriesList = std::vector<TableSeries>;
 using ListedLimits = std::vector<ListedLimit>;
 
 /// The forms of what commands put out; the first is the one for people.
 inline constexpr Format<Tables> s_tableFormats[] = {
     {"text", renderText},
-    {"csv", renderInAnyStyle<renderCsv, Tables>},
+    {"csv", renderInDialect<s_plainCsv, Tables>},
     {"json", renderInAnyStyle<renderJson, Tables>},
 };
 inline constexpr Format<Findings> s_findingsFormats[] = {
@@ -59,6 +70,12 @@ inline constexpr Format<ResultDifferences> s_differencesFormats[] = {
     {"csv", renderInAnyStyle<renderDifferencesAsCsv, ResultDifferences>},
     {"json", renderInAnyStyle<renderDifferencesAsJson, ResultDifferences>},
     {"junit", renderInAnyStyle<renderDifferencesAsJunit, ResultDifferences>, true},
+};
+inline constexpr Format<SeriesList> s_seriesFormats[] = {
+    {"text", renderSeriesAsText},
+    {"csv", renderInDialect<s_plainCsv, SeriesList>},
+    {"json", renderInAnyStyle<renderSeriesAsJson, SeriesList>},
+    {"svg", renderInAnyStyle<renderSeriesAsSvg, SeriesList>},
 };
 inline constexpr Format<ListedLimits> s_limitsFormats[] = {
     {"text", renderLimitsAsText},

@@ -12,11 +12,6 @@ namespace Kestrel::ResultTables {
 
 namespace {
 
-std::string withUnit(double value, std::string const& unit, int digits) {
-  auto const number = formatNumber(value, digits);
-  return unit.empty() ? number : number + " " + unit;
-}
-
 /// "-500.5 N, limit 500 N, step 3, time 0.2"
 std::string describeValue(Finding const& finding, int digits) {
   auto const& value = *finding.value;

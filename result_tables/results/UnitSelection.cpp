@@ -1,30 +1,21 @@
 #include "result_tables/results/UnitSelection.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <boost/algorithm/string/predicate.hpp>
 #include <locale>
+#include <string_view>
 
 #include "result_tables/base/Error.h"
+#include "result_tables/base/Suggestion.h"
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
 
 namespace Kestrel::ResultTables {
 
 std::string describeUnits(ResultsFile const& file) {
-  constexpr std::size_t most = 20;
-  std::vector<std::string> names;
-  for (auto const& unit : file.units) {
-    auto name = quote(unit.unit->getSimulationUnitName());
-    if (std::find(names.begin(), names.end(), name) != names.end()) continue;
-    if (names.size() == most) {
-      names.emplace_back("…");
-      break;
-    }
-    names.push_back(std::move(name));
-  }
-  return names.empty() ? tr("none") : fmt::format("{}", fmt::join(names, ", "));
+  std::vector<std::string_view> names;
+  for (auto const& unit : file.units) names.emplace_back(unit.unit->getSimulationUnitName());
+  return quotedListOf(names);
 }
 
 bool isNamedBy(SimulationUnit const& unit, std::string const& idOrName) {

@@ -1,0 +1,57 @@
+#include "result_tables/render/SeriesTexts.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <string_view>
+
+#include "result_tables/base/Text.h"
+#include "result_tables/base/Translate.h"
+
+namespace Kestrel::ResultTables {
+
+namespace {
+
+std::size_t countNaNs(MaxValueSeries const& series) {
+  return static_cast<std::size_t>(std::count_if(series.values.begin(), series.values.end(),
+                                                [](double value) { return std::isnan(value); }));
+}
+
+}  // namespace
+
+std::string titleText(TableSeries const& series) {
+  auto const& column = series.column;
+  auto title = series.unit + ": " + series.title;
+  for (std::string_view const part :
+       {std::string_view(series.group), std::string_view(series.subGroup), std::string_view(series.shownItem),
+        std::string_view(column.tableDisplayName.empty() ? column.key : column.tableDisplayName)}) {
+    if (!part.empty()) title.append(", ").append(part);
+  }
+  if (!column.unit.empty()) title += fmt::format(" [{}]", column.unit);
+  return toPrintable(title);
+}
+
+std::string extremeText(TableSeries const& series, int digits) {
+  auto const& values = series.series.values;
+  if (values.empty()) return tr("no data");
+  if (countNaNs(series.series) == values.size()) return "NaN";
+  auto text = withUnit(series.value, series.column.unit, digits);
+  if (auto const step = series.step()) text += fmt::format(", {} {}", tr("step"), *step);
+  if (auto const time = series.time())
+    text += fmt::format(", {} {}", tr("time"), formatNumber(*time, digits));
+  return text;
+}
+
+std::string limitText(double limit, std::string const& unit, int digits) {
+  return fmt::format("{} {}", tr("limit"), withUnit(limit, unit, digits));
+}
+
+std::string extentText(TableSeries const& series) {
+  auto const count = series.series.values.size();
+  if (series.hasRanges()) return tr("records: {}, minimum and maximum of each", count);
+  auto const nans = countNaNs(series.series);
+  return nans == 0 ? tr("values: {}", count) : tr("values: {}, not numbers: {}", count, nans);
+}
+
+}  // namespace Kestrel::ResultTables

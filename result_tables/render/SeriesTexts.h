@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+
+#include "result_tables/tables/Series.h"
+
+// What is said beside a picture of a series, in one printable line each.
+
+namespace Kestrel::ResultTables {
+
+/// "OP20: Clamps, Forces, Left, Clamp 1, Max Closing Force [N]"
+[[nodiscard]] std::string titleText(TableSeries const& series);
+
+/// The value that the table has, with its step and time: "-846.15 N, step 3, time 0.6"; "no data" or "NaN"
+/// where there is no number.
+[[nodiscard]] std::string extremeText(TableSeries const& series, int digits);
+
+/// "limit 500 N"
+[[nodiscard]] std::string limitText(double limit, std::string const& unit, int digits);
+
+/// How much data there is: "values: 35", "values: 35, not numbers: 2", "records: 4, minimum and maximum
+/// of each".
+[[nodiscard]] std::string extentText(TableSeries const& series);
+
+}  // namespace Kestrel::ResultTables
