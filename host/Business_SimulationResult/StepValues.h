@@ -40,8 +40,8 @@ class StepValues {
         m_stored);
   }
 
-  /// Calls `visit(value, companion)` with every pair, first to last. Returns false, and calls nothing, for plain
-  /// values.
+  /// Calls `visit(value, companion)` with every pair, first to last. Returns false, and calls nothing, for
+  /// plain values.
   template <typename Visitor>
   [[nodiscard]] bool forEachPair(Visitor&& visit) const {
     auto const* const pairs = std::get_if<std::shared_ptr<std::vector<Pair> const>>(&m_stored);
