@@ -99,7 +99,7 @@ void comparingMaximaAlone(benchmark::State& state) {
 
 LimitedResults readWithLimits(std::filesystem::path const& path) {
   auto file = readResultsFile(path);
-  auto limits = genDefaultLimits(file);
+  ResultLimits limits{.collection = genDefaultLimits(file), .columns = {}};
   return {std::move(file), std::move(limits)};
 }
 

@@ -96,7 +96,8 @@ TEST_F(CommandLine, SaysWhichValueWasMeant) {
 
 TEST_F(CommandLine, SaysWhatIsMissingOrTooMuch) {
   EXPECT_EQ(messageOf("show"), "RESULTS is required (--help says more)");
-  EXPECT_EQ(messageOf("import calculix in.dat"), "--map is required (--help says more)");
+  EXPECT_EQ(messageOf("import calculix in.dat"),
+            "expected exactly one of --map, --list, --make-map, found none");
   EXPECT_EQ(messageOf("limits list r.json more.json"),
             "unexpected argument \"more.json\" (--help says more)");
   EXPECT_EQ(messageOf("demo -- r.json"), "unexpected argument \"r.json\" (--help says more)");
@@ -185,7 +186,7 @@ TEST_F(CommandLine, FitsItsHelpIntoTheTerminal) {
   auto const narrow = help(50);
   EXPECT_LE(widestLine(narrow), 50U) << narrow;
   EXPECT_GT(widestLine(narrow), 40U) << narrow;
-  EXPECT_THAT(narrow, HasSubstr("\n                 name; can be repeated\n"));
+  EXPECT_THAT(narrow, HasSubstr("\n                   name; can be repeated\n"));
   EXPECT_THAT(help(200), HasSubstr("Form of the output: text, csv, json; text when it is not named\n"));
 }
 

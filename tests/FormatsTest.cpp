@@ -35,6 +35,7 @@ std::vector<std::string_view> namesOf(Formats const& formats) {
 
 TEST(Formats, AreThoseOfTheirSubjectWithTheOneForPeopleFirst) {
   EXPECT_THAT(namesOf(s_tableFormats), ElementsAre("text", "csv", "json"));
+  EXPECT_THAT(namesOf(s_csvDialects<Tables>), ElementsAre("plain", "excel-de"));
   EXPECT_THAT(namesOf(s_findingsFormats), ElementsAre("text", "json", "junit"));
   EXPECT_THAT(namesOf(s_differencesFormats), ElementsAre("text", "csv", "json", "junit"));
   EXPECT_THAT(namesOf(s_seriesFormats), ElementsAre("text", "csv", "json", "svg"));
@@ -49,6 +50,8 @@ TEST(Formats, RenderWhatTheirNamesSay) {
   EXPECT_EQ(s_tableFormats[0].render(tables, {}), "OP20: Bolts\n  no elements\n");
   EXPECT_EQ(s_tableFormats[0].render(tables, {.colour = true}), "\x1b[1mOP20: Bolts\x1b[0m\n  no elements\n");
   EXPECT_THAT(s_tableFormats[1].render(tables, {}), testing::StartsWith("file,unit,unitId,family,"));
+  EXPECT_THAT(s_csvDialects<Tables>[0].render(tables, {}), testing::StartsWith("file,unit,unitId,family,"));
+  EXPECT_THAT(s_csvDialects<Tables>[1].render(tables, {}), testing::StartsWith("file;unit;unitId;family;"));
   EXPECT_EQ(json::parse(s_tableFormats[2].render(tables, {.colour = true})).at("tables").at(0).at("family"),
             "Bolts");
 

@@ -38,6 +38,17 @@ TEST(Histories, OfAQuantityAreAlsoFoundByTheirLongName) {
   EXPECT_EQ(Histories::fullName({&totals, 0}), "C1.total force fz");
 }
 
+TEST(Histories, AreUsuallyCalledAsBrieflyAsTheInputAllows) {
+  Histories histories("a.dat");
+  auto const& forces = histories.add({"C1", "forces", {"fx", "fz"}, {7}, {0}, {1, 2}});
+  histories.add({"C1", "total force", {"fz"}, {}, {0}, {1}});
+  histories.index();
+  EXPECT_EQ(histories.usualName({&forces, 0}), "C1.fx");
+  EXPECT_EQ(histories.usualName({&forces, 1}), "C1.forces fz");
+  EXPECT_EQ(histories.tables().size(), 2U);
+  EXPECT_EQ(&histories.tables().front(), &forces);
+}
+
 TEST(Histories, AreSuggestedFromTheEntityThatTheNameBeginsWith) {
   Histories histories("a.dat");
   histories.add({"C1", "forces", {"fx", "fy"}, {7}, {0}, {1, 2}});

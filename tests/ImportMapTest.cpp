@@ -46,6 +46,16 @@ class ImportMapOfAPrint : public testing::Test {
     m_histories.add({"L", "forces", {"fx"}, {1}, {0, 1}, {1, 2}});
     m_histories.add({"M", "forces", {"fx"}, {1}, {0, 1.5, 2}, {1, 2, 3}});
     m_histories.add({"D", "forces", {"fx"}, {1}, {0, 1, 1, 2}, {1, 2, 3, 4}});
+    HistoryTable elements{"E", "stresses", {"sxx"}, {}, {0, 1, 2}, {1, -5, 5, 2, 4, -4, 7, s_nan, -8}};
+    elements.elementRows = {{1, 1}, {1, 2}, {2, 1}, {1, 1}, {1, 2}, {2, 1}, {1, 1}, {2, 1}, {3, 1}};
+    elements.rowEnds = {3, 6, 9};
+    m_histories.add(std::move(elements));
+    HistoryTable steps{"R", "forces", {"fx"}, {1}, {1, 2, 1, 2, 2, 3}, {10, 20, 30, 40, 50, 60}};
+    steps.steps = {1, 1, 2, 2, 4, 4};
+    m_histories.add(std::move(steps));
+    HistoryTable others{"Q", "forces", {"fx"}, {1}, {1, 2, 1, 2, 2, 3}, {1, 2, 3, 4, 5, 6}};
+    others.steps = {1, 1, 1, 2, 2, 4};
+    m_histories.add(std::move(others));
     m_histories.index();
   }
 
@@ -77,7 +87,11 @@ TEST_F(ImportMapOfAPrint, HasItsUnitsAndToolsInOrder) {
   auto const& unit = map.units[0];
   EXPECT_EQ(unit.id.toString(), "00000000-0000-0000-0000-00000000000a");
   EXPECT_EQ(unit.name, "first");
-  EXPECT_THAT(unit.stepTimes, ElementsAre(Eq(std::nullopt), Optional(0.5), Optional(1.0)));
+  ASSERT_EQ(unit.stepTimes.size(), 3U);
+  EXPECT_FALSE(unit.stepTimes[0].has_value());
+  EXPECT_EQ(unit.stepTimes[1]->time, 0.5);
+  EXPECT_EQ(unit.stepTimes[2]->time, 1.0);
+  EXPECT_FALSE(unit.stepTimes[2]->step.has_value());
   ASSERT_TRUE(unit.visibleSteps.has_value());
   EXPECT_EQ(unit.visibleSteps->first, 2U);
   EXPECT_EQ(unit.visibleSteps->last, 1U);
@@ -175,6 +189,108 @@ TEST_F(ImportMapOfAPrint, TakesWhatItSaysOfTheNodesOfASet) {
   EXPECT_EQ(evaluate(R"("sum": [{"history": "S.vx", "node": 3}])")[2], 0);
 }
 
+TEST_F(ImportMapOfAPrint, ReducesTheRowsOfElements) {
+  auto const values = [this](std::string_view members) {
+    auto found = evaluate(fmt::format(R"("sum": [{{"history": "E.sxx", {}}}])", members));
+    EXPECT_EQ(found.size(), 3U);
+    found.resize(2);
+    return found;
+  };
+  EXPECT_THAT(values(R"("reduce": "maxAbs")"), ElementsAre(-5, 4));
+  EXPECT_THAT(values(R"("reduce": "mean")"), ElementsAre(1.0 / 3.0, 2.0 / 3.0));
+  EXPECT_THAT(values(R"("reduce": "min")"), ElementsAre(-5, -4));
+  EXPECT_THAT(values(R"("reduce": "max")"), ElementsAre(5, 4));
+  EXPECT_THAT(values(R"("reduce": "sum")"), ElementsAre(1, 2));
+  EXPECT_THAT(values(R"("element": 1, "reduce": "mean")"), ElementsAre(-2, 3));
+  EXPECT_THAT(values(R"("point": 1, "reduce": "maxAbs", "scale": 2, "offset": 1)"), ElementsAre(11, -7));
+  EXPECT_TRUE(std::isnan(evaluate(R"("sum": [{"history": "E.sxx", "reduce": "maxAbs"}])")[2]));
+  EXPECT_TRUE(std::isnan(evaluate(R"("sum": [{"history": "E.sxx", "element": 2}])")[2]));
+  EXPECT_EQ(evaluate(R"("sum": [{"history": "E.sxx", "element": 1, "point": 1}])"),
+            (std::vector<double>{1, 2, 7}));
+}
+
+/// A unit with one clamp whose one series has `formula`, taken from the steps `step`.
+std::string mapOfStep(std::string_view step, std::string_view formula) {
+  return fmt::format(R"({{"format": "import-map", "version": 1, "units": [
+      {{"id": "00000000-0000-0000-0000-000000000001", "name": "U",
+        "tools": [{{"id": "C", "kind": "clamp", "series": [{{"quantity": "Q", {}}}]}}], "step": {}}}]}})",
+                     formula, step);
+}
+
+TEST_F(ImportMapOfAPrint, TakesAUnitFromTheStepsThatItNames) {
+  auto const evaluateIn = [this](std::string_view step, std::optional<ImportSteps> const& steps = {}) {
+    auto const map =
+        readImportMap("m.json", mapOfStep(step, R"("sum": [{"history": "R.fx"}])"), m_histories, steps);
+    auto const& formula = map.units.at(0).tools.at(0).series.at(0).formula;
+    std::vector<std::pair<double, double>> values;
+    for (std::size_t i = 0; i < formula.times().size(); ++i)
+      values.emplace_back(formula.times()[i], formula.at(i));
+    return values;
+  };
+  using Values = std::vector<std::pair<double, double>>;
+  EXPECT_EQ(evaluateIn("1"), (Values{{1, 10}, {2, 20}}));
+  EXPECT_EQ(evaluateIn("2"), (Values{{1, 30}, {2, 40}}));
+  EXPECT_EQ(evaluateIn("4"), (Values{{2, 50}, {3, 60}}));
+  EXPECT_EQ(evaluateIn(R"("all")"), (Values{{1, 10}, {2, 20}, {1, 30}, {2, 40}, {2, 50}, {3, 60}}));
+  EXPECT_EQ(evaluateIn("1", ImportSteps{4}), (Values{{2, 50}, {3, 60}}));
+  EXPECT_EQ(evaluateIn("1", ImportSteps{}).size(), 6U);
+}
+
+TEST_F(ImportMapOfAPrint, FindsAValueByStepAndTime) {
+  auto const map = read(mapOfStep(R"("all")", R"("sum": [{"history": "R.fx"}])"));
+  auto const& formula = map.units[0].tools[0].series[0].formula;
+  EXPECT_THAT(formula.indexOf({2}), Optional(4U));
+  EXPECT_THAT(formula.indexOf({1}), Optional(2U));
+  EXPECT_THAT(formula.indexOf({2, 1}), Optional(1U));
+  EXPECT_THAT(formula.indexOf({2, 2}), Optional(3U));
+  EXPECT_EQ(formula.indexOf({3, 2}), std::nullopt);
+  EXPECT_EQ(formula.indexOf({2, 3}), std::nullopt);
+  auto const ofOneStep = read(mapOfStep("2", R"("sum": [{"history": "R.fx"}])"));
+  EXPECT_THAT(ofOneStep.units[0].tools[0].series[0].formula.indexOf({2}), Optional(1U));
+}
+
+TEST_F(ImportMapOfAPrint, HasStepTimesWithTheirSteps) {
+  auto const map =
+      read(mapOfUnit(R"("stepTimes": [{"step": 2, "time": 0.5}, null, {"time": -1, "step": 0}])"));
+  auto const& times = map.units[0].stepTimes;
+  ASSERT_EQ(times.size(), 3U);
+  EXPECT_EQ(times[0]->time, 0.5);
+  EXPECT_EQ(times[0]->step, 2U);
+  EXPECT_EQ(times[2]->time, -1);
+  EXPECT_EQ(times[2]->step, 0U);
+}
+
+TEST_F(ImportMapOfAPrint, RefusesStepsThatDoNotFit) {
+  struct {
+    std::string map;
+    char const* message;
+  } const cases[] = {
+      {mapOfFormula(R"("sum": [{"history": "A.fx"}, {"history": "R.fx"}])"),
+       R"(/tools/0/series/0/sum/1/history: expected a member "step" of the unit or --step, as the times of "R.forces fx" begin anew, found none)"},
+      {mapOfStep("3", R"("norm": [{"history": "R.fx"}])"),
+       R"(/tools/0/series/0/norm/0/history: expected a history with values in step 3, found "R.forces fx" with steps 1 to 4)"},
+      {mapOfStep("1", R"("sum": [{"history": "A.fx"}])"),
+       R"(/tools/0/series/0/sum/0/history: expected a history with values in step 1, found "A.forces fx" with no steps)"},
+      {mapOfStep(R"("all")", R"("sum": [{"history": "R.fx"}, {"history": "Q.fx"}])"),
+       "/tools/0/series/0/sum/1: expected the times of the first term (6 times from 1 to 3), found the same "
+       "times in other steps"},
+      {mapOfStep("1", R"("sum": [{"history": "R.fx"}, {"history": "Q.fx"}])"),
+       "/tools/0/series/0/sum/1: expected the times of the first term (2 times from 1 to 2), found 3 times "
+       "from 1 to 1"},
+      {mapOfStep(R"("each")", R"("sum": [{"history": "R.fx"}])"),
+       R"(/step: expected the number of a step or "all", found "each")"},
+      {mapOfStep("-1", R"("sum": [{"history": "R.fx"}])"),
+       R"(/step: expected the number of a step or "all", found -1)"},
+      {mapOfUnit(R"("stepTimes": [{"step": 2}])"), R"(/stepTimes/0: expected a member "time", found none)"},
+      {mapOfUnit(
+           R"("stepTimes": [0], "lineJoins": [{"guid": "00000000-0000-0000-0000-000000000012", "id": "L",
+          "name": "Line", "states": [1], "simulationUnitJoin": "00000000-0000-0000-0000-0000000000aa",
+          "skins": {"a/b": [{"sum": [{"history": "R.fx"}]}]}}])"),
+       R"(/lineJoins/0/skins/a~1b/0/sum/0/history: expected a member "step" of the unit or --step, as the times of "R.forces fx" begin anew, found none)"},
+  };
+  for (auto const& c : cases) EXPECT_EQ(errorIn(c.map), "m.json: /units/0" + std::string(c.message)) << c.map;
+}
+
 TEST_F(ImportMapOfAPrint, HasTheRecordsOfTheSteps) {
   auto const map = read(mapOfUnit(R"("stepTimes": [null, 0, 1],
       "joinsDefinedInUnit": ["00000000-0000-0000-0000-0000000000aa"],
@@ -207,12 +323,12 @@ TEST_F(ImportMapOfAPrint, HasTheRecordsOfTheSteps) {
 TEST_F(ImportMapOfAPrint, FindsTheLastValueAtATime) {
   auto const map = read(mapOfFormula(R"("sum": [{"history": "D.fx"}])"));
   auto const& formula = map.units[0].tools[0].series[0].formula;
-  EXPECT_THAT(formula.indexOf(0), Optional(0U));
-  EXPECT_THAT(formula.indexOf(1), Optional(2U));
-  EXPECT_THAT(formula.indexOf(2), Optional(3U));
-  EXPECT_EQ(formula.indexOf(-1), std::nullopt);
-  EXPECT_EQ(formula.indexOf(1.0000000000000002), std::nullopt);
-  EXPECT_EQ(formula.indexOf(3), std::nullopt);
+  EXPECT_THAT(formula.indexOf({0}), Optional(0U));
+  EXPECT_THAT(formula.indexOf({1}), Optional(2U));
+  EXPECT_THAT(formula.indexOf({2}), Optional(3U));
+  EXPECT_EQ(formula.indexOf({-1}), std::nullopt);
+  EXPECT_EQ(formula.indexOf({1.0000000000000002}), std::nullopt);
+  EXPECT_EQ(formula.indexOf({3}), std::nullopt);
 }
 
 struct BadText {
@@ -253,14 +369,14 @@ TEST_F(ImportMapOfAPrint, RefusesBadFormulas) {
       {R"("sum": ["A.fx"])", R"(/sum/0: expected an object, found "A.fx")"},
       {R"("sum": [{"scale": 2}])", R"(/sum/0: expected a member "history", found none)"},
       {R"("sum": [{"history": "A.fx", "sign": -1}])",
-       R"(/sum/0/sign: expected one of the members history, node, scale, offset, found "sign")"},
+       R"(/sum/0/sign: expected one of the members history, node, element, point, reduce, scale, offset, found "sign")"},
       {R"("sum": [{"history": "A.fx", "scale": "-1"}])", R"(/sum/0/scale: expected a number, found "-1")"},
       {R"("sum": [{"history": "A.fx", "offset": null}])", "/sum/0/offset: expected a number, found null"},
       {R"("form": "pair", "sum": [])", R"(/form: expected "values" or "pairs", found "pair")"},
       {R"("sum": [{"history": "A.fx"}, {"history": "A.fw"}])",
        R"(/sum/1/history: expected a history of p.dat ("A.fx", "A.fy", "A.fz"), found "A.fw")"},
       {R"("sum": [{"history": "a.fx"}])",
-       R"(/sum/0/history: expected a history of p.dat ("A.fx", "A.fy", "A.fz", "S.fx", "S.vx", "T.forces fx", "T.total force fx", "L.fx", … (10 in all)), found "a.fx")"},
+       R"(/sum/0/history: expected a history of p.dat ("A.fx", "A.fy", "A.fz", "S.fx", "S.vx", "T.forces fx", "T.total force fx", "L.fx", … (13 in all)), found "a.fx")"},
       {R"("sum": [{"history": "T.fx"}])",
        R"(/sum/0/history: expected "T.forces fx" or "T.total force fx", found "T.fx")"},
       {R"("sum": [{"history": "S.vx"}])",
@@ -273,6 +389,22 @@ TEST_F(ImportMapOfAPrint, RefusesBadFormulas) {
        R"(/sum/0/node: expected the number of a node, "sum", "mean", "min" or "max", found -1)"},
       {R"("sum": [{"history": "T.total force fx", "node": "sum"}])",
        R"(/sum/0: expected no "node" for a history without nodes, found one)"},
+      {R"("sum": [{"history": "E.sxx"}])",
+       R"(/sum/0: expected a member "reduce" ("sum", "mean", "min", "max" or "maxAbs") for 3 rows of "E.stresses sxx", found none)"},
+      {R"("sum": [{"history": "E.sxx", "element": 1}])",
+       R"(/sum/0: expected a member "reduce" ("sum", "mean", "min", "max" or "maxAbs") for 2 rows of "E.stresses sxx", found none)"},
+      {R"("sum": [{"history": "E.sxx", "element": 3}])",
+       "/sum/0: expected a row of this element and point at each time, found none at time 0"},
+      {R"("sum": [{"history": "E.sxx", "element": 1, "point": 2}])",
+       "/sum/0: expected a row of this element and point at each time, found none at time 2"},
+      {R"("sum": [{"history": "E.sxx", "reduce": "median"}])",
+       R"(/sum/0/reduce: expected "sum", "mean", "min", "max" or "maxAbs", found "median")"},
+      {R"("sum": [{"history": "E.sxx", "node": 1}])",
+       R"(/sum/0: expected no "node" for a history without nodes, found one)"},
+      {R"("sum": [{"history": "A.fx", "reduce": "sum"}])",
+       R"(/sum/0: expected "element", "point" and "reduce" only for a history of elements, found "A.forces fx")"},
+      {R"("sum": [{"history": "S.vx", "node": "maxAbs"}])",
+       R"(/sum/0/node: expected the number of a node, "sum", "mean", "min" or "max", found "maxAbs")"},
       {R"("sum": [{"history": "A.fx"}, {"history": "S.fx"}, {"history": "L.fx"}])",
        "/sum/2: expected the times of the first term (3 times from 0 to 2), found 2 times from 0 to 1"},
       {R"("norm": [{"history": "A.fx"}, {"history": "M.fx"}])",
@@ -299,7 +431,7 @@ TEST_F(ImportMapOfAPrint, RefusesBadUnits) {
       {R"("visibleSteps": {"first": 2, "last": 0}, "stepTimes": [0, 1])",
        "/visibleSteps/first: expected the index of one of 2 steps, found 2"},
       {R"("visibleSteps": {"first": 2})", R"(/visibleSteps: expected a member "last", found none)"},
-      {R"("stepTimes": ["1"])", R"(/stepTimes/0: expected a number or null, found "1")"},
+      {R"("stepTimes": ["1"])", R"(/stepTimes/0: expected a number, an object or null, found "1")"},
       {R"("toolGroupings": {"Rollers": [{"name": "left", "tools": ["R1"]}]})",
        R"(/toolGroupings/Rollers: expected identifiers of tools of the unit, found "R1")"},
       {R"("toolGroupings": {"Rolls": []})",

@@ -14,6 +14,7 @@
 #include "Business_Skin/Skin.h"
 #include "Persistence_SkinBaseName/SkinBaseName.h"
 #include "result_tables/base/File.h"
+#include "result_tables/import/HistoryList.h"
 #include "result_tables/results/ResultsFile.h"
 #include "support/ForkedTest.h"
 #include "support/ImportTesting.h"
@@ -182,6 +183,75 @@ TEST(Import, TakesNodeSetsFromAPrint) {
   EXPECT_FALSE(file.units.at(0).unit->hasVisibleSimulationSteps());
 }
 
+constexpr std::string_view s_oneClamp = R"({"format": "import-map", "version": 1, "units": [
+  {"id": "00000000-0000-0000-0000-000000000001", "name": "U", "tools": [{"id": "C", "kind": "clamp",
+   "series": [{"quantity": "Q", "sum": [{"history": "a"}]}, {"quantity": "P", "form": "pairs", "sum": [{"history": "a"}]}]}]}]})";
+
+TEST(Import, TakesContactSectionsAndElementsFromTheStepsOfAPrint) {
+  auto const text =
+      importHistories(ImportFormat::calculix, s_data / "punches.dat", s_data / "punches.map.json");
+  auto const file = readResults("punches.results.json", text);
+  auto const& closing = file.units.at(0);
+  EXPECT_THAT(seriesOf(closing, "Left", "ClampNormalForce"), ElementsAre(0, 20.37268, 49.26944, 81.79436));
+  EXPECT_THAT(seriesOf(closing, "Left", "ClampTangentialForce"),
+              ElementsAre(0, DoubleNear(0.2854893, 1e-12), DoubleNear(0.6539678, 1e-12),
+                          DoubleNear(0.9652581, 1e-12)));
+  EXPECT_THAT(seriesOf(closing, "Left", "ClampClosingForce"),
+              ElementsAre(0, DoubleNear(10.186338, 1e-12), DoubleNear(24.634722, 1e-12),
+                          DoubleNear(51.56519, 1e-12)));
+  EXPECT_THAT(seriesOf(closing, "Left", "ClampSupportingForce"),
+              ElementsAre(0, -16.45343, -39.77967, -83.02989));
+  auto const& sliding = file.units.at(1);
+  EXPECT_THAT(seriesOf(sliding, "Left", "LargestStress"),
+              ElementsAre(-4.051752e-14, -92.5684, -223.5851, -371.1581, -371.8265, -372.9595));
+  EXPECT_THAT(seriesOf(sliding, "Left", "MeanStress")[3], DoubleNear(-327.177625, 1e-9));
+  EXPECT_THAT(seriesOf(sliding, "Left", "StressOfAPoint"),
+              ElementsAre(-3.571169e-16, -1.149973e-15, -7.58472e-14, -98.48114, -97.35423, -96.22166));
+  EXPECT_THAT(seriesOf(sliding, "Left", "LargestPressure"),
+              ElementsAre(88.5772, 212.3441, 349.5595, 355.0202, 360.6105));
+  EXPECT_THAT(text, HasSubstr("[349.5595, 1],\n                [355.0202, 0.5]"));
+  double const forces[] = {20.37268, 81.79436, 81.88854};
+  for (unsigned int step = 0; step < 3; ++step) {
+    auto const skin = skinOf(*sliding.result->getStep(step), "Edge", "LineJoinSumForceN");
+    EXPECT_THAT(skin.getRangeMaximum(), Optional(forces[step])) << step;
+  }
+}
+
+TEST(Import, TakesTheStepThatIsAskedForInPlaceOfTheMaps) {
+  TemporaryFolder const folder;
+  auto map = std::string(s_oneClamp);
+  for (auto at = map.find("\"a\""); at != map.npos; at = map.find("\"a\"")) map.replace(at, 3, "\"TOP.fz\"");
+  auto const path = folder.write("m.json", map);
+  auto const importStep = [&](std::optional<ImportSteps> const& steps) {
+    auto const text =
+        importHistories(ImportFormat::calculix, s_data / "punches.dat", path, DecimalMark::point, steps);
+    return seriesOf(readResults("r.json", text).units.at(0), "C", "Q");
+  };
+  EXPECT_THAT(importStep(ImportSteps{2}), ElementsAre(-103.1385, -103.1386));
+  EXPECT_EQ(importStep(ImportSteps{}).size(), 6U);
+  EXPECT_EQ(
+      errorOf([&] { (void)importStep({}); }),
+      path.string() +
+          R"(: /units/0/tools/0/series/0/sum/0/history: expected a member "step" of the unit or --step, as the times of "TOP.total force fz" begin anew, found none)");
+}
+
+TEST(Import, TellsWhatItPassesOver) {
+  TemporaryFolder const folder;
+  auto const print = folder.write(
+      "p.dat",
+      " new things (a(b)) for set A and time 1\n\n 1 2\n\n temperatures for set A and time 1\n\n 1 2\n");
+  auto map = std::string(s_oneClamp);
+  for (auto at = map.find("\"a\""); at != map.npos; at = map.find("\"a\""))
+    map.replace(at, 3, "\"A.temperatures\"");
+  std::vector<std::string> notes;
+  (void)importHistories(ImportFormat::calculix, print, folder.write("m.json", map), DecimalMark::point, {},
+                        [&notes](std::string const& note) { notes.push_back(note); });
+  EXPECT_THAT(
+      notes,
+      ElementsAre(print.string() +
+                  R"(: line 1: passed over "new things (a(b)) for set A", which import does not know)"));
+}
+
 constexpr std::string_view s_everyRecord = R"({"format": "import-map", "version": 1, "units": [
   {"id": "00000000-0000-0000-0000-000000000001", "name": "U \u00e4 \"q\"",
    "visibleSteps": {"first": 1, "last": 0}, "stepTimes": [0, 1],
@@ -234,10 +304,6 @@ TEST(Import, GivesAStepNoRangeWhereAValueIsNotFinite) {
   }
 }
 
-constexpr std::string_view s_oneClamp = R"({"format": "import-map", "version": 1, "units": [
-  {"id": "00000000-0000-0000-0000-000000000001", "name": "U", "tools": [{"id": "C", "kind": "clamp",
-   "series": [{"quantity": "Q", "sum": [{"history": "a"}]}, {"quantity": "P", "form": "pairs", "sum": [{"history": "a"}]}]}]}]})";
-
 TEST(Import, WritesNotANumberAndInfinityAsAResultsFileHasThem) {
   TemporaryFolder const folder;
   auto const input = folder.write("a.csv", "time,a\n0,NaN\n0.5,Infinity\n1,-Infinity\n");
@@ -280,6 +346,15 @@ TEST(Import, DoesNotDependOnTheLocale) {
       importHistories(ImportFormat::calculix, s_panel / "panel.dat", s_panel / "panel.map.json");
   std::locale::global(old);
   EXPECT_EQ(after, before);
+}
+
+TEST(Import, KnowsTheFormatOfAnInputByItsName) {
+  for (auto const* name : {"a.dat", "b/a.DAT", "a.b.dat"})
+    EXPECT_EQ(importFormatOf(name), ImportFormat::calculix) << name;
+  for (auto const* name : {"a.csv", "A.CSV", "a.tsv", "a.txt"})
+    EXPECT_EQ(importFormatOf(name), ImportFormat::csv) << name;
+  for (auto const* name : {"a", "-", "", ".csv", "a.json", "a.csv/b"})
+    EXPECT_EQ(importFormatOf(name), std::nullopt) << name;
 }
 
 TEST(Import, NamesTheFileThatCannotBeRead) {
@@ -363,9 +438,11 @@ TEST(Import, TakesDamagedFilesAsAResultsFileTakesThemOrRefusesThem) {
     ImportFormat format;
     char const* input;
     char const* map;
-  } const sources[] = {{ImportFormat::csv, "bead.csv", "bead.map.json"},
-                       {ImportFormat::csv, "press.csv", "press.map.json"},
-                       {ImportFormat::calculix, "cube.dat", "cube.map.json"}};
+    int rounds;
+  } const sources[] = {{ImportFormat::csv, "bead.csv", "bead.map.json", 600},
+                       {ImportFormat::csv, "press.csv", "press.map.json", 600},
+                       {ImportFormat::calculix, "cube.dat", "cube.map.json", 600},
+                       {ImportFormat::calculix, "punches.dat", "punches.map.json", 100}};
   TemporaryFolder const folder;
   std::mt19937_64 random(23);
   int taken = 0;
@@ -373,7 +450,7 @@ TEST(Import, TakesDamagedFilesAsAResultsFileTakesThemOrRefusesThem) {
   for (auto const& source : sources) {
     auto const input = readFile(s_data / source.input);
     auto const map = readFile(s_data / source.map);
-    for (int round = 0; round < 600; ++round) {
+    for (int round = 0; round < source.rounds; ++round) {
       bool const damagesMap = round % 2 == 0;
       auto const inputPath = folder.write("input", damagesMap ? input : damaged(input, random));
       auto const mapPath = folder.write("map", damagesMap ? damaged(map, random) : map);
@@ -395,9 +472,12 @@ TEST(Import, TakesDamagedFilesAsAResultsFileTakesThemOrRefusesThem) {
 
 TEST(ImportManual, HoldsItsExamplesAsTheyAreTested) {
   auto const manual = readFile(s_source / "docs/importing.md");
-  for (auto const* name : {"press.csv", "press.map.json", "bead.csv", "bead.map.json", "cube.map.json"}) {
+  for (auto const* name : {"rig.csv", "press.csv", "press.map.json", "bead.csv", "bead.map.json",
+                           "cube.map.json", "punches.map.json"}) {
     EXPECT_THAT(manual, HasSubstr(fmt::format("\n{}```\n", readFile(s_data / name)))) << name;
   }
+  auto const rig = readHistories(ImportFormat::csv, s_data / "rig.csv", DecimalMark::comma);
+  EXPECT_THAT(manual, HasSubstr(fmt::format("\n{}```\n", renderHistoriesAsText(listHistories(rig)))));
 }
 
 class ImportOfTheClampedPanel : public testing::Test {

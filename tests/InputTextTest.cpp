@@ -1,6 +1,6 @@
 #include "result_tables/import/InputText.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <bit>
 #include <cmath>
@@ -11,6 +11,9 @@
 
 namespace Kestrel::ResultTables {
 namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
 
 constexpr double s_infinity = std::numeric_limits<double>::infinity();
 
@@ -78,6 +81,37 @@ TEST(Trimmed, TakesBlanksAndCarriageReturnsOffTheEnds) {
   EXPECT_EQ(trimmed(" \t a b\t \r"), "a b");
   EXPECT_EQ(trimmed(" \t\r"), "");
   EXPECT_EQ(trimmed(""), "");
+}
+
+/// What `take` takes off the text, piece by piece.
+std::vector<std::string> pieces(std::string_view text, std::string_view (&take)(std::string_view&)) {
+  std::vector<std::string> taken;
+  for (auto piece = take(text); !piece.empty(); piece = take(text)) taken.emplace_back(piece);
+  return taken;
+}
+
+TEST(TakeWord, TakesWhatStandsBetweenBlanks) {
+  EXPECT_THAT(pieces(" a \t-1.5-2.5 ", takeWord), ElementsAre("a", "-1.5-2.5"));
+  EXPECT_THAT(pieces("  ", takeWord), IsEmpty());
+}
+
+TEST(TakeNumberText, EndsWhereTheNextNumberBegins) {
+  EXPECT_THAT(pieces(" -1.0E+00-2.0E-01+3.5 4.", takeNumberText),
+              ElementsAre("-1.0E+00", "-2.0E-01", "+3.5", "4."));
+  EXPECT_THAT(pieces("1.5-105-2.5+300-1.5-100.5", takeNumberText),
+              ElementsAre("1.5-105", "-2.5+300", "-1.5", "-100.5"));
+  EXPECT_THAT(pieces("1.5D-05-2.5d+05", takeNumberText), ElementsAre("1.5D-05", "-2.5d+05"));
+}
+
+TEST(TakeNumberText, KeepsWhatIsNotOfAFortranColumn) {
+  EXPECT_THAT(pieces("2026-11-22 a-b 1-2 -Infinity", takeNumberText),
+              ElementsAre("2026-11-22", "a-b", "1-2", "-Infinity"));
+  EXPECT_THAT(pieces("- +-1 E-5", takeNumberText), ElementsAre("-", "+-1", "E-5"));
+}
+
+TEST(WithSingleBlanks, LeavesOneBlankBetweenWords) {
+  EXPECT_EQ(withSingleBlanks("  a \t b  c "), "a b c");
+  EXPECT_EQ(withSingleBlanks(" "), "");
 }
 
 TEST(FailAtLine, NamesTheSourceTheLineAndBothSides) {

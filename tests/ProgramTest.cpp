@@ -116,6 +116,22 @@ TEST_F(Program, TakesOptionsBeforeAndAfterTheFile) {
   EXPECT_THAT(tablesOf("$P show --unit OP10 r.json"), ElementsAre("OP10 Clamps"));
 }
 
+TEST_F(Program, WritesCsvForGermanSpreadsheets) {
+  for (auto const* options : {"--format csv --csv excel-de", "--csv excel-de"}) {
+    auto const output = run(std::string("$P show r.json --family Clamps --unit OP20 ") + options).out;
+    EXPECT_THAT(output, StartsWith("file;unit;unitId;family;")) << options;
+    EXPECT_THAT(output, HasSubstr("Max Normal Force;-7,25;N;;false")) << options;
+  }
+  EXPECT_EQ(run("$P demo --csv plain").out, run("$P demo --format csv").out);
+  EXPECT_THAT(run("$P demo --csv excel-de").out, HasSubstr(";family;group;"));
+  expectFailure("$P show r.json --format json --csv plain",
+                "result-tables: --csv: expected the form csv, found json");
+  expectFailure("$P demo --format text --csv excel-de",
+                "result-tables: --csv: expected the form csv, found text");
+  expectFailure("$P demo --csv excel",
+                "result-tables: --csv: expected one of plain, excel-de, found \"excel\"");
+}
+
 TEST_F(Program, WritesTheOutputToAFileInPlaceOfStandardOutput) {
   auto const result = run("$P show r.json --unit OP10 --output out.txt");
   EXPECT_EQ(result.exitCode, 0);

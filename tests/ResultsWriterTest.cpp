@@ -85,7 +85,7 @@ TEST_F(ResultsWriter, WritesBoundsJoinsAndGroupings) {
 }
 
 TEST_F(ResultsWriter, WritesOfEachStepTheRecordsThatItHolds) {
-  m_unit.stepTimes = {0.0, std::nullopt, 2.0};
+  m_unit.stepTimes = {ImportTime{0.0}, std::nullopt, ImportTime{2.0}};
   ImportRecord zone;
   zone.guid = id('3');
   zone.name = "Z";
@@ -104,7 +104,7 @@ TEST_F(ResultsWriter, WritesOfEachStepTheRecordsThatItHolds) {
 }
 
 TEST_F(ResultsWriter, WritesTheRangeOfASkinAtTheTimeOfItsStep) {
-  m_unit.stepTimes = {0.0, 1.0, 2.0};
+  m_unit.stepTimes = {ImportTime{0.0}, ImportTime{1.0}, ImportTime{2.0}};
   ImportRecord line;
   line.guid = id('4');
   line.simulationUnitJoin = id('5');

@@ -30,10 +30,16 @@ void Arguments::option(std::string const& name, std::string const& valueName, Co
 }
 
 void Arguments::flag(std::string const& name, std::string const& help, bool& isGiven) {
-  m_declared.emplace_back(m_app->add_flag(name, help), [name, &isGiven](std::string const& text) {
-    if (text != "true") throw Error(tr("{}: expected no value, found {}", name, quote(text)));
-    isGiven = true;
-  });
+  flag(name, help, [&isGiven] { isGiven = true; });
+}
+
+void Arguments::flag(std::string const& name, std::string const& help, std::function<void()> onGiven) {
+  m_declared.emplace_back(m_app->add_flag(name, help),
+                          [name, onGiven = std::move(onGiven)](std::string const& text) {
+                            if (text != "true")
+                              throw Error(tr("{}: expected no value, found {}", name, quote(text)));
+                            onGiven();
+                          });
 }
 
 void Arguments::handOn() const {

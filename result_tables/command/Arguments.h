@@ -35,6 +35,8 @@ class Arguments {
   void option(std::string const& name, std::string const& valueName, Count count, std::string const& help,
               Take take);
   void flag(std::string const& name, std::string const& help, bool& isGiven);
+  /// The same where more than a note is taken of it.
+  void flag(std::string const& name, std::string const& help, std::function<void()> onGiven);
   void addHelp(HelpSection section) { m_sections.push_back(std::move(section)); }
 
   /// Hands on what was given, in the order of declaration.

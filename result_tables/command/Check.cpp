@@ -7,6 +7,7 @@
 #include "result_tables/base/Progress.h"
 #include "result_tables/command/CommonOptions.h"
 #include "result_tables/command/Message.h"
+#include "result_tables/command/ResultsInput.h"
 
 namespace Kestrel::ResultTables {
 
@@ -14,6 +15,7 @@ namespace {
 
 struct CheckOptions {
   std::vector<std::string> results;
+  ResultsInput input;
   TableSelection selection;
   std::string limits;
   std::size_t jobs = numberOfProcessors();
@@ -21,10 +23,11 @@ struct CheckOptions {
 };
 
 FileFindings checkFile(std::string const& results, CheckOptions const& options,
-                       NamedLimits const& namedLimits) {
+                       NamedLimits const& namedLimits, std::vector<std::string>& notes) {
   FileFindings found{results, {}, std::nullopt};
   try {
-    auto const file = readResultsFile(results);
+    auto const file =
+        readResults(results, options.input, [&notes](std::string const& note) { notes.push_back(note); });
     auto const limits = namedLimits.of(results, file);
     for (auto const& table : genResultTables(file, options.selection, limits))
       found.tables.push_back(genFindings(table));
@@ -34,10 +37,12 @@ FileFindings checkFile(std::string const& results, CheckOptions const& options,
   return found;
 }
 
-void checkFiles(Findings& files, CheckOptions const& options, NamedLimits const& limits) {
+/// `notes` gets for each file what of it is passed over.
+void checkFiles(Findings& files, std::vector<std::vector<std::string>>& notes, CheckOptions const& options,
+                NamedLimits const& limits) {
   Progress progress(files.size());
   forEachInParallel(files.size(), options.jobs, [&](std::size_t i) {
-    files[i] = checkFile(options.results[i], options, limits);
+    files[i] = checkFile(options.results[i], options, limits, notes[i]);
     progress.countOne();
   });
 }
@@ -55,9 +60,11 @@ ExitCode check(CheckOptions const& options) {
   NamedLimits const limits(options.limits);
   limits.checkFor(options.results);
   Findings files(options.results.size());
-  checkFiles(files, options, limits);
-  for (auto const& file : files) {
-    if (file.error) printMessage(*file.error);
+  std::vector<std::vector<std::string>> notes(files.size());
+  checkFiles(files, notes, options, limits);
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    for (auto const& note : notes[i]) printMessage(note);
+    if (files[i].error) printMessage(*files[i].error);
   }
   write(options.output, files);
   return exitCodeOf(files);
@@ -79,6 +86,7 @@ Run declareCheck(Arguments& arguments) {
       [options = options.get()](std::string const& text) {
         options->jobs = countFromText("--jobs", text, 1024);
       });
+  addResultsInput(arguments, options->input);
   return [options] { return check(*options); };
 }
 

@@ -99,6 +99,7 @@ ResultLimits limitsFor(std::string const& results, std::string const& document, 
 
 void addTables(Arguments& arguments, Output<Tables>& output) {
   addFormat<Tables>(arguments, s_tableFormats, output);
+  addCsv(arguments, output);
   addOutputFile(arguments, output.file);
   addTextStyle(arguments, output.style, output.colour);
   addWhen(arguments, output.style);

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "result_tables/base/Error.h"
 #include "result_tables/base/File.h"
 #include "result_tables/base/Suggestion.h"
 #include "result_tables/base/Translate.h"
@@ -78,6 +79,7 @@ enum class Colour { automatic, always, never };
 template <typename Subject>
 struct Output {
   Format<Subject> const* format = nullptr;
+  bool isFormatNamed = false;
   std::string file;  ///< empty or "-": standard output
   Colour colour = Colour::automatic;
   TextStyle style;  ///< what is asked for; colour and width follow from where it goes
@@ -111,10 +113,27 @@ void addFormat(Arguments& arguments, std::span<Format<Subject> const> formats, O
   std::vector<std::string_view> names;
   for (auto const& format : formats) names.push_back(format.name);
   output.format = &formats.front();
-  arguments.option(
-      "--format", "F", Arguments::Count::atMostOne,
-      tr("Form of the output: {}; {} when it is not named", listOf(names), names.front()),
-      [&output, formats](std::string const& name) { output.format = &rowNamed("--format", formats, name); });
+  arguments.option("--format", "F", Arguments::Count::atMostOne,
+                   tr("Form of the output: {}; {} when it is not named", listOf(names), names.front()),
+                   [&output, formats](std::string const& name) {
+                     output.format = &rowNamed("--format", formats, name);
+                     output.isFormatNamed = true;
+                   });
+}
+
+/// --csv, which stands for --format csv as well. REQUIRES: declared after --format, of which "csv" is one.
+template <typename Subject>
+void addCsv(Arguments& arguments, Output<Subject>& output) {
+  arguments.option("--csv", "DIALECT", Arguments::Count::atMostOne,
+                   tr("Form csv with commas and decimal points (plain) or semicolons and decimal commas "
+                      "(excel-de)"),
+                   [&output](std::string const& name) {
+                     auto const& dialect = rowNamed("--csv", s_csvDialects<Subject>, name);
+                     if (output.isFormatNamed && output.format->name != "csv") {
+                       throw Error(tr("--csv: expected the form csv, found {}", output.format->name));
+                     }
+                     output.format = &dialect;
+                   });
 }
 
 /// All that says how tables are put out.

@@ -8,6 +8,7 @@
 #include "result_tables/base/Progress.h"
 #include "result_tables/command/CommonOptions.h"
 #include "result_tables/command/Message.h"
+#include "result_tables/command/ResultsInput.h"
 
 namespace Kestrel::ResultTables {
 
@@ -15,6 +16,7 @@ namespace {
 
 struct ShowOptions {
   std::vector<std::string> results;
+  ResultsInput input;
   TableSelection selection;
   std::string limits;
   Output<Tables> output;
@@ -23,18 +25,21 @@ struct ShowOptions {
 struct ShownFiles {
   std::deque<ResultsFile> files;  ///< the tables refer to them
   Tables tables;
-  std::vector<std::string> errors;  ///< of the other files
+  std::vector<std::string> messages;  ///< of what is passed over, and of the other files
+  bool hasErrors = false;
 };
 
 void readFile(ShownFiles& shown, std::string const& results, ShowOptions const& options,
               NamedLimits const& namedLimits) {
   try {
-    auto file = readResultsFile(results);
+    auto file = readResults(results, options.input,
+                            [&shown](std::string const& note) { shown.messages.push_back(note); });
     auto const limits = namedLimits.of(results, file);
     std::ranges::move(genResultTables(file, options.selection, limits), std::back_inserter(shown.tables));
     shown.files.push_back(std::move(file));
   } catch (std::exception const& error) {
-    shown.errors.emplace_back(error.what());
+    shown.messages.emplace_back(error.what());
+    shown.hasErrors = true;
   }
 }
 
@@ -52,9 +57,9 @@ ExitCode show(ShowOptions const& options) {
   NamedLimits const limits(options.limits);
   limits.checkFor(options.results);
   auto const shown = readFiles(options, limits);
-  for (auto const& error : shown.errors) printMessage(error);
+  for (auto const& message : shown.messages) printMessage(message);
   if (!shown.files.empty()) write(options.output, shown.tables);
-  return shown.errors.empty() ? ExitCode::nothingFound : ExitCode::failed;
+  return shown.hasErrors ? ExitCode::failed : ExitCode::nothingFound;
 }
 
 }  // namespace
@@ -65,6 +70,7 @@ Run declareShow(Arguments& arguments) {
   addSelection(arguments, options->selection);
   addLimits(arguments, options->limits);
   addTables(arguments, options->output);
+  addResultsInput(arguments, options->input);
   return [options] { return show(*options); };
 }
 

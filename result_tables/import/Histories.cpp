@@ -41,6 +41,11 @@ std::string Histories::fullName(History const& history) {
   return withEntity(table, table.quantity.empty() ? component : table.quantity + ' ' + component);
 }
 
+std::string Histories::usualName(History const& history) const {
+  auto name = shortName(history);
+  return find(name).size() > 1 ? fullName(history) : name;
+}
+
 std::string Histories::namesLike(std::string_view name) const {
   constexpr std::size_t most = 8;
   auto const isNear = [name](HistoryTable const& table) {
@@ -56,8 +61,7 @@ std::string Histories::namesLike(std::string_view name) const {
   for (auto const& table : m_tables) {
     bool const tableIsNear = isNear(table);
     for (std::size_t i = 0; i < table.components.size(); ++i) {
-      History const history{&table, i};
-      auto const usual = find(shortName(history)).size() > 1 ? fullName(history) : shortName(history);
+      auto const usual = usualName({&table, i});
       append(all, allCount, usual);
       if (tableIsNear) append(near, nearCount, usual);
     }

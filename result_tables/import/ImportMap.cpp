@@ -18,7 +18,7 @@ namespace Kestrel::ResultTables {
 
 namespace {
 
-using Nodes = ImportTerm::Nodes;
+using Rows = ImportTerm::Rows;
 
 constexpr auto s_required = JsonMember::Presence::required;
 constexpr auto s_optional = JsonMember::Presence::optional;
@@ -26,22 +26,54 @@ constexpr std::uint64_t s_largest32Bit = std::numeric_limits<std::uint32_t>::max
 
 std::string nodeChoices() { return tr("the number of a node, \"sum\", \"mean\", \"min\" or \"max\""); }
 
-std::optional<Nodes> nodesOf(std::string_view name) {
-  if (name == "sum") return Nodes::sum;
-  if (name == "mean") return Nodes::mean;
-  if (name == "min") return Nodes::smallest;
-  if (name == "max") return Nodes::largest;
+std::string reductions() { return tr("\"sum\", \"mean\", \"min\", \"max\" or \"maxAbs\""); }
+
+std::optional<Rows> rowsOf(std::string_view name) {
+  if (name == "sum") return Rows::sum;
+  if (name == "mean") return Rows::mean;
+  if (name == "min") return Rows::smallest;
+  if (name == "max") return Rows::largest;
+  if (name == "maxAbs") return Rows::largestMagnitude;
   return std::nullopt;
 }
 
-std::string describeTimes(std::vector<double> const& times) {
+/// Of nodes all but the largest magnitude.
+std::optional<Rows> rowsOfNodes(std::string_view name) {
+  return name == "maxAbs" ? std::nullopt : rowsOf(name);
+}
+
+std::string describeSteps(HistoryTable const& table) {
+  return table.steps.empty() ? tr("no steps") : tr("steps {} to {}", table.steps.front(), table.steps.back());
+}
+
+std::string describeTimes(std::span<double const> times) {
+  if (times.empty()) return tr("no times");
   return tr("{} times from {} to {}", times.size(), shortestForm(times.front()), shortestForm(times.back()));
+}
+
+/// Of two values of one time the one that counts; not a number wins.
+double combined(Rows rows, double value, double other) {
+  bool const otherCounts = [&] {
+    switch (rows) {
+      case Rows::smallest:
+        return other < value;
+      case Rows::largest:
+        return other > value;
+      case Rows::largestMagnitude:
+        return std::abs(other) > std::abs(value);
+      default:
+        return false;
+    }
+  }();
+  if (rows == Rows::sum || rows == Rows::mean) return value + other;
+  return otherCounts || std::isnan(other) ? other : value;
 }
 
 /// The format of a map as shapes whose functions fill the draft of what is being read.
 class MapReader {
  public:
-  MapReader(std::string const& name, Histories const& histories) : m_json(name), m_histories(histories) {}
+  MapReader(std::string const& name, Histories const& histories, std::optional<ImportSteps> const& steps)
+      : m_json(name), m_histories(histories), m_steps(steps) {}
 
   ImportMap read(std::string const& text) {
     m_json.read(text, document());
@@ -52,18 +84,20 @@ class MapReader {
   struct TermDraft {
     ImportTerm term;
     std::optional<std::int64_t> node;
-    std::optional<Nodes> nodes;
+    std::optional<Rows> nodes;
   };
 
   JsonShape document();
   JsonShape unit();
   JsonShape stepTimes();
+  JsonShape steps();
   JsonShape tool();
   JsonShape series(std::vector<JsonMember> members, std::function<void()> onEnd);
   JsonShape formula(std::vector<JsonMember> members, std::function<void()> onBegin,
                     std::function<void()> onEnd);
   JsonShape terms(bool isNorm);
   JsonShape term();
+  JsonShape node();
   JsonShape toolGroupings();
   JsonShape records(std::vector<JsonMember> members, std::vector<ImportRecord>& target);
   JsonShape states();
@@ -72,10 +106,16 @@ class MapReader {
 
   void findHistory(std::string_view name);
   void finishTerm();
+  void chooseNodes();
   void chooseAllNodes(HistoryTable const& table);
   void finishFormula();
   void finishTool();
   void finishUnit();
+  void chooseTimes();
+  void chooseTimes(ImportFormula& formula, std::string const& place) const;
+  void chooseTimes(ImportTerm& term, std::string const& place) const;
+  void checkRows(ImportTerm const& term, std::string const& place) const;
+  void checkTimes(ImportTerm const& first, ImportTerm const& term, std::string const& place) const;
   void checkRecords(std::vector<ImportRecord> const& records, std::string const& place) const;
   void checkStates(ImportRecord const& record, std::string const& place) const;
   void checkSkins(ImportRecord const& record, std::string const& place) const;
@@ -86,7 +126,9 @@ class MapReader {
 
   JsonReader m_json;
   Histories const& m_histories;
+  std::optional<ImportSteps> m_steps;  ///< in place of the units'
   ImportMap m_map;
+  ImportTime m_time;
   std::unordered_set<GUIdentifier> m_unitIds;
   std::unordered_map<std::string, std::string> m_toolKinds;  ///< of the unit, by identifier
   ImportUnit m_unit;
@@ -126,6 +168,7 @@ JsonShape MapReader::unit() {
           {"id", s_required, jsonIdentifier(m_json, m_unit.id)},
           {"name", s_required, jsonText(m_unit.name)},
           {"visibleSteps", s_optional, jsonStepBounds(m_unit.visibleSteps)},
+          {"step", s_optional, steps()},
           {"stepTimes", s_optional, stepTimes()},
           {"tools", s_optional, jsonArray(tool())},
           {"joinsDefinedInUnit", s_optional, jsonArray(joinDefinedInUnit)},
@@ -143,8 +186,32 @@ JsonShape MapReader::unit() {
 }
 
 JsonShape MapReader::stepTimes() {
-  auto const time = jsonNumber([this](double value) { m_unit.stepTimes.emplace_back(value); });
-  return jsonArray(jsonOrNull(time, [this] { m_unit.stepTimes.emplace_back(); }));
+  auto const step = jsonInteger(
+      s_largest32Bit, [this](std::uint64_t value) { m_time.step = static_cast<std::uint32_t>(value); });
+  auto time = jsonObject(
+      {
+          {"step", s_required, step},
+          {"time", s_required, jsonNumber([this](double value) { m_time.time = value; })},
+      },
+      [this] { m_time = {}; }, [this] { m_unit.stepTimes.emplace_back(m_time); });
+  time.onNumber = [this](double value) { m_unit.stepTimes.emplace_back(ImportTime{value, {}}); };
+  time.expected = [] { return tr("a number, an object"); };
+  return jsonArray(jsonOrNull(std::move(time), [this] { m_unit.stepTimes.emplace_back(); }));
+}
+
+JsonShape MapReader::steps() {
+  auto const expected = [] { return tr("the number of a step or {}", quote("all")); };
+  JsonShape steps;
+  steps.expected = expected;
+  steps.largestInteger = s_largest32Bit;
+  steps.onInteger = [this](std::uint64_t value) {
+    m_unit.steps = ImportSteps{static_cast<std::uint32_t>(value)};
+  };
+  steps.onString = [this, expected](std::string_view value) {
+    if (value != "all") m_json.fail(expected(), quote(value));
+    m_unit.steps = ImportSteps();
+  };
+  return steps;
 }
 
 JsonShape MapReader::tool() {
@@ -203,22 +270,39 @@ JsonShape MapReader::terms(bool isNorm) {
 }
 
 JsonShape MapReader::term() {
+  constexpr std::uint64_t largest = std::numeric_limits<std::int64_t>::max();
+  auto const number = [](std::optional<std::int64_t>& target) {
+    return jsonInteger(largest,
+                       [&target](std::uint64_t value) { target = static_cast<std::int64_t>(value); });
+  };
+  auto const reduce = jsonString([this](std::string_view value) {
+    auto const rows = rowsOf(value);
+    if (!rows) m_json.fail(reductions(), quote(value));
+    m_term.term.rows = *rows;
+  });
+  return jsonObject(
+      {
+          {"history", s_required, jsonString([this](std::string_view name) { findHistory(name); })},
+          {"node", s_optional, node()},
+          {"element", s_optional, number(m_term.term.element)},
+          {"point", s_optional, number(m_term.term.point)},
+          {"reduce", s_optional, reduce},
+          {"scale", s_optional, jsonNumber([this](double value) { m_term.term.scale = value; })},
+          {"offset", s_optional, jsonNumber([this](double value) { m_term.term.offset = value; })},
+      },
+      [this] { m_term = {}; }, [this] { finishTerm(); });
+}
+
+JsonShape MapReader::node() {
   JsonShape node;
   node.expected = nodeChoices;
   node.largestInteger = std::numeric_limits<std::int64_t>::max();
   node.onInteger = [this](std::uint64_t value) { m_term.node = static_cast<std::int64_t>(value); };
   node.onString = [this](std::string_view value) {
-    m_term.nodes = nodesOf(value);
+    m_term.nodes = rowsOfNodes(value);
     if (!m_term.nodes) m_json.fail(nodeChoices(), quote(value));
   };
-  return jsonObject(
-      {
-          {"history", s_required, jsonString([this](std::string_view name) { findHistory(name); })},
-          {"node", s_optional, node},
-          {"scale", s_optional, jsonNumber([this](double value) { m_term.term.scale = value; })},
-          {"offset", s_optional, jsonNumber([this](double value) { m_term.term.offset = value; })},
-      },
-      [this] { m_term = {}; }, [this] { finishTerm(); });
+  return node;
 }
 
 JsonShape MapReader::toolGroupings() {
@@ -282,6 +366,20 @@ void MapReader::findHistory(std::string_view name) {
 void MapReader::finishTerm() {
   auto& term = m_term.term;
   auto const& table = *term.history.table;
+  if (table.hasElements()) {
+    if (m_term.node || m_term.nodes) m_json.fail(tr("no \"node\" for a history without nodes"), tr("one"));
+  } else if (term.element || term.point || term.rows != Rows::one) {
+    m_json.fail(tr("\"element\", \"point\" and \"reduce\" only for a history of elements"),
+                quote(Histories::fullName(term.history)));
+  } else {
+    chooseNodes();
+  }
+  m_formula.terms.push_back(term);
+}
+
+void MapReader::chooseNodes() {
+  auto& term = m_term.term;
+  auto const& table = *term.history.table;
   bool const isChosen = m_term.node || m_term.nodes;
   if (table.nodes.empty() && isChosen) m_json.fail(tr("no \"node\" for a history without nodes"), tr("one"));
   if (m_term.node) {
@@ -292,22 +390,21 @@ void MapReader::finishTerm() {
     }
     term.row = static_cast<std::size_t>(node - table.nodes.begin());
   } else if (m_term.nodes) {
-    term.nodes = *m_term.nodes;
+    term.rows = *m_term.nodes;
   } else if (table.nodes.size() > 1) {
     chooseAllNodes(table);
   }
-  m_formula.terms.push_back(term);
 }
 
 /// Forces on the nodes of a set add up to the force on the set; of anything else the map must say what it
 /// wants.
 void MapReader::chooseAllNodes(HistoryTable const& table) {
-  if (!table.quantity.ends_with("forces")) {
+  if (mustNameNode(table)) {
     m_json.fail(tr("a member \"node\" ({}) for the {} nodes of set {}", nodeChoices(), table.nodes.size(),
                    quote(table.entity)),
                 "none");
   }
-  m_term.term.nodes = Nodes::sum;
+  m_term.term.rows = Rows::sum;
 }
 
 void MapReader::finishFormula() {
@@ -317,18 +414,6 @@ void MapReader::finishFormula() {
   }
   std::string const list = m_formula.isNorm ? "/norm" : "/sum";
   if (m_formula.terms.empty()) m_json.fail(tr("at least one term"), tr("none"), list);
-  auto const& times = m_formula.times();
-  for (std::size_t i = 1; i < m_formula.terms.size(); ++i) {
-    auto const& others = m_formula.terms[i].history.table->times;
-    if (&others == &times || others == times) continue;
-    auto const difference = std::mismatch(times.begin(), times.end(), others.begin(), others.end());
-    auto const found =
-        times.size() != others.size()
-            ? describeTimes(others)
-            : tr("{} in place of {}", shortestForm(*difference.second), shortestForm(*difference.first));
-    m_json.fail(tr("the times of the first term ({})", describeTimes(times)), found,
-                fmt::format("{}/{}", list, i));
-  }
 }
 
 void MapReader::finishTool() {
@@ -343,6 +428,7 @@ void MapReader::finishUnit() {
     m_json.fail(tr("an identifier that is unique in the file"), m_unit.id.toString(), "/id");
   }
   checkStepBounds(m_json, m_unit.visibleSteps, m_unit.stepTimes.size());
+  chooseTimes();
   checkRecords(m_unit.suctionZones, "/suctionZones");
   checkRecords(m_unit.joiningTongs, "/joiningTongs");
   checkRecords(m_unit.joins, "/joins");
@@ -352,6 +438,87 @@ void MapReader::finishUnit() {
   checkGroupings();
   checkJoinsDefinedInUnit();
   m_map.units.push_back(std::move(m_unit));
+}
+
+/// Which steps a unit takes may stand behind its formulas.
+void MapReader::chooseTimes() {
+  if (m_steps) m_unit.steps = m_steps;
+  for (std::size_t i = 0; i < m_unit.tools.size(); ++i) {
+    auto& tool = m_unit.tools[i];
+    for (std::size_t k = 0; k < tool.series.size(); ++k)
+      chooseTimes(tool.series[k].formula, fmt::format("/tools/{}/series/{}", i, k));
+    if (tool.tangentialForce)
+      chooseTimes(tool.tangentialForce->formula, fmt::format("/tools/{}/tangentialForce", i));
+  }
+  for (std::size_t i = 0; i < m_unit.lineJoins.size(); ++i) {
+    for (auto& [name, formulas] : m_unit.lineJoins[i].skins) {
+      auto const place = fmt::format("/lineJoins/{}/skins{}", i, jsonPointerStep(name));
+      for (std::size_t k = 0; k < formulas.size(); ++k)
+        chooseTimes(formulas[k], fmt::format("{}/{}", place, k));
+    }
+  }
+}
+
+void MapReader::chooseTimes(ImportFormula& formula, std::string const& place) const {
+  for (std::size_t i = 0; i < formula.terms.size(); ++i) {
+    auto& term = formula.terms[i];
+    auto const placeOfTerm = fmt::format("{}/{}/{}", place, formula.isNorm ? "norm" : "sum", i);
+    chooseTimes(term, placeOfTerm);
+    checkRows(term, placeOfTerm);
+    checkTimes(formula.terms.front(), term, placeOfTerm);
+  }
+}
+
+void MapReader::chooseTimes(ImportTerm& term, std::string const& place) const {
+  auto const& table = *term.history.table;
+  if (m_unit.steps && m_unit.steps->number) {
+    auto const number = *m_unit.steps->number;
+    auto const [begin, end] = std::equal_range(table.steps.begin(), table.steps.end(), number);
+    if (begin == end) {
+      m_json.fail(tr("a history with values in step {}", number),
+                  tr("{} with {}", quote(Histories::fullName(term.history)), describeSteps(table)),
+                  place + "/history");
+    }
+    term.firstTime = static_cast<std::size_t>(begin - table.steps.begin());
+    term.timeCount = static_cast<std::size_t>(end - begin);
+  } else if (!m_unit.steps && !std::is_sorted(table.times.begin(), table.times.end())) {
+    m_json.fail(tr("a member \"step\" of the unit or --step, as the times of {} begin anew",
+                   quote(Histories::fullName(term.history))),
+                tr("none"), place + "/history");
+  }
+}
+
+void MapReader::checkRows(ImportTerm const& term, std::string const& place) const {
+  if (!term.history.table->hasElements()) return;
+  for (std::size_t time = 0; time < term.times().size(); ++time) {
+    auto const count = term.rowCount(time);
+    if (count == 0)
+      m_json.fail(tr("a row of this element and point at each time"),
+                  tr("none at time {}", shortestForm(term.times()[time])), place);
+    if (count > 1 && term.rows == Rows::one) {
+      m_json.fail(tr("a member \"reduce\" ({}) for {} rows of {}", reductions(), count,
+                     quote(Histories::fullName(term.history))),
+                  tr("none"), place);
+    }
+  }
+}
+
+void MapReader::checkTimes(ImportTerm const& first, ImportTerm const& term, std::string const& place) const {
+  auto const times = first.times();
+  auto const others = term.times();
+  bool const haveSameTimes = std::equal(times.begin(), times.end(), others.begin(), others.end());
+  auto const stepsOfFirst = first.steps();
+  auto const steps = term.steps();
+  bool const haveSameSteps =
+      !m_unit.steps || std::equal(stepsOfFirst.begin(), stepsOfFirst.end(), steps.begin(), steps.end());
+  if (haveSameTimes && haveSameSteps) return;
+  auto const expected = tr("the times of the first term ({})", describeTimes(times));
+  if (haveSameTimes) m_json.fail(expected, tr("the same times in other steps"), place);
+  if (times.size() != others.size()) m_json.fail(expected, describeTimes(others), place);
+  auto const difference = std::mismatch(times.begin(), times.end(), others.begin());
+  m_json.fail(expected,
+              tr("{} in place of {}", shortestForm(*difference.second), shortestForm(*difference.first)),
+              place);
 }
 
 void MapReader::checkRecords(std::vector<ImportRecord> const& records, std::string const& list) const {
@@ -394,7 +561,7 @@ void MapReader::checkSkins(ImportRecord const& record, std::string const& place)
       for (std::size_t step = 0; step < record.states.size(); ++step) {
         if (!record.states[step] || formula.indexOf(*m_unit.stepTimes[step])) continue;
         m_json.fail(tr("histories of {} with a value at time {} of step {}", quote(name),
-                       shortestForm(*m_unit.stepTimes[step]), step),
+                       shortestForm(m_unit.stepTimes[step]->time), step),
                     describeTimes(formula.times()), place);
       }
     }
@@ -438,24 +605,43 @@ void MapReader::checkJoinsDefinedInUnit() const {
 
 }  // namespace
 
+std::span<std::uint32_t const> ImportTerm::steps() const {
+  auto const& steps = history.table->steps;
+  return steps.empty() ? std::span<std::uint32_t const>() : std::span(steps).subspan(firstTime, timeCount);
+}
+
+bool ImportTerm::uses(std::size_t rowOfAll) const {
+  auto const& table = *history.table;
+  if (!table.hasElements()) return true;
+  auto const& labels = table.elementRows[rowOfAll];
+  return (!element || labels.element == *element) && (!point || labels.point == *point);
+}
+
+std::size_t ImportTerm::rowCount(std::size_t time) const {
+  auto const& table = *history.table;
+  auto const first = table.firstRow(firstTime + time);
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < table.rowCount(firstTime + time); ++i) {
+    if (uses(first + i)) ++count;
+  }
+  return count;
+}
+
 double ImportTerm::at(std::size_t time) const {
   auto const& table = *history.table;
-  auto const valueOf = [&](std::size_t i) { return table.value(time, i, history.component); };
-  auto value = valueOf(row);
-  for (std::size_t i = 1; nodes != Nodes::one && i < table.rowsPerTime(); ++i) {
-    auto const other = valueOf(i);
-    switch (nodes) {
-      case Nodes::smallest:
-        value = other < value || std::isnan(other) ? other : value;
-        break;
-      case Nodes::largest:
-        value = other > value || std::isnan(other) ? other : value;
-        break;
-      default:
-        value += other;
-    }
+  auto const timeOfAll = firstTime + time;
+  if (rows == Rows::one && !table.hasElements())
+    return scale * table.value(timeOfAll, row, history.component) + offset;
+  auto const first = table.firstRow(timeOfAll);
+  double value = 0.0;
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < table.rowCount(timeOfAll); ++i) {
+    if (!uses(first + i)) continue;
+    auto const other = table.value(timeOfAll, i, history.component);
+    value = count == 0 ? other : combined(rows, value, other);
+    ++count;
   }
-  if (nodes == Nodes::mean) value /= static_cast<double>(table.rowsPerTime());
+  if (rows == Rows::mean) value /= static_cast<double>(count);
   return scale * value + offset;
 }
 
@@ -468,14 +654,43 @@ double ImportFormula::at(std::size_t time) const {
   return value;
 }
 
-std::optional<std::size_t> ImportFormula::indexOf(double time) const {
-  auto const after = std::upper_bound(times().begin(), times().end(), time);
-  if (after == times().begin() || *(after - 1) != time) return std::nullopt;
-  return static_cast<std::size_t>(after - times().begin()) - 1;
+std::optional<std::size_t> ImportFormula::indexOf(ImportTime const& time) const {
+  auto const times = terms.front().times();
+  auto const steps = terms.front().steps();
+  for (auto end = times.size(); end > 0;) {
+    auto const begin =
+        steps.empty() ? 0
+                      : static_cast<std::size_t>(
+                            std::lower_bound(steps.begin(), steps.end(), steps[end - 1]) - steps.begin());
+    bool const isMeant = !time.step || (!steps.empty() && steps[begin] == *time.step);
+    auto const ofStep = times.subspan(begin, end - begin);
+    auto const after = std::upper_bound(ofStep.begin(), ofStep.end(), time.time);
+    if (isMeant && after != ofStep.begin() && *(after - 1) == time.time)
+      return begin + static_cast<std::size_t>(after - ofStep.begin()) - 1;
+    end = begin;
+  }
+  return std::nullopt;
 }
 
-ImportMap readImportMap(std::string const& name, std::string const& text, Histories const& histories) {
-  return MapReader(name, histories).read(text);
+std::optional<std::pair<double, double>> rangeAt(std::vector<ImportFormula> const& formulas,
+                                                 ImportTime const& time) {
+  std::vector<double> values;
+  values.reserve(formulas.size());
+  for (auto const& formula : formulas) values.push_back(formula.at(*formula.indexOf(time)));
+  bool const isFinite =
+      std::all_of(values.begin(), values.end(), [](double value) { return std::isfinite(value); });
+  if (!isFinite) return std::nullopt;
+  auto const [smallest, largest] = std::minmax_element(values.begin(), values.end());
+  return std::pair(*smallest, *largest);
+}
+
+bool mustNameNode(HistoryTable const& table) {
+  return table.nodes.size() > 1 && !table.quantity.ends_with("forces");
+}
+
+ImportMap readImportMap(std::string const& name, std::string const& text, Histories const& histories,
+                        std::optional<ImportSteps> const& steps) {
+  return MapReader(name, histories, steps).read(text);
 }
 
 }  // namespace Kestrel::ResultTables

@@ -14,6 +14,23 @@ namespace Kestrel::ResultTables {
 
 namespace {
 
+bool isBlank(char c) { return c == ' ' || c == '\t'; }
+bool isSign(char c) { return c == '+' || c == '-'; }
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+/// Whether the sign at `place` begins an exponent: behind a letter, or of three digits to the next number.
+bool beginsExponent(std::string_view word, std::size_t place) {
+  constexpr std::string_view letters = "eEdD";
+  auto const before = word[place - 1];
+  if (letters.find(before) != letters.npos) return place > 1;
+  constexpr std::size_t digits = 3;
+  auto const mantissa = word.substr(0, place);
+  auto const after = word.substr(place + 1);
+  return mantissa.find_first_of(letters) == mantissa.npos && after.size() >= digits &&
+         std::all_of(after.begin(), after.begin() + digits, isDigit) &&
+         (after.size() == digits || isSign(after[digits]));
+}
+
 /// Reads a double at the beginning of `text`; returns what is left, or nothing where there is none.
 std::optional<std::string_view> readDouble(std::string_view text, double& value) {
   auto const* const end = text.data() + text.size();
@@ -55,6 +72,37 @@ std::string_view trimmed(std::string_view text) {
   auto const first = text.find_first_not_of(blanks);
   if (first == text.npos) return {};
   return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+std::string_view takeWord(std::string_view& rest) {
+  std::size_t begin = 0;
+  while (begin < rest.size() && isBlank(rest[begin])) ++begin;
+  std::size_t end = begin;
+  while (end < rest.size() && !isBlank(rest[end])) ++end;
+  auto const word = rest.substr(begin, end - begin);
+  rest.remove_prefix(end);
+  return word;
+}
+
+std::string_view takeNumberText(std::string_view& rest) {
+  auto const word = takeWord(rest);
+  for (std::size_t place = 1; place < word.size(); ++place) {
+    auto const number = word.substr(0, place);
+    if (!isSign(word[place]) || beginsExponent(word, place)) continue;
+    if (number.find('.') == number.npos || !parseNumber(number)) return word;
+    rest = std::string_view(word.data() + place, rest.data() + rest.size());
+    return number;
+  }
+  return word;
+}
+
+std::string withSingleBlanks(std::string_view text) {
+  std::string single;
+  for (auto word = takeWord(text); !word.empty(); word = takeWord(text)) {
+    if (!single.empty()) single += ' ';
+    single += word;
+  }
+  return single;
 }
 
 void refuseWhatIsNotUtf8(std::string_view source, std::string_view text) {

@@ -16,6 +16,16 @@ namespace Kestrel::ResultTables {
 /// `text` without blanks (spaces, tabs) and a carriage return at its ends.
 [[nodiscard]] std::string_view trimmed(std::string_view text);
 
+/// The next run of characters other than blanks, taken off the front of `rest`; empty at the end.
+[[nodiscard]] std::string_view takeWord(std::string_view& rest);
+
+/// The same, up to the sign of the next number where Fortran's columns touch ("-1.5E+00-2.5E+00"). Only a
+/// number with a decimal point, and none of whole digits such as a date, ends at a sign.
+[[nodiscard]] std::string_view takeNumberText(std::string_view& rest);
+
+/// `text` without blanks at its ends and with one for each run of blanks in it.
+[[nodiscard]] std::string withSingleBlanks(std::string_view text);
+
 /// Throws the `Error` "SOURCE: line LINE, byte BYTE: expected UTF-8 text, found byte 0xFC" for the first byte
 /// of `text` that is part of no character; BYTE counts from 1 in its line.
 void refuseWhatIsNotUtf8(std::string_view source, std::string_view text);

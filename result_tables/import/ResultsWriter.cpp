@@ -24,8 +24,8 @@ class ResultsWriter {
   void step(ImportUnit const& unit, std::size_t step);
   void suctionZone(ImportRecord const& record, std::size_t step);
   void record(ImportRecord const& record, std::size_t step, bool hasGuid);
-  void lineJoin(ImportRecord const& record, std::size_t step, double time);
-  void range(std::vector<ImportFormula> const& formulas, double time);
+  void lineJoin(ImportRecord const& record, std::size_t step, ImportTime const& time);
+  void range(std::vector<ImportFormula> const& formulas, ImportTime const& time);
   /// An array under `name` with what `write` writes of each element that the step holds; no array where it
   /// holds none.
   template <typename Write>
@@ -97,7 +97,7 @@ void ResultsWriter::tool(ImportTool const& tool) {
 }
 
 void ResultsWriter::numbers(ImportSeries const& series) {
-  auto const& times = series.formula.times();
+  auto const times = series.formula.times();
   m_json.key(series.isPairs ? "pairs" : "values");
   if (!series.isPairs) {
     m_json.beginInlineArray();
@@ -142,7 +142,7 @@ void ResultsWriter::recordsOfStep(std::string_view name, std::vector<ImportRecor
 }
 
 void ResultsWriter::step(ImportUnit const& unit, std::size_t step) {
-  auto const time = unit.stepTimes[step];
+  auto const& time = unit.stepTimes[step];
   if (!time) return m_json.null();
   m_json.beginObject();
   recordsOfStep("suctionZones", unit.suctionZones, step,
@@ -169,7 +169,7 @@ void ResultsWriter::record(ImportRecord const& record, std::size_t step, bool ha
   m_json.integer("state", *record.states[step]);
 }
 
-void ResultsWriter::lineJoin(ImportRecord const& lineJoin, std::size_t step, double time) {
+void ResultsWriter::lineJoin(ImportRecord const& lineJoin, std::size_t step, ImportTime const& time) {
   record(lineJoin, step, true);
   m_json.text("simulationUnitJoin", lineJoin.simulationUnitJoin.toString());
   if (lineJoin.skins.empty()) return;
@@ -181,17 +181,11 @@ void ResultsWriter::lineJoin(ImportRecord const& lineJoin, std::size_t step, dou
   m_json.endObject();
 }
 
-/// A range is of finite numbers; where a solver has diverged there is none.
-void ResultsWriter::range(std::vector<ImportFormula> const& formulas, double time) {
-  std::vector<double> values;
-  values.reserve(formulas.size());
-  for (auto const& formula : formulas) values.push_back(formula.at(*formula.indexOf(time)));
-  bool const isFinite =
-      std::all_of(values.begin(), values.end(), [](double value) { return std::isfinite(value); });
-  auto const [smallest, largest] = std::minmax_element(values.begin(), values.end());
+void ResultsWriter::range(std::vector<ImportFormula> const& formulas, ImportTime const& time) {
+  auto const range = rangeAt(formulas, time);
   m_json.beginObject();
-  m_json.number("min", isFinite ? *smallest : std::nan(""));
-  m_json.number("max", isFinite ? *largest : std::nan(""));
+  m_json.number("min", range ? range->first : std::nan(""));
+  m_json.number("max", range ? range->second : std::nan(""));
   m_json.endObject();
 }
 

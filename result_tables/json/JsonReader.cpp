@@ -519,6 +519,12 @@ std::string JsonReader::Handler::pointer() const {
   return place;
 }
 
+std::string jsonPointerStep(std::string_view member) {
+  std::string step;
+  appendPointerToken(step, member);
+  return step;
+}
+
 JsonReader::JsonReader(std::string_view fileName) : m_fileName(toPrintable(fileName)) {}
 
 JsonReader::~JsonReader() = default;

@@ -68,6 +68,9 @@ JsonShape jsonArray(JsonShape element, std::function<void()> onBegin = {}, std::
 /// `shape` or null.
 JsonShape jsonOrNull(JsonShape shape, std::function<void()> onNull);
 
+/// A step of a JSON pointer: "/a~1b" for the member "a/b".
+[[nodiscard]] std::string jsonPointerStep(std::string_view member);
+
 /// Reads documents strictly: what the shape does not provide for is an `Error` that names the file, the place
 /// and what was expected and found, on one line. The place is a JSON pointer ("document" for the whole), or
 /// line and column where the text is no JSON; columns count characters. The text is UTF-8 without a byte

@@ -60,6 +60,12 @@ inline constexpr Format<Tables> s_tableFormats[] = {
     {"csv", renderInDialect<s_plainCsv, Tables>},
     {"json", renderInAnyStyle<renderJson, Tables>},
 };
+/// What `--csv` chooses from, for each subject that has a row "csv".
+template <typename Subject>
+inline constexpr Format<Subject> s_csvDialects[] = {
+    {"plain", renderInDialect<s_plainCsv, Subject>},
+    {"excel-de", renderInDialect<s_excelDeCsv, Subject>},
+};
 inline constexpr Format<Findings> s_findingsFormats[] = {
     {"text", renderFindingsAsText},
     {"json", renderInAnyStyle<renderFindingsAsJson, Findings>},
