@@ -13,7 +13,7 @@ constexpr char const* s_header =
     "exceededBefore,exceededAfter\r\n";
 
 TEST(CsvDifferences, AreARecordEach) {
-  EXPECT_EQ(renderDifferencesAsCsv(differencesOf(oneBolt("20"), oneBolt("31"))),
+  EXPECT_EQ(renderCsv(differencesOf(oneBolt("20"), oneBolt("31"))),
             std::string(s_header) +
                 "OP20,0b6f6d3e-6c1e-4a57-9b52-0f6f2f1b6a02,Bolts,Forces,,Bolt 1,ClampNormalForce,Max Normal "
                 "Force,changed,20,31,11,0.55,true,true,false,true\r\n");
@@ -22,23 +22,23 @@ TEST(CsvDifferences, AreARecordEach) {
 TEST(CsvDifferences, LeaveEmptyWhatThereIsNoneOf) {
   auto const pilot = unitOf('1', "OP \\\"1\\\", left", pilots({{"P1", 2}}));
   EXPECT_EQ(
-      renderDifferencesAsCsv(differencesOf("", pilot)),
+      renderCsv(differencesOf("", pilot)),
       std::string(s_header) +
           "\"OP \"\"1\"\", left\",0b6f6d3e-6c1e-4a57-9b52-0f6f2f1b6a01,Pilots,Forces,,P1,PilotForce,Max "
           "Force,added,,2,,,,true,,false\r\n");
   EXPECT_EQ(
-      renderDifferencesAsCsv(differencesOf(pilot, "")),
+      renderCsv(differencesOf(pilot, "")),
       std::string(s_header) +
           "\"OP \"\"1\"\", left\",0b6f6d3e-6c1e-4a57-9b52-0f6f2f1b6a01,Pilots,Forces,,P1,PilotForce,Max "
           "Force,removed,2,,,,true,,false,\r\n");
-  EXPECT_EQ(renderDifferencesAsCsv(differencesOf(oneBolt("\"-Infinity\""), oneBolt("\"Infinity\""))),
+  EXPECT_EQ(renderCsv(differencesOf(oneBolt("\"-Infinity\""), oneBolt("\"Infinity\""))),
             std::string(s_header) +
                 "OP20,0b6f6d3e-6c1e-4a57-9b52-0f6f2f1b6a02,Bolts,Forces,,Bolt 1,ClampNormalForce,Max Normal "
                 "Force,changed,-inf,inf,,,true,true,true,true\r\n");
 }
 
 TEST(CsvDifferences, AreTheHeaderAloneWhereNothingDiffers) {
-  EXPECT_EQ(renderDifferencesAsCsv(differencesOf(oneBolt("1"), oneBolt("1"))), s_header);
+  EXPECT_EQ(renderCsv(differencesOf(oneBolt("1"), oneBolt("1"))), s_header);
 }
 
 }  // namespace

@@ -435,14 +435,14 @@ std::string damaged(std::string text, std::mt19937_64& random) {
 
 TEST(Import, TakesDamagedFilesAsAResultsFileTakesThemOrRefusesThem) {
   struct {
-    ImportFormat format;
     char const* input;
     char const* map;
+    ImportFormat format;
     int rounds;
-  } const sources[] = {{ImportFormat::csv, "bead.csv", "bead.map.json", 600},
-                       {ImportFormat::csv, "press.csv", "press.map.json", 600},
-                       {ImportFormat::calculix, "cube.dat", "cube.map.json", 600},
-                       {ImportFormat::calculix, "punches.dat", "punches.map.json", 100}};
+  } const sources[] = {{"bead.csv", "bead.map.json", ImportFormat::csv, 600},
+                       {"press.csv", "press.map.json", ImportFormat::csv, 600},
+                       {"cube.dat", "cube.map.json", ImportFormat::calculix, 600},
+                       {"punches.dat", "punches.map.json", ImportFormat::calculix, 100}};
   TemporaryFolder const folder;
   std::mt19937_64 random(23);
   int taken = 0;

@@ -124,6 +124,10 @@ TEST_F(Program, WritesCsvForGermanSpreadsheets) {
   }
   EXPECT_EQ(run("$P demo --csv plain").out, run("$P demo --format csv").out);
   EXPECT_THAT(run("$P demo --csv excel-de").out, HasSubstr(";family;group;"));
+  EXPECT_THAT(run("$P series r.json --csv excel-de --unit OP20 --family Clamps").out,
+              HasSubstr(";ClampNormalForce;Max Normal Force;2;;-7,25;;\r\n"));
+  EXPECT_THAT(run("sed 's/-7.25/-8.5/' r.json >s.json; $P diff r.json s.json --csv excel-de").out,
+              HasSubstr(";ClampNormalForce;Max Normal Force;changed;-7,25;-8,5;-1,25;"));
   expectFailure("$P show r.json --format json --csv plain",
                 "result-tables: --csv: expected the form csv, found json");
   expectFailure("$P demo --format text --csv excel-de",

@@ -95,6 +95,7 @@ Run declareDiff(Arguments& arguments) {
       arguments, options->limits,
       tr("Limits document or text of limits for both files; that beside each of them when it is not named"));
   addFormat<ResultDifferences>(arguments, s_differencesFormats, options->output);
+  addCsv(arguments, options->output);
   addOutputFile(arguments, options->output.file);
   addTextStyle(arguments, options->output.style, options->output.colour);
   return [options] { return diff(*options); };

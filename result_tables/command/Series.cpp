@@ -35,6 +35,7 @@ Run declareSeries(Arguments& arguments) {
                    into(options->selection.keys));
   addLimits(arguments, options->limits);
   addFormat<SeriesList>(arguments, s_seriesFormats, options->output);
+  addCsv(arguments, options->output);
   addOutputFile(arguments, options->output.file);
   addTextStyle(arguments, options->output.style, options->output.colour);
   return [options] { return showSeries(*options); };

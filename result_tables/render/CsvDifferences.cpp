@@ -9,7 +9,7 @@ namespace {
 
 class DifferenceRecords {
  public:
-  DifferenceRecords() {
+  explicit DifferenceRecords(CsvDialect const& dialect) : m_csv(dialect) {
     m_csv.record({"unit", "unitId", "family", "group", "subGroup", "item", "key", "column", "kind", "before",
                   "after", "change", "relative", "validBefore", "validAfter", "exceededBefore",
                   "exceededAfter"});
@@ -47,13 +47,13 @@ class DifferenceRecords {
     return *value.*flag ? "true" : "false";
   }
 
-  CsvWriter m_csv{s_plainCsv};
+  CsvWriter m_csv;
 };
 
 }  // namespace
 
-std::string renderDifferencesAsCsv(ResultDifferences const& differences) {
-  DifferenceRecords records;
+std::string renderCsv(ResultDifferences const& differences, CsvDialect const& dialect) {
+  DifferenceRecords records(dialect);
   for (auto const& table : differences.tables) records.append(table);
   return records.take();
 }

@@ -73,7 +73,7 @@ inline constexpr Format<Findings> s_findingsFormats[] = {
 };
 inline constexpr Format<ResultDifferences> s_differencesFormats[] = {
     {"text", renderDifferencesAsText},
-    {"csv", renderInAnyStyle<renderDifferencesAsCsv, ResultDifferences>},
+    {"csv", renderInDialect<s_plainCsv, ResultDifferences>},
     {"json", renderInAnyStyle<renderDifferencesAsJson, ResultDifferences>},
     {"junit", renderInAnyStyle<renderDifferencesAsJunit, ResultDifferences>, true},
 };
