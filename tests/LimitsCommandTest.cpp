@@ -23,7 +23,7 @@
 #include "support/DamagedDocument.h"
 #include "support/LimitsTesting.h"
 #include "support/LimitsWriter.h"
-#include "support/Shell.h"
+#include "support/ProgramTesting.h"
 
 namespace Kestrel::ResultTables {
 namespace {
@@ -35,27 +35,9 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 
-class LimitsCommand : public testing::Test {
+class LimitsCommand : public ProgramFixture {
  protected:
   LimitsCommand() { m_folder.write("r.json", s_resultsOfThreeUnits); }
-
-  [[nodiscard]] ShellResult run(std::string const& script) const { return runShell(m_folder.path(), script); }
-
-  /// Runs a script that is to succeed and to say nothing but what it returns.
-  [[nodiscard]] std::string outputOf(std::string const& script) const {
-    auto const result = run(script);
-    EXPECT_EQ(result.exitCode, 0) << script;
-    EXPECT_EQ(result.err, "") << script;
-    return result.out;
-  }
-  void expectSilence(std::string const& script) const { EXPECT_EQ(outputOf(script), "") << script; }
-
-  void expectFailure(std::string const& script, std::string const& message) const {
-    auto const result = run(script);
-    EXPECT_EQ(result.exitCode, 2) << script;
-    EXPECT_EQ(result.out, "") << script;
-    EXPECT_EQ(result.err, "result-tables: " + message + "\n") << script;
-  }
 
   /// The limits that `limits list` gives.
   [[nodiscard]] json limitsOf(std::string const& options) const {
@@ -82,8 +64,6 @@ class LimitsCommand : public testing::Test {
   [[nodiscard]] std::size_t countLimitsIn(std::string const& document) const {
     return loadDocument<TablePropertiesData>(m_folder.read(document))->getChildCount();
   }
-
-  TemporaryFolder m_folder;
 };
 
 // ---- list

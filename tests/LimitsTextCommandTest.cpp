@@ -4,7 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "support/Shell.h"
+#include "support/ProgramTesting.h"
 
 // Texts of limits on the command line: written, applied to documents, compared with.
 
@@ -30,29 +30,11 @@ constexpr char const* s_policy = R"({"format": "limits", "version": 1,
           "columns": {"Clamps": {"ClampClosingForce": 900}, "ClampingTools": {"TotalToolForces": 69.5}}},
   "units": [{"name": "OP99", "limits": {"PilotForce": 1}}]})";
 
-class LimitsTextCommand : public testing::Test {
+class LimitsTextCommand : public ProgramFixture {
  protected:
   LimitsTextCommand() {
     m_folder.write("r.json", s_results);
     m_folder.write("policy.json", s_policy);
-  }
-
-  [[nodiscard]] ShellResult run(std::string const& script) const { return runShell(m_folder.path(), script); }
-
-  /// Runs a script that is to succeed and to say nothing but what it returns.
-  [[nodiscard]] std::string outputOf(std::string const& script) const {
-    auto const result = run(script);
-    EXPECT_EQ(result.exitCode, 0) << script;
-    EXPECT_EQ(result.err, "") << script;
-    return result.out;
-  }
-  void expectSilence(std::string const& script) const { EXPECT_EQ(outputOf(script), "") << script; }
-
-  void expectFailure(std::string const& script, std::string const& message) const {
-    auto const result = run(script);
-    EXPECT_EQ(result.exitCode, 2) << script;
-    EXPECT_EQ(result.out, "") << script;
-    EXPECT_EQ(result.err, "result-tables: " + message + "\n") << script;
   }
 
   /// The limits of bolts that `limits list` gives, in the order of the list.
@@ -69,8 +51,6 @@ class LimitsTextCommand : public testing::Test {
   void writeBadText() const {
     m_folder.write("bad.json", R"({"format": "limits", "version": 1, "all": {"limits": {"PilotForc": 1}}})");
   }
-
-  TemporaryFolder m_folder;
 };
 
 // ---- compared with

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "support/Shell.h"
+#include "support/ProgramTesting.h"
 
 // `series` as a process.
 
@@ -32,17 +32,10 @@ constexpr char const* s_results = R"({"format": "simulation-results", "version":
        "skins": {"LineJoinSumForceN": {"min": -1, "max": 2}}}]}]},
   {"id": "0b6f6d3e-6c1e-4a57-9b52-0f6f2f1b6a01", "name": "OP10", "tools": [{"id": "Bolt 1", "kind": "bolt"}]}]})";
 
-class SeriesCommand : public testing::Test {
+class SeriesCommand : public ProgramFixture {
  protected:
   SeriesCommand() { m_folder.write("r.json", s_results); }
 
-  [[nodiscard]] ShellResult run(std::string const& script) const { return runShell(m_folder.path(), script); }
-  [[nodiscard]] std::string outputOf(std::string const& script) const {
-    auto const result = run(script);
-    EXPECT_EQ(result.exitCode, 0) << script;
-    EXPECT_EQ(result.err, "") << script;
-    return result.out;
-  }
   [[nodiscard]] json seriesOf(std::string const& arguments) const {
     return json::parse(outputOf("$P series r.json --format json " + arguments)).at("series");
   }
@@ -52,8 +45,6 @@ class SeriesCommand : public testing::Test {
     EXPECT_EQ(result.out, "") << script;
     return result.err;
   }
-
-  TemporaryFolder m_folder;
 };
 
 TEST_F(SeriesCommand, GivesTheNumbersBehindAValue) {
