@@ -18,19 +18,19 @@ using Count = Arguments::Count;
 // ---- list, export
 
 /// What the commands take that show limits.
-struct ShowOptions {
+struct ShownLimitsOptions {
   std::string results;
   std::vector<std::string> units;
   std::string limits;
 };
 
-void addShow(Arguments& arguments, ShowOptions& options) {
+void addShow(Arguments& arguments, ShownLimitsOptions& options) {
   addResults(arguments, options.results);
   addUnits(arguments, options.units);
   addLimits(arguments, options.limits);
 }
 
-struct ListOptions : ShowOptions {
+struct ListOptions : ShownLimitsOptions {
   Output<ListedLimits> output;
 };
 
@@ -49,7 +49,7 @@ Run declareList(Arguments& arguments) {
   return [options] { return list(*options); };
 }
 
-struct ExportOptions : ShowOptions {
+struct ExportOptions : ShownLimitsOptions {
   std::string output;
 };
 

@@ -128,11 +128,11 @@ Run declareSyncLimits(Arguments& arguments) {
 
 namespace {
 
-struct ImportOptions : EditOptions {
+struct TextImportOptions : EditOptions {
   std::string text;
 };
 
-ExitCode importText(ImportOptions const& options) {
+ExitCode importText(TextImportOptions const& options) {
   auto const document = documentOf(options);
   auto const file = readResultsFile(options.results);
   auto const text = readLimitsText(nameOfInput(options.text), readInput(options.text));
@@ -144,7 +144,7 @@ ExitCode importText(ImportOptions const& options) {
 }  // namespace
 
 Run declareImportLimits(Arguments& arguments) {
-  auto const options = std::make_shared<ImportOptions>();
+  auto const options = std::make_shared<TextImportOptions>();
   addEdit(arguments, *options);
   arguments.operand("TEXT", Count::one, tr("Text of limits; - is standard input"), into(options->text));
   return [options] { return importText(*options); };

@@ -10,8 +10,6 @@ namespace {
 
 using Rows = CalculixHeading::Rows;
 
-bool isLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
-
 /// What is printed, and for what.
 struct Subject {
   std::string_view quantity;

@@ -18,7 +18,7 @@ namespace Kestrel::ResultTables {
 
 namespace {
 
-using Rows = ImportTerm::Rows;
+using TermRows = ImportTerm::Rows;
 
 constexpr auto s_required = JsonMember::Presence::required;
 constexpr auto s_optional = JsonMember::Presence::optional;
@@ -28,17 +28,17 @@ std::string nodeChoices() { return tr("the number of a node, \"sum\", \"mean\", 
 
 std::string reductions() { return tr("\"sum\", \"mean\", \"min\", \"max\" or \"maxAbs\""); }
 
-std::optional<Rows> rowsOf(std::string_view name) {
-  if (name == "sum") return Rows::sum;
-  if (name == "mean") return Rows::mean;
-  if (name == "min") return Rows::smallest;
-  if (name == "max") return Rows::largest;
-  if (name == "maxAbs") return Rows::largestMagnitude;
+std::optional<TermRows> rowsOf(std::string_view name) {
+  if (name == "sum") return TermRows::sum;
+  if (name == "mean") return TermRows::mean;
+  if (name == "min") return TermRows::smallest;
+  if (name == "max") return TermRows::largest;
+  if (name == "maxAbs") return TermRows::largestMagnitude;
   return std::nullopt;
 }
 
 /// Of nodes all but the largest magnitude.
-std::optional<Rows> rowsOfNodes(std::string_view name) {
+std::optional<TermRows> rowsOfNodes(std::string_view name) {
   return name == "maxAbs" ? std::nullopt : rowsOf(name);
 }
 
@@ -52,20 +52,20 @@ std::string describeTimes(std::span<double const> times) {
 }
 
 /// Of two values of one time the one that counts; not a number wins.
-double combined(Rows rows, double value, double other) {
+double combined(TermRows rows, double value, double other) {
   bool const otherCounts = [&] {
     switch (rows) {
-      case Rows::smallest:
+      case TermRows::smallest:
         return other < value;
-      case Rows::largest:
+      case TermRows::largest:
         return other > value;
-      case Rows::largestMagnitude:
+      case TermRows::largestMagnitude:
         return std::abs(other) > std::abs(value);
       default:
         return false;
     }
   }();
-  if (rows == Rows::sum || rows == Rows::mean) return value + other;
+  if (rows == TermRows::sum || rows == TermRows::mean) return value + other;
   return otherCounts || std::isnan(other) ? other : value;
 }
 
@@ -84,7 +84,7 @@ class MapReader {
   struct TermDraft {
     ImportTerm term;
     std::optional<std::int64_t> node;
-    std::optional<Rows> nodes;
+    std::optional<TermRows> nodes;
   };
 
   JsonShape document();
@@ -368,7 +368,7 @@ void MapReader::finishTerm() {
   auto const& table = *term.history.table;
   if (table.hasElements()) {
     if (m_term.node || m_term.nodes) m_json.fail(tr("no \"node\" for a history without nodes"), tr("one"));
-  } else if (term.element || term.point || term.rows != Rows::one) {
+  } else if (term.element || term.point || term.rows != TermRows::one) {
     m_json.fail(tr("\"element\", \"point\" and \"reduce\" only for a history of elements"),
                 quote(Histories::fullName(term.history)));
   } else {
@@ -404,7 +404,7 @@ void MapReader::chooseAllNodes(HistoryTable const& table) {
                    quote(table.entity)),
                 "none");
   }
-  m_term.term.rows = Rows::sum;
+  m_term.term.rows = TermRows::sum;
 }
 
 void MapReader::finishFormula() {
@@ -495,7 +495,7 @@ void MapReader::checkRows(ImportTerm const& term, std::string const& place) cons
     if (count == 0)
       m_json.fail(tr("a row of this element and point at each time"),
                   tr("none at time {}", shortestForm(term.times()[time])), place);
-    if (count > 1 && term.rows == Rows::one) {
+    if (count > 1 && term.rows == TermRows::one) {
       m_json.fail(tr("a member \"reduce\" ({}) for {} rows of {}", reductions(), count,
                      quote(Histories::fullName(term.history))),
                   tr("none"), place);
@@ -630,7 +630,7 @@ std::size_t ImportTerm::rowCount(std::size_t time) const {
 double ImportTerm::at(std::size_t time) const {
   auto const& table = *history.table;
   auto const timeOfAll = firstTime + time;
-  if (rows == Rows::one && !table.hasElements())
+  if (rows == TermRows::one && !table.hasElements())
     return scale * table.value(timeOfAll, row, history.component) + offset;
   auto const first = table.firstRow(timeOfAll);
   double value = 0.0;
@@ -641,7 +641,7 @@ double ImportTerm::at(std::size_t time) const {
     value = count == 0 ? other : combined(rows, value, other);
     ++count;
   }
-  if (rows == Rows::mean) value /= static_cast<double>(count);
+  if (rows == TermRows::mean) value /= static_cast<double>(count);
   return scale * value + offset;
 }
 

@@ -16,7 +16,6 @@ namespace {
 
 bool isBlank(char c) { return c == ' ' || c == '\t'; }
 bool isSign(char c) { return c == '+' || c == '-'; }
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 /// Whether the sign at `place` begins an exponent: behind a letter, or of three digits to the next number.
 bool beginsExponent(std::string_view word, std::size_t place) {

@@ -6,6 +6,8 @@
 #include <tuple>
 #include <utility>
 
+#include "result_tables/import/InputText.h"
+
 namespace Kestrel::ResultTables {
 
 namespace {
@@ -14,9 +16,6 @@ using enum HistoryRole;
 using Kind = ToolForceDataType;
 
 constexpr std::string_view s_separators = "_-./: ";
-
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
 /// The letters and digits of a name, in lower case.
 std::string folded(std::string_view name) {

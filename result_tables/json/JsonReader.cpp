@@ -106,6 +106,8 @@ std::string listOfNames(std::vector<JsonMember> const& members) {
   return names;
 }
 
+}  // namespace
+
 /// The text as the parser reads it: never changed and never read beyond its end, which the parser would do
 /// where a character of several bytes is cut. Strings are decoded into a buffer.
 class TextStream {
@@ -132,8 +134,6 @@ class TextStream {
   char const* m_at;
   std::string* m_decoded;
 };
-
-}  // namespace
 
 }  // namespace Kestrel::ResultTables
 

@@ -11,14 +11,13 @@
 #include "result_tables/base/Translate.h"
 #include "result_tables/render/Ansi.h"
 #include "result_tables/render/NumberCell.h"
+#include "result_tables/render/TextLine.h"
 
 namespace Kestrel::ResultTables {
 
 namespace {
 
-constexpr std::string_view s_gap = "   ";
 constexpr std::string_view s_indent = "    ";
-constexpr std::string_view s_noData = "–";
 constexpr int s_digitsOfPercent = 3;
 
 std::string withSign(std::string const& number) { return number.front() == '-' ? number : '+' + number; }
@@ -74,14 +73,14 @@ std::string joinParts(std::initializer_list<std::string_view> parts) {
 }
 
 /// A number with the marks behind it, as in the text of a table.
-struct Cell {
+struct DifferenceCell {
   NumberCell number;
   std::string marks = {};
   bool isExceeded = false;
 };
 
-Cell cellOf(std::optional<ComparedValue> const& value, int digits) {
-  Cell cell{NumberCell(numberOf(value, digits))};
+DifferenceCell cellOf(std::optional<ComparedValue> const& value, int digits) {
+  DifferenceCell cell{NumberCell(numberOf(value, digits))};
   if (!value) return cell;
   cell.isExceeded = value->isExceeded;
   if (!value->isValid) cell.marks += '?';
@@ -96,7 +95,7 @@ enum Place : std::size_t { before, after, change, percent, places };
 struct Line {
   ValueDifference const* difference;
   std::string name;  ///< of the element and its quantity
-  std::array<Cell, places> cells;
+  std::array<DifferenceCell, places> cells;
   std::string state;
 };
 
@@ -109,15 +108,10 @@ struct Column {
   [[nodiscard]] std::size_t fullWidth() const { return s_gap.size() + width() + markWidth; }
 };
 
-void appendLine(std::string& out, std::string line) {
-  line.erase(line.find_last_not_of(' ') + 1);
-  out += line + '\n';
-}
-
 /// The differences of one section.
-class SectionText {
+class SectionDifferences {
  public:
-  explicit SectionText(TextStyle const& style) : m_style(style) {}
+  explicit SectionDifferences(TextStyle const& style) : m_style(style) {}
 
   void add(RowDifferences const& row, ValueDifference const& difference);
   void appendTo(std::string& out);
@@ -138,19 +132,19 @@ class SectionText {
   bool m_isStateBelow = false;  ///< of the numbers
 };
 
-void SectionText::add(RowDifferences const& row, ValueDifference const& difference) {
+void SectionDifferences::add(RowDifferences const& row, ValueDifference const& difference) {
   auto const& column = *difference.column;
   auto name = joinParts({row.subGroup, row.item, nameOf(column)});
   if (!column.unit.empty()) name += " [" + toPrintable(column.unit) + ']';
   m_lines.push_back({&difference,
                      std::string(s_indent) + name,
                      {cellOf(difference.before, m_style.digits), cellOf(difference.after, m_style.digits),
-                      Cell{NumberCell(describeChange(difference, m_style.digits))},
-                      Cell{NumberCell(describePercent(difference, m_style.digits))}},
+                      DifferenceCell{NumberCell(describeChange(difference, m_style.digits))},
+                      DifferenceCell{NumberCell(describePercent(difference, m_style.digits))}},
                      describeState(difference)});
 }
 
-void SectionText::layOut() {
+void SectionDifferences::layOut() {
   std::size_t nameWidth = 0;
   std::size_t stateWidth = 0;
   for (auto const& line : m_lines) {
@@ -169,7 +163,7 @@ void SectionText::layOut() {
   m_isStateBelow = exceeds(m_nameWidth + numbersWidth + stateWidth);
 }
 
-void SectionText::appendHead(std::string& out) const {
+void SectionDifferences::appendHead(std::string& out) const {
   std::string head(m_nameWidth, ' ');
   auto rule = std::string(s_indent) + std::string(m_nameWidth - s_indent.size(), '-');
   for (auto const& column : m_columns) {
@@ -181,7 +175,7 @@ void SectionText::appendHead(std::string& out) const {
   appendLine(out, std::move(rule));
 }
 
-std::string SectionText::numbersOf(Line const& line) const {
+std::string SectionDifferences::numbersOf(Line const& line) const {
   std::string out;
   for (std::size_t i = 0; i < places; ++i) {
     auto const& column = m_columns[i];
@@ -194,12 +188,12 @@ std::string SectionText::numbersOf(Line const& line) const {
   return out;
 }
 
-std::string SectionText::stateOf(Line const& line) const {
+std::string SectionDifferences::stateOf(Line const& line) const {
   if (line.difference->wentBeyondLimit()) return red(line.state, m_style.colour);
   return green(line.state, m_style.colour && line.difference->cameBackWithinLimit());
 }
 
-void SectionText::append(std::string& out, Line const& line) const {
+void SectionDifferences::append(std::string& out, Line const& line) const {
   auto const blanks = std::string(m_nameWidth - (m_isNameAbove ? 0 : displayWidth(line.name)), ' ');
   auto const state = line.state.empty() ? std::string() : std::string(s_gap) + stateOf(line);
   if (m_isNameAbove) appendLine(out, line.name);
@@ -208,7 +202,7 @@ void SectionText::append(std::string& out, Line const& line) const {
   if (m_isStateBelow && !state.empty()) appendLine(out, std::string(s_indent) + state);
 }
 
-void SectionText::appendTo(std::string& out) {
+void SectionDifferences::appendTo(std::string& out) {
   layOut();
   appendHead(out);
   for (auto const& line : m_lines) append(out, line);
@@ -262,7 +256,7 @@ std::string genTableText(TableDifferences const& table, TextStyle const& style, 
   auto row = table.rows.begin();
   while (row != table.rows.end()) {
     auto const group = row->group;
-    SectionText section(style);
+    SectionDifferences section(style);
     bool isEmpty = true;
     for (; row != table.rows.end() && row->group == group; ++row) {
       for (auto const& difference : row->values) {

@@ -12,6 +12,7 @@
 #include "result_tables/render/Chart.h"
 #include "result_tables/render/DotGrid.h"
 #include "result_tables/render/SeriesTexts.h"
+#include "result_tables/render/TextLine.h"
 
 namespace Kestrel::ResultTables {
 
@@ -68,11 +69,6 @@ class Plot {
     return std::max(width, s_leastColumns + labels) - labels;
   }
   [[nodiscard]] std::string axisName() const { return m_chart.isOverTime ? tr("time") : tr("step"); }
-
-  static void appendLine(std::string& out, std::string line) {
-    line.erase(line.find_last_not_of(' ') + 1);
-    out += line + '\n';
-  }
 
   void appendPicture(std::string& out) const;
   [[nodiscard]] DotGrid genGrid(std::size_t columns) const;

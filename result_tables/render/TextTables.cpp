@@ -10,14 +10,13 @@
 #include "result_tables/base/Translate.h"
 #include "result_tables/render/Ansi.h"
 #include "result_tables/render/NumberCell.h"
+#include "result_tables/render/TextLine.h"
 
 namespace Kestrel::ResultTables {
 
 namespace {
 
 constexpr std::size_t s_rowsPerHead = 40;
-constexpr std::string_view s_gap = "   ";
-constexpr std::string_view s_noData = "–";
 
 /// The marks of values, and which of them a text has.
 struct Marks {
@@ -41,7 +40,7 @@ struct Marks {
   }
 };
 
-struct Cell {
+struct TableCell {
   NumberCell number;
   Marks marks;
   std::string when;  ///< time or step; empty where it is not wanted or there is none
@@ -58,7 +57,7 @@ std::string whenOf(MaxValueOrigin const& origin, TextStyle const& style) {
                           : " # " + std::to_string(*origin.step);
 }
 
-Cell cellOf(TableValue const& value, bool isValid, TextStyle const& style) {
+TableCell cellOf(TableValue const& value, bool isValid, TextStyle const& style) {
   return {numberOf(value, style.digits),
           {.exceeded = value.isExceeded, .invalid = !isValid, .notANumber = value.origin.nanCount > 0},
           whenOf(value.origin, style)};
@@ -68,7 +67,7 @@ Cell cellOf(TableValue const& value, bool isValid, TextStyle const& style) {
 struct Row {
   std::string name;
   bool isSubGroup;
-  std::vector<Cell> cells;
+  std::vector<TableCell> cells;
 };
 
 struct ColumnLayout {
@@ -92,12 +91,6 @@ struct Block {
 };
 
 void appendBlanks(std::string& out, std::size_t count) { out.append(count, ' '); }
-
-void appendLine(std::string& out, std::string line) {
-  line.erase(line.find_last_not_of(' ') + 1);
-  out += line;
-  out += '\n';
-}
 
 /// The words of a head on as few lines as the width allows; a word is never broken.
 std::vector<std::string> wrap(std::string_view text, std::size_t width) {
@@ -130,9 +123,9 @@ std::vector<std::string> genHead(TableColumn const& column, std::size_t numberWi
   return head;
 }
 
-class SectionText {
+class SectionTable {
  public:
-  SectionText(ResultTable const& table, std::size_t group, TextStyle const& style)
+  SectionTable(ResultTable const& table, std::size_t group, TextStyle const& style)
       : m_group(table.container().groups[group]), m_style(style) {
     collectRows(table, group);
     layOutColumns(table.columns(group));
@@ -154,7 +147,7 @@ class SectionText {
   void appendBlock(std::string& out, Block const& block) const;
   void appendHead(std::string& out, Block const& block) const;
   void appendRow(std::string& out, Row const& row, Block const& block) const;
-  void appendCell(std::string& line, Cell const& cell, ColumnLayout const& column) const;
+  void appendCell(std::string& line, TableCell const& cell, ColumnLayout const& column) const;
 
   MaxValueGroup const& m_group;
   TextStyle m_style;
@@ -164,7 +157,7 @@ class SectionText {
   Marks m_marks;
 };
 
-void SectionText::collectRows(ResultTable const& table, std::size_t group) {
+void SectionTable::collectRows(ResultTable const& table, std::size_t group) {
   for (std::size_t i = 0; i < m_group.subGroups.size(); ++i) {
     auto const& subGroup = m_group.subGroups[i];
     bool const isNamed = !subGroup.name.empty();
@@ -182,7 +175,7 @@ void SectionText::collectRows(ResultTable const& table, std::size_t group) {
   }
 }
 
-void SectionText::layOutColumns(std::vector<TableColumn> const& columns) {
+void SectionTable::layOutColumns(std::vector<TableColumn> const& columns) {
   m_columns.resize(columns.size());
   for (auto const& row : m_rows) {
     for (std::size_t i = 0; i < std::min(row.cells.size(), m_columns.size()); ++i) {
@@ -204,7 +197,7 @@ void SectionText::layOutColumns(std::vector<TableColumn> const& columns) {
 }
 
 /// As many columns side by side as the width has room for behind the names, at least one.
-std::vector<Block> SectionText::genBlocks() const {
+std::vector<Block> SectionTable::genBlocks() const {
   std::vector<Block> blocks{{0, 0}};
   auto width = m_nameWidth;
   for (std::size_t i = 0; i < m_columns.size(); ++i) {
@@ -219,7 +212,7 @@ std::vector<Block> SectionText::genBlocks() const {
   return blocks;
 }
 
-void SectionText::appendBlock(std::string& out, Block const& block) const {
+void SectionTable::appendBlock(std::string& out, Block const& block) const {
   for (std::size_t i = 0; i < m_rows.size(); ++i) {
     if (i % s_rowsPerHead == 0 && !m_columns.empty()) {
       if (i > 0 || block.first > 0) out += '\n';
@@ -229,7 +222,7 @@ void SectionText::appendBlock(std::string& out, Block const& block) const {
   }
 }
 
-void SectionText::appendHead(std::string& out, Block const& block) const {
+void SectionTable::appendHead(std::string& out, Block const& block) const {
   for (std::size_t i = 0; i < m_columns.front().head.size(); ++i) {
     std::string line;
     appendBlanks(line, m_nameWidth);
@@ -248,7 +241,7 @@ void SectionText::appendHead(std::string& out, Block const& block) const {
   appendLine(out, std::move(rule));
 }
 
-void SectionText::appendCell(std::string& line, Cell const& cell, ColumnLayout const& column) const {
+void SectionTable::appendCell(std::string& line, TableCell const& cell, ColumnLayout const& column) const {
   line += s_gap;
   appendBlanks(line, column.width - column.numbers.width());
   auto const isColoured = m_style.colour && cell.marks.exceeded;
@@ -260,7 +253,7 @@ void SectionText::appendCell(std::string& line, Cell const& cell, ColumnLayout c
   appendBlanks(line, column.whenWidth - cell.when.size());
 }
 
-void SectionText::appendRow(std::string& out, Row const& row, Block const& block) const {
+void SectionTable::appendRow(std::string& out, Row const& row, Block const& block) const {
   std::string line = row.name;
   if (!row.isSubGroup) {
     appendBlanks(line, m_nameWidth - displayWidth(row.name));
@@ -295,7 +288,7 @@ std::string renderText(std::vector<ResultTable> const& tables, TextStyle const& 
     appendLine(out, bold(title, style.colour));
     for (std::size_t i = 0; i < table.container().groups.size(); ++i) {
       out += '\n';
-      SectionText const section(table, i, style);
+      SectionTable const section(table, i, style);
       section.appendTo(out);
       marks.add(section.marks());
     }
