@@ -2,8 +2,8 @@
 
 #include <cstddef>
 #include <memory>
+#include <span>
 #include <utility>
-#include <variant>
 #include <vector>
 
 namespace Kestrel {
@@ -12,49 +12,63 @@ namespace Kestrel {
 /// (the time of the value, for example), in stored order.
 ///
 /// The numbers never change once the series is made, so copies of a series share them: a copy costs no
-/// allocation and may be read on another thread.
+/// allocation and may be read on another thread. Several series can share one block of memory.
 template <typename Value>
 class StepValues {
  public:
   using Pair = std::pair<Value, Value>;
 
   /// An empty series of plain values.
-  StepValues() : StepValues(std::vector<Value>()) {}
-  explicit StepValues(std::vector<Value> values)
-      : m_stored(std::make_shared<std::vector<Value> const>(std::move(values))) {}
-  explicit StepValues(std::vector<Pair> pairs)
-      : m_stored(std::make_shared<std::vector<Pair> const>(std::move(pairs))) {}
+  StepValues() = default;
+  explicit StepValues(std::vector<Value> values) : StepValues(own(std::move(values))) {}
+  explicit StepValues(std::vector<Pair> pairs) : StepValues(own(std::move(pairs))) {}
+
+  /// Of numbers that are there and stay as they are as long as `owner` or a copy of it is.
+  StepValues(std::shared_ptr<void const> owner, std::span<Value const> values)
+      : m_owner(std::move(owner)), m_numbers(values.data()), m_size(values.size()) {}
+  StepValues(std::shared_ptr<void const> owner, std::span<Pair const> pairs)
+      : m_owner(std::move(owner)), m_numbers(pairs.data()), m_size(pairs.size()), m_isPairs(true) {}
 
   /// Number of values, companions not counted.
-  [[nodiscard]] std::size_t size() const {
-    return std::visit([](auto const& stored) { return stored->size(); }, m_stored);
+  [[nodiscard]] std::size_t size() const { return m_size; }
+
+  /// The plain values in stored order; empty for pairs. Valid as long as the series or a copy of it.
+  [[nodiscard]] std::span<Value const> values() const {
+    return m_isPairs ? std::span<Value const>() : std::span(static_cast<Value const*>(m_numbers), m_size);
+  }
+
+  /// The pairs in stored order; empty for plain values. Valid as long as the series or a copy of it.
+  [[nodiscard]] std::span<Pair const> pairs() const {
+    return m_isPairs ? std::span(static_cast<Pair const*>(m_numbers), m_size) : std::span<Pair const>();
   }
 
   /// Calls `visit` with every value, first to last, and with no companion.
   template <typename Visitor>
   void forEachValue(Visitor&& visit) const {
-    std::visit(
-        [&visit](auto const& stored) {
-          for (auto const& element : *stored) visit(valueOf(element));
-        },
-        m_stored);
+    for (auto const& value : values()) visit(value);
+    for (auto const& pair : pairs()) visit(pair.first);
   }
 
   /// Calls `visit(value, companion)` with every pair, first to last. Returns false, and calls nothing, for
   /// plain values.
   template <typename Visitor>
   [[nodiscard]] bool forEachPair(Visitor&& visit) const {
-    auto const* const pairs = std::get_if<std::shared_ptr<std::vector<Pair> const>>(&m_stored);
-    if (pairs == nullptr) return false;
-    for (auto const& [value, companion] : **pairs) visit(value, companion);
-    return true;
+    for (auto const& [value, companion] : pairs()) visit(value, companion);
+    return m_isPairs;
   }
 
  private:
-  static Value const& valueOf(Value const& value) { return value; }
-  static Value const& valueOf(Pair const& pair) { return pair.first; }
+  template <typename Number>
+  static StepValues own(std::vector<Number> numbers) {
+    auto owner = std::make_shared<std::vector<Number> const>(std::move(numbers));
+    std::span<Number const> const stored(*owner);
+    return StepValues(std::move(owner), stored);
+  }
 
-  std::variant<std::shared_ptr<std::vector<Value> const>, std::shared_ptr<std::vector<Pair> const>> m_stored;
+  std::shared_ptr<void const> m_owner;
+  void const* m_numbers = nullptr;
+  std::size_t m_size = 0;
+  bool m_isPairs = false;
 };
 
 }  // namespace Kestrel
