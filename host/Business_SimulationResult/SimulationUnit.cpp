@@ -15,6 +15,15 @@ struct SimulationUnit::Tool {
   std::optional<StepValues<double>> tangentialForce;
 };
 
+namespace {
+
+void useBusinessName(std::string& quantity) {
+  if (quantity == GlobalForcesDefinition::s_totalToolForces)
+    quantity = ToolForceBusinessName::getTranslated(quantity);
+}
+
+}  // namespace
+
 SimulationUnit::SimulationUnit(SimulationUnitId const& id, std::string name)
     : m_id(id), m_name(std::move(name)) {}
 
@@ -41,18 +50,25 @@ std::unique_ptr<StepValues<double>> SimulationUnit::genGetJoinTangentialForceSte
 }
 
 bool SimulationUnit::addTool(std::string const& toolId, ToolForceDataType type) {
+  return addTool(toolId, type, {}, std::nullopt);
+}
+
+bool SimulationUnit::addTool(std::string toolId, ToolForceDataType type, ToolForces forces,
+                             std::optional<StepValues<double>> tangentialForce) {
   if (m_toolsById.contains(toolId)) return false;
-  m_tools.push_back(std::make_unique<Tool>(Tool{toolId, type, {}, std::nullopt}));
-  m_toolsById.emplace(toolId, m_tools.back().get());
+  for (auto& [quantity, series] : forces) useBusinessName(quantity);
+  auto tool =
+      std::make_unique<Tool>(Tool{std::move(toolId), type, std::move(forces), std::move(tangentialForce)});
+  m_toolsById.emplace(tool->id, tool.get());
+  m_tools.push_back(std::move(tool));
   return true;
 }
 
 void SimulationUnit::addToolForce(std::string const& toolId, std::string const& quantity,
                                   std::shared_ptr<StepValues<double>> series) {
-  tool(toolId).forces.append(quantity == GlobalForcesDefinition::s_totalToolForces
-                                 ? ToolForceBusinessName::getTranslated(quantity)
-                                 : quantity,
-                             std::move(series));
+  auto name = quantity;
+  useBusinessName(name);
+  tool(toolId).forces.append(std::move(name), std::move(series));
 }
 
 void SimulationUnit::setJoinTangentialForce(std::string const& toolId, StepValues<double> series) {

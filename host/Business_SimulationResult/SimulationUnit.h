@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -58,6 +59,11 @@ class SimulationUnit {
   /// Adds a tool without series. Returns false, and adds nothing, when the unit already has a tool `toolId`.
   bool addTool(std::string const& toolId, ToolForceDataType type);
 
+  /// Adds a tool with its series, the names and the tangential force of which are as below. Returns false,
+  /// and adds nothing, as above.
+  bool addTool(std::string toolId, ToolForceDataType type, ToolForces forces,
+               std::optional<StepValues<double>> tangentialForce);
+
   /// Appends a series to the tool `toolId`, which the unit must have (else std::out_of_range). The series of
   /// the total tool force is kept under its business name, all others under `quantity` as given.
   void addToolForce(std::string const& toolId, std::string const& quantity,
@@ -77,7 +83,7 @@ class SimulationUnit {
   SimulationUnitId m_id;
   std::string m_name;
   std::vector<std::unique_ptr<Tool>> m_tools;
-  std::unordered_map<std::string, Tool*> m_toolsById;
+  std::unordered_map<std::string_view, Tool*> m_toolsById;
   std::vector<EvalSimulationUnitJoinGUID> m_joinsDefinedInUnit;
   unsigned int m_firstVisibleStep = s_noStep;
   unsigned int m_lastVisibleStep = s_noStep;

@@ -161,25 +161,22 @@ void writeDirectly(std::filesystem::path const& path, std::string_view text) {
   }
 }
 
-std::string readToEnd(int descriptor, std::string_view name) {
+FileText readToEnd(int descriptor, std::string_view name) {
   struct stat status {};
   if (::fstat(descriptor, &status) != 0) failWithErrno(Deed::read, name);
-  std::string text;
-  std::size_t size = 0;
-  auto room = S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) + 1 : 65536;
+  // One byte more shows the end without another look.
+  FileText text(S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) + 1 : 65536);
   for (;;) {
-    if (size == text.size()) text.resize(size == 0 ? room : size * 2);
-    auto const got =
-        uninterrupted([&] { return ::read(descriptor, text.data() + size, text.size() - size); });
+    if (text.size() == text.room()) text.grow(text.room() * 2);
+    auto const got = uninterrupted(
+        [&] { return ::read(descriptor, text.data() + text.size(), text.room() - text.size()); });
     if (got < 0) failWithErrno(Deed::read, name);
-    if (got == 0) break;
-    size += static_cast<std::size_t>(got);
+    if (got == 0) return text;
+    text.resize(text.size() + static_cast<std::size_t>(got));
   }
-  text.resize(size);
-  return text;
 }
 
-std::string readAll(int descriptor, std::string_view name) {
+FileText readAll(int descriptor, std::string_view name) {
   return namingWhatIsTooLarge(name, [&] { return readToEnd(descriptor, name); });
 }
 
@@ -206,16 +203,18 @@ int openLockFile(std::filesystem::path const& path) {
   return foreign;
 }
 
-}  // namespace
-
-std::string readFile(std::filesystem::path const& path) {
+FileText readText(std::filesystem::path const& path) {
   Descriptor const descriptor(openFile(path, O_RDONLY));
   if (descriptor.get() < 0) failWithErrno(Deed::read, path.native());
   return readAll(descriptor.get(), path.native());
 }
 
-std::string readInput(std::string const& name) {
-  return name == s_standardStream ? readAll(STDIN_FILENO, nameOfInput(name)) : readFile(name);
+}  // namespace
+
+std::string readFile(std::filesystem::path const& path) { return std::string(readText(path)); }
+
+FileText readInput(std::string const& name) {
+  return name == s_standardStream ? readAll(STDIN_FILENO, nameOfInput(name)) : readText(name);
 }
 
 std::string nameOfInput(std::string const& name) {
@@ -224,7 +223,7 @@ std::string nameOfInput(std::string const& name) {
 
 std::optional<std::string> readFileIfExists(std::filesystem::path const& path) {
   Descriptor const descriptor(openFile(path, O_RDONLY));
-  if (descriptor.get() >= 0) return readAll(descriptor.get(), path.native());
+  if (descriptor.get() >= 0) return std::string(readAll(descriptor.get(), path.native()));
   // There is no file of a name that is too long for one.
   if (errno != ENOENT && errno != ENAMETOOLONG) failWithErrno(Deed::read, path.native());
   return std::nullopt;

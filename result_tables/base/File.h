@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <new>
 #include <optional>
@@ -7,10 +8,34 @@
 #include <string>
 #include <string_view>
 
+#include "result_tables/base/LargeMemory.h"
+
 namespace Kestrel::ResultTables {
 
 /// What users write for standard input and standard output.
 inline constexpr std::string_view s_standardStream = "-";
+
+/// The bytes of an input, which may be many.
+class FileText {
+ public:
+  FileText() = default;
+  /// Room for at least `room` bytes, none of them in use.
+  explicit FileText(std::size_t room) : m_memory(room) {}
+
+  operator std::string_view() const { return {data(), m_size}; }
+
+  [[nodiscard]] char* data() const { return static_cast<char*>(m_memory.data()); }
+  [[nodiscard]] std::size_t size() const { return m_size; }
+  [[nodiscard]] std::size_t room() const { return m_memory.size(); }
+  /// REQUIRES: size <= room().
+  void resize(std::size_t size) { m_size = size; }
+  /// REQUIRES: room > room().
+  void grow(std::size_t room) { m_memory.grow(room); }
+
+ private:
+  LargeMemory m_memory;
+  std::size_t m_size = 0;
+};
 
 /// The bytes of a file or a pipe. An `Error` names the file and the system's reason, lack of memory included.
 [[nodiscard]] std::string readFile(std::filesystem::path const& path);
@@ -20,7 +45,7 @@ inline constexpr std::string_view s_standardStream = "-";
 
 /// The bytes of the file that the user names, or of standard input. What is read twice from there is empty
 /// the second time.
-[[nodiscard]] std::string readInput(std::string const& name);
+[[nodiscard]] FileText readInput(std::string const& name);
 
 /// What messages call the file that the user names: "standard input", or its name as it is.
 [[nodiscard]] std::string nameOfInput(std::string const& name);

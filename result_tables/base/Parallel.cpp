@@ -9,6 +9,12 @@
 
 namespace Kestrel::ResultTables {
 
+namespace {
+
+std::atomic<std::size_t> s_busyThreads = 0;
+
+}  // namespace
+
 void forEachInParallel(std::size_t count, std::size_t jobs, std::function<void(std::size_t)> const& work) {
   assert(jobs > 0);
   std::atomic<std::size_t> next = 0;
@@ -25,7 +31,12 @@ void forEachInParallel(std::size_t count, std::size_t jobs, std::function<void(s
   };
   {
     std::vector<std::jthread> helpers;
-    for (std::size_t i = 1; i < std::min(jobs, count); ++i) helpers.emplace_back(runSome);
+    for (std::size_t i = 1; i < std::min(jobs, count); ++i) {
+      helpers.emplace_back([&runSome] {
+        BusyThread const busy;
+        runSome();
+      });
+    }
     runSome();
   }
   auto const first = std::ranges::find_if(errors, [](auto const& error) { return error != nullptr; });
@@ -33,5 +44,14 @@ void forEachInParallel(std::size_t count, std::size_t jobs, std::function<void(s
 }
 
 std::size_t numberOfProcessors() { return std::max(1U, std::thread::hardware_concurrency()); }
+
+BusyThread::BusyThread() { ++s_busyThreads; }
+
+BusyThread::~BusyThread() { --s_busyThreads; }
+
+std::size_t numberOfIdleProcessors() {
+  auto const busy = 1 + s_busyThreads;
+  return numberOfProcessors() - std::min(numberOfProcessors(), busy);
+}
 
 }  // namespace Kestrel::ResultTables

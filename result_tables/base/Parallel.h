@@ -13,4 +13,17 @@ void forEachInParallel(std::size_t count, std::size_t jobs, std::function<void(s
 /// The processors that this process may use, at least one.
 [[nodiscard]] std::size_t numberOfProcessors();
 
+/// A thread of this program beside its first one, as long as the object lives.
+class BusyThread {
+ public:
+  BusyThread();
+  BusyThread(BusyThread const&) = delete;
+  BusyThread& operator=(BusyThread const&) = delete;
+  ~BusyThread();
+};
+
+/// The processors that have no thread of this program to run: the first one has its own, and there is one for
+/// each `BusyThread`.
+[[nodiscard]] std::size_t numberOfIdleProcessors();
+
 }  // namespace Kestrel::ResultTables

@@ -163,7 +163,7 @@ std::string shortestForm(double value) {
   return fmt::format("{}", value);
 }
 
-double nearestDouble(char const* text) { return readDouble(text, nullptr); }
+double nearestDouble(std::string const& text) { return readDouble(text.c_str(), nullptr); }
 
 std::optional<double> numberFromText(std::string const& text) {
   // The C library would pass over blanks.

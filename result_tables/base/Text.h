@@ -47,7 +47,7 @@ namespace Kestrel::ResultTables {
 
 /// The double nearest to the number at the beginning of `text`, as the C library reads it, with a decimal
 /// point in every locale; infinity where there is no such double, 0 where there is no number.
-[[nodiscard]] double nearestDouble(char const* text);
+[[nodiscard]] double nearestDouble(std::string const& text);
 
 /// The number that `text` is from its first character to its last, as the C library reads it: decimal or
 /// hexadecimal, with a sign or without, "inf", "nan", the nearest double where there is no such one.

@@ -75,7 +75,7 @@ class MapReader {
   MapReader(std::string const& name, Histories const& histories, std::optional<ImportSteps> const& steps)
       : m_json(name), m_histories(histories), m_steps(steps) {}
 
-  ImportMap read(std::string const& text) {
+  ImportMap read(std::string_view text) {
     m_json.read(text, document());
     return std::move(m_map);
   }
@@ -688,7 +688,7 @@ bool mustNameNode(HistoryTable const& table) {
   return table.nodes.size() > 1 && !table.quantity.ends_with("forces");
 }
 
-ImportMap readImportMap(std::string const& name, std::string const& text, Histories const& histories,
+ImportMap readImportMap(std::string const& name, std::string_view text, Histories const& histories,
                         std::optional<ImportSteps> const& steps) {
   return MapReader(name, histories, steps).read(text);
 }

@@ -126,7 +126,7 @@ struct ImportMap {
 /// provide for, an identifier that the results file would not take, a history that the input does not have
 /// and an entry that would have no effect are an `Error` with the place in the map. `name` is what messages
 /// call the map. `steps` goes before what the units say.
-[[nodiscard]] ImportMap readImportMap(std::string const& name, std::string const& text,
+[[nodiscard]] ImportMap readImportMap(std::string const& name, std::string_view text,
                                       Histories const& histories,
                                       std::optional<ImportSteps> const& steps = {});
 

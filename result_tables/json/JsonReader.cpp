@@ -114,11 +114,15 @@ class TextStream {
  public:
   using Ch = char;
 
-  TextStream(std::string const& text, std::string& decoded)
+  TextStream(std::string_view text, std::string& decoded)
       : m_begin(text.data()), m_end(text.data() + text.size()), m_at(m_begin), m_decoded(&decoded) {}
 
+  [[nodiscard]] char const* at() const { return m_at; }
+  [[nodiscard]] char const* end() const { return m_end; }
+  void moveTo(char const* at) { m_at = at; }
+
   // The operations, in the parser's spelling.
-  [[nodiscard]] Ch Peek() const { return *m_at; }
+  [[nodiscard]] Ch Peek() const { return m_at == m_end ? '\0' : *m_at; }
   Ch Take() { return m_at == m_end ? '\0' : *m_at++; }
   [[nodiscard]] std::size_t Tell() const { return static_cast<std::size_t>(m_at - m_begin); }
   Ch* PutBegin() {
@@ -187,7 +191,7 @@ JsonShape jsonObject(std::vector<JsonMember> members, std::function<void()> onBe
   JsonShape shape;
   shape.expected = [] { return tr("an object"); };
   shape.object = std::make_shared<JsonObject const>(
-      JsonObject{std::move(members), std::move(onBegin), std::move(onEnd), {}, {}});
+      JsonObject{std::move(members), std::move(onBegin), std::move(onEnd), {}, {}, {}});
   return shape;
 }
 
@@ -196,15 +200,28 @@ JsonShape jsonMap(std::function<bool(std::string_view)> onName, JsonShape anyMem
   JsonShape shape;
   shape.expected = [] { return tr("an object"); };
   shape.object = std::make_shared<JsonObject const>(
-      JsonObject{{}, std::move(onBegin), {}, std::move(onName), std::move(anyMember)});
+      JsonObject{{}, std::move(onBegin), {}, std::move(onName), std::move(anyMember), {}});
   return shape;
 }
 
 JsonShape jsonArray(JsonShape element, std::function<void()> onBegin, std::function<void()> onEnd) {
   JsonShape shape;
   shape.expected = [] { return tr("an array"); };
-  shape.array =
-      std::make_shared<JsonArray const>(JsonArray{std::move(element), std::move(onBegin), std::move(onEnd)});
+  shape.array = std::make_shared<JsonArray const>(
+      JsonArray{std::move(element), std::move(onBegin), std::move(onEnd), {}});
+  return shape;
+}
+
+JsonShape jsonAtOnce(JsonShape shape, JsonReadAtOnce readAtOnce) {
+  if (shape.object) {
+    auto object = *shape.object;
+    object.readAtOnce = std::move(readAtOnce);
+    shape.object = std::make_shared<JsonObject const>(std::move(object));
+  } else {
+    auto array = *shape.array;
+    array.readAtOnce = std::move(readAtOnce);
+    shape.array = std::make_shared<JsonArray const>(std::move(array));
+  }
   return shape;
 }
 
@@ -217,12 +234,13 @@ JsonShape jsonOrNull(JsonShape shape, std::function<void()> onNull) {
 /// Follows the events of the parser through the shape.
 class JsonReader::Handler {
  public:
-  Handler(std::string const& fileName, std::string const& text, JsonShape const& root)
+  Handler(std::string const& fileName, std::string_view text, JsonShape const& root)
       : m_fileName(fileName), m_text(text), m_stream(text, m_decoded), m_root(root) {}
 
   void read();
   [[noreturn]] void fail(std::string_view expected, std::string_view found, std::string_view within) const;
-  [[nodiscard]] std::size_t countElementsAhead() const;
+  [[nodiscard]] char const* at() const { return m_stream.at(); }
+  void forgetBefore(char const* at);
 
   // The events, in the parser's spelling. The stream stands at the beginning of the number or the string, or
   // behind the bracket or the brace. Texts that are handed over are not used: the stream has them.
@@ -248,17 +266,29 @@ class JsonReader::Handler {
     std::uint64_t membersSeen = 0;       ///< one bit per member
     JsonMember const* member = nullptr;  ///< the current one, where there are fixed ones
     std::string name;                    ///< of the current member
+    bool isReadAtOnce = false;           ///< whose members the shape has not seen
+  };
+
+  /// Both count from 1; columns are characters.
+  struct Place {
+    std::size_t line = 1;
+    std::size_t column = 1;
   };
 
   [[noreturn]] void failAsParser(rapidjson::ParseErrorCode code, std::size_t offset) const;
   [[noreturn]] void failAt(std::size_t line, std::size_t column, std::string_view expected,
                            std::string_view found) const;
   [[noreturn]] void failAtOffset(std::size_t offset, std::string_view expected) const;
+  /// Of what stands behind `text`, which begins where the text does that is not forgotten.
+  [[nodiscard]] Place placeBehind(std::string_view text) const;
   [[noreturn]] void refuse(JsonShape const& shape, std::string_view found) const;
   [[noreturn]] void refuseArray(JsonShape const& shape) const;
   [[noreturn]] void failAsRepeated(std::string_view member) const;
   [[noreturn]] void refuseNumber(std::size_t offset) const;
   [[nodiscard]] JsonShape const& shapeOfValue() const;
+  /// Reads the value whose opening bracket was the last one, if that can be; the parser then finds nothing in
+  /// it.
+  bool takeAtOnce(JsonReadAtOnce const& readAtOnce);
   /// What every value is followed by: the next element's turn.
   bool valueIsRead();
   void number(JsonShape const& shape, std::string_view text);
@@ -268,11 +298,13 @@ class JsonReader::Handler {
   [[nodiscard]] std::string pointer() const;
 
   std::string const& m_fileName;
-  std::string const& m_text;
+  std::string_view m_text;
   std::string m_decoded;
   TextStream m_stream;
   JsonShape const& m_root;
   std::vector<Frame> m_frames;
+  std::size_t m_forgotten = 0;  ///< characters at the beginning of the text
+  Place m_placeOfRest;          ///< of the first character that is not forgotten
 };
 
 void JsonReader::Handler::read() {
@@ -319,14 +351,26 @@ void JsonReader::Handler::failAsParser(rapidjson::ParseErrorCode code, std::size
 }
 
 void JsonReader::Handler::failAtOffset(std::size_t offset, std::string_view expected) const {
-  auto const before = std::string_view(m_text).substr(0, offset);
-  auto const line = 1 + static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n'));
-  auto const lineBefore = before.substr(before.rfind('\n') + 1);
-  auto const column =
-      1 + static_cast<std::size_t>(std::count_if(lineBefore.begin(), lineBefore.end(), [](char c) {
-        return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
-      }));
-  failAt(line, column, expected, describe(std::string_view(m_text).substr(offset)));
+  auto const place = placeBehind(m_text.substr(m_forgotten, offset - m_forgotten));
+  failAt(place.line, place.column, expected, describe(m_text.substr(offset)));
+}
+
+JsonReader::Handler::Place JsonReader::Handler::placeBehind(std::string_view text) const {
+  auto place = m_placeOfRest;
+  if (auto const lastLine = text.rfind('\n') + 1; lastLine > 0) {
+    place.line += static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+    place.column = 1;
+    text.remove_prefix(lastLine);
+  }
+  place.column += static_cast<std::size_t>(std::count_if(
+      text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
+  return place;
+}
+
+void JsonReader::Handler::forgetBefore(char const* at) {
+  auto const offset = static_cast<std::size_t>(at - m_text.data());
+  m_placeOfRest = placeBehind(m_text.substr(m_forgotten, offset - m_forgotten));
+  m_forgotten = offset;
 }
 
 void JsonReader::Handler::failAt(std::size_t line, std::size_t column, std::string_view expected,
@@ -335,32 +379,13 @@ void JsonReader::Handler::failAt(std::size_t line, std::size_t column, std::stri
 }
 
 void JsonReader::Handler::refuseNumber(std::size_t offset) const {
-  auto const rest = std::string_view(m_text).substr(offset);
+  auto const rest = m_text.substr(offset);
   auto const digits = rest.substr(0, rest.find_first_not_of("+-.0123456789eE"));
   auto const& shape = shapeOfValue();
   if (!shape.onNumber) refuse(shape, brief(digits));
-  if (std::isinf(nearestDouble(rest.data())))
+  if (std::isinf(nearestDouble(std::string(digits))))
     fail(tr("a number within the range of doubles"), brief(digits), {});
   fail(tr("at most 308 digits before the decimal point and no exponent above 308"), brief(digits), {});
-}
-
-std::size_t JsonReader::Handler::countElementsAhead() const {
-  auto const rest = std::string_view(m_text).substr(m_stream.Tell());
-  auto const first = rest.find_first_not_of(s_blanks);
-  auto bracket = rest.find(']');
-  if (bracket == rest.npos || first == bracket) return 0;
-  if (rest[first] != '[') {
-    auto const elements = rest.substr(0, bracket);
-    return 1 + static_cast<std::size_t>(std::count(elements.begin(), elements.end(), ','));
-  }
-  std::size_t count = 0;
-  while (bracket != rest.npos) {
-    ++count;
-    auto const next = rest.find_first_not_of(s_blanks, bracket + 1);
-    if (next == rest.npos || rest[next] != ',') break;
-    bracket = rest.find(']', next);
-  }
-  return count;
 }
 
 bool JsonReader::Handler::Null() {
@@ -384,7 +409,7 @@ bool JsonReader::Handler::Bool(bool value) {
 
 bool JsonReader::Handler::RawNumber(char const* /*text*/, rapidjson::SizeType length, bool /*copy*/) {
   auto const& shape = shapeOfValue();
-  auto const digits = std::string_view(m_text).substr(m_stream.Tell(), length);
+  auto const digits = m_text.substr(m_stream.Tell(), length);
   if (shape.onNumber) {
     number(shape, digits);
   } else if (shape.onInteger) {
@@ -414,6 +439,7 @@ bool JsonReader::Handler::StartObject() {
   if (!shape.object) refuse(shape, tr("an object"));
   if (shape.object->onBegin) shape.object->onBegin();
   m_frames.push_back({&shape, 0, 0, nullptr, {}});
+  m_frames.back().isReadAtOnce = takeAtOnce(shape.object->readAtOnce);
   return true;
 }
 
@@ -442,8 +468,9 @@ bool JsonReader::Handler::Key(char const* /*text*/, rapidjson::SizeType /*length
 bool JsonReader::Handler::EndObject(rapidjson::SizeType /*memberCount*/) {
   auto const& object = *m_frames.back().shape->object;
   auto const membersSeen = m_frames.back().membersSeen;
+  auto const members = m_frames.back().isReadAtOnce ? 0 : object.members.size();
   m_frames.pop_back();
-  for (std::size_t i = 0; i < object.members.size(); ++i) {
+  for (std::size_t i = 0; i < members; ++i) {
     auto const& member = object.members[i];
     if (member.presence == JsonMember::Presence::required && (membersSeen >> i & 1U) == 0) {
       fail(tr("a member {}", quote(member.name)), tr("none"), {});
@@ -458,6 +485,7 @@ bool JsonReader::Handler::StartArray() {
   if (!shape.array) refuseArray(shape);
   if (shape.array->onBegin) shape.array->onBegin();
   m_frames.push_back({&shape, 0, 0, nullptr, {}});
+  static_cast<void>(takeAtOnce(shape.array->readAtOnce));
   return true;
 }
 
@@ -475,6 +503,12 @@ JsonShape const& JsonReader::Handler::shapeOfValue() const {
   return frame.member != nullptr ? frame.member->shape : frame.shape->object->anyMember;
 }
 
+bool JsonReader::Handler::takeAtOnce(JsonReadAtOnce const& readAtOnce) {
+  auto const* const closing = readAtOnce ? readAtOnce(m_stream.at(), m_stream.end()) : nullptr;
+  if (closing != nullptr) m_stream.moveTo(closing);
+  return closing != nullptr;
+}
+
 bool JsonReader::Handler::valueIsRead() {
   if (!m_frames.empty()) ++m_frames.back().element;
   return true;
@@ -485,7 +519,7 @@ void JsonReader::Handler::number(JsonShape const& shape, std::string_view text) 
   auto const result = std::from_chars(text.data(), text.data() + text.size(), value);
   if (result.ec != std::errc()) {
     // Too small a number is the nearest double, too large a one is none.
-    value = nearestDouble(text.data());
+    value = nearestDouble(std::string(text));
     if (std::isinf(value)) refuseNumber(m_stream.Tell());
   }
   shape.onNumber(value);
@@ -529,16 +563,18 @@ JsonReader::JsonReader(std::string_view fileName) : m_fileName(toPrintable(fileN
 
 JsonReader::~JsonReader() = default;
 
-void JsonReader::read(std::string const& text, JsonShape const& shape) {
+void JsonReader::read(std::string_view text, JsonShape const& shape) {
   m_handler = std::make_unique<Handler>(m_fileName, text, shape);
   m_handler->read();
   m_handler.reset();
 }
 
+char const* JsonReader::at() const { return m_handler->at(); }
+
+void JsonReader::forgetBefore(char const* at) { m_handler->forgetBefore(at); }
+
 void JsonReader::fail(std::string_view expected, std::string_view found, std::string_view within) const {
   m_handler->fail(expected, found, within);
 }
-
-std::size_t JsonReader::countElementsAhead() const { return m_handler->countElementsAhead(); }
 
 }  // namespace Kestrel::ResultTables

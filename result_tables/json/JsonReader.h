@@ -27,6 +27,11 @@ struct JsonShape {
   std::shared_ptr<JsonArray const> array;
 };
 
+/// Reads an object or an array at once, from behind its opening bracket at `at` on, instead of its members or
+/// elements: returns where the closing bracket stands; null, nothing having happened, where it leaves the
+/// value to the reader. What it takes it reads as the shape would. The text ends at `end`.
+using JsonReadAtOnce = std::function<char const*(char const* at, char const* end)>;
+
 /// One member that an object may have.
 struct JsonMember {
   std::string name;
@@ -43,12 +48,14 @@ struct JsonObject {
   /// was there before. All values have the shape `anyMember`, and there are no `members`.
   std::function<bool(std::string_view)> onName;
   JsonShape anyMember;
+  JsonReadAtOnce readAtOnce;  ///< called after `onBegin`; `onEnd` follows as ever
 };
 
 struct JsonArray {
   JsonShape element;
   std::function<void()> onBegin;
   std::function<void()> onEnd;
+  JsonReadAtOnce readAtOnce;  ///< called after `onBegin`; `onEnd` follows as ever
 };
 
 JsonShape jsonString(std::function<void(std::string_view)> onString);
@@ -65,6 +72,8 @@ JsonShape jsonObject(std::vector<JsonMember> members, std::function<void()> onBe
 JsonShape jsonMap(std::function<bool(std::string_view)> onName, JsonShape anyMember,
                   std::function<void()> onBegin = {});
 JsonShape jsonArray(JsonShape element, std::function<void()> onBegin = {}, std::function<void()> onEnd = {});
+/// `shape`, an object or an array, which is read at once where that can be.
+JsonShape jsonAtOnce(JsonShape shape, JsonReadAtOnce readAtOnce);
 /// `shape` or null.
 JsonShape jsonOrNull(JsonShape shape, std::function<void()> onNull);
 
@@ -87,16 +96,19 @@ class JsonReader {
 
   /// Reads `text` from front to back. Strings given to the shape's functions are valid during the call only.
   /// Needs no memory that grows with the text.
-  void read(std::string const& text, JsonShape const& shape);
+  void read(std::string_view text, JsonShape const& shape);
 
   /// For the shape's functions: refuses the value that is being read, or, in an object's `onEnd`, the object.
   /// `within` extends the place ("/guid").
   [[noreturn]] void fail(std::string_view expected, std::string_view found,
                          std::string_view within = {}) const;
 
-  /// For an array's `onBegin`: how many elements it seems to have; right for arrays of numbers and of arrays
-  /// of numbers. Costs one more, fast look at the array's text.
-  [[nodiscard]] std::size_t countElementsAhead() const;
+  /// For the shape's functions: where in the text the reader stands, behind what it has read.
+  [[nodiscard]] char const* at() const;
+
+  /// For the shape's functions: the text before `at` is not needed any more and may change. It is looked
+  /// through for the ends of lines, which messages count.
+  void forgetBefore(char const* at);
 
  private:
   class Handler;

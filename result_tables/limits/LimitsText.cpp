@@ -56,7 +56,7 @@ class TextReader {
     m_defaults.updateLimits({SimulationUnitId()});
   }
 
-  LimitsText read(std::string const& text) {
+  LimitsText read(std::string_view text) {
     m_json.read(text, document());
     return std::move(m_text);
   }
@@ -246,7 +246,7 @@ bool isLimitsText(std::string_view content) {
   return first != content.npos && content[first] == '{';
 }
 
-LimitsText readLimitsText(std::string const& name, std::string const& text) {
+LimitsText readLimitsText(std::string const& name, std::string_view text) {
   return namingWhatIsTooLarge(name, [&] { return TextReader(name).read(text); });
 }
 

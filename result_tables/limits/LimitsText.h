@@ -35,7 +35,7 @@ struct LimitsText {
 [[nodiscard]] bool isLimitsText(std::string_view content);
 
 /// Reads a text of limits. Whatever the format does not provide for is an `Error`.
-[[nodiscard]] LimitsText readLimitsText(std::string const& name, std::string const& text);
+[[nodiscard]] LimitsText readLimitsText(std::string const& name, std::string_view text);
 
 /// What the results of a file are compared with under a text: the defaults of its units, changed by what the
 /// text says of them. Units that the file lacks are passed over. A kind that a unit has no limit of by

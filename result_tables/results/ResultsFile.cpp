@@ -1,17 +1,24 @@
 #include "result_tables/results/ResultsFile.h"
 
+#include <algorithm>
+#include <deque>
 #include <functional>
 #include <limits>
 #include <optional>
+#include <string_view>
 #include <unordered_set>
 #include <utility>
 
 #include "Business_Skin/Skin.h"
 #include "result_tables/base/Family.h"
 #include "result_tables/base/File.h"
+#include "result_tables/base/Parallel.h"
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
 #include "result_tables/json/JsonShapes.h"
+#include "result_tables/results/FastToolReader.h"
+#include "result_tables/results/ToolDraft.h"
+#include "result_tables/results/ToolLookahead.h"
 
 namespace Kestrel::ResultTables {
 
@@ -28,24 +35,10 @@ constexpr std::uint64_t s_largest32Bit = std::numeric_limits<std::uint32_t>::max
 /// The series that is being read: numbers in either form.
 struct SeriesDraft {
   std::string quantity;
-  std::vector<double> values;
-  std::vector<std::pair<double, double>> pairs;
   double pair[2] = {};
   std::size_t pairSize = 0;
   int forms = 0;
   bool isPairs = false;
-
-  StepValues<double> take() {
-    return isPairs ? StepValues<double>(std::exchange(pairs, {}))
-                   : StepValues<double>(std::exchange(values, {}));
-  }
-};
-
-struct ToolDraft {
-  std::string id;
-  ToolForceDataType type{};
-  std::vector<std::pair<std::string, std::shared_ptr<StepValues<double>>>> series;
-  std::optional<StepValues<double>> tangentialForce;
 };
 
 /// Any record of a step: the members of the four kinds of records together.
@@ -64,19 +57,37 @@ struct UnitDraft {
   GUIdentifier id;
   std::string name;
   std::optional<StepBounds> visibleSteps;
-  std::vector<ToolDraft> tools;
-  std::unordered_set<std::string> toolIds;
+  std::deque<ToolDraft> tools;  ///< stay where they are
+  std::unordered_set<std::string_view> toolIds;
   std::vector<EvalSimulationUnitJoinGUID> joinsDefinedInUnit;
   std::map<DataType, SimUnitMaxValuesProvider::ToolGrouping> toolGroupings;
   std::vector<std::shared_ptr<SimulationStep>> steps;
 };
 
+/// How many threads may read ahead of the reader: as many as have nothing else to do, for texts that are
+/// worth it.
+std::size_t threadsFor(std::string_view text) {
+  constexpr std::size_t leastOfThread = std::size_t{4} << 20;
+  return std::min(numberOfIdleProcessors(), std::max(text.size() / leastOfThread, std::size_t{1}) - 1);
+}
+
 /// The format of a results file as shapes whose functions fill the drafts.
 class ResultsReader {
  public:
-  explicit ResultsReader(std::string const& name) : m_json(name) { m_file.givenName = m_file.name = name; }
+  ResultsReader(std::string const& name, ReadingWays ways) : m_ways(ways), m_json(name) {
+    m_file.givenName = m_file.name = name;
+  }
 
-  ResultsFile read(std::string const& text) {
+  /// Reads a text and keeps the numbers where text was that has been read.
+  ResultsFile readAndUse(std::shared_ptr<FileText> const& text) {
+    m_endOfTools = m_readText = text->data();
+    m_fastReader = FastToolReader([this, text](std::size_t bytes) { return takeReadText(text, bytes); });
+    return read(*text);
+  }
+
+  ResultsFile read(std::string_view text) {
+    auto const threads = m_ways.threads.value_or(threadsFor(text));
+    if (m_ways.atOnce && threads > 0) m_lookahead.emplace(text, threads);
     m_json.read(text, document());
     return std::move(m_file);
   }
@@ -99,17 +110,29 @@ class ResultsReader {
   JsonShape state();
   JsonShape record(std::vector<JsonMember> members, std::function<void()> onEnd);
 
+  SpareMemory takeReadText(std::shared_ptr<FileText> const& text, std::size_t bytes);
   void finishTool();
   void finishUnit();
   [[noreturn]] void refusePair() const;
   void refuseRepeatedGuid(bool added);
 
+  /// The shape, read at once where that is wanted.
+  [[nodiscard]] JsonShape atOnce(JsonShape shape, JsonReadAtOnce readAtOnce) const {
+    return m_ways.atOnce ? jsonAtOnce(std::move(shape), std::move(readAtOnce)) : shape;
+  }
+
+  ReadingWays m_ways;
   JsonReader m_json;
   ResultsFile m_file;
   std::unordered_set<GUIdentifier> m_unitIds;
   UnitDraft m_unit;
   ToolDraft m_tool;
   SeriesDraft m_series;
+  FastToolReader m_fastReader;
+  char* m_readText = nullptr;          ///< text that has been read and is not used yet, where it may be used
+  char const* m_endOfTools = nullptr;  ///< behind the last tool that has been read
+
+  std::optional<ToolLookahead> m_lookahead;
   std::shared_ptr<SimulationStep> m_step;
   RecordDraft m_record;
   std::optional<double> m_rangeMinimum;
@@ -151,10 +174,12 @@ JsonShape ResultsReader::tool() {
   auto const kind =
       jsonToolKind(m_json, [this](std::string_view, ToolForceDataType type) { m_tool.type = type; });
   auto const seriesList = jsonArray(series({{"quantity", s_required, jsonText(m_series.quantity)}}, [this] {
-    m_tool.series.emplace_back(m_series.quantity, std::make_shared<StepValues<double>>(m_series.take()));
+    m_tool.series.append(m_series.quantity,
+                         std::make_shared<StepValues<double>>(m_fastReader.takeSeries(m_series.isPairs)));
   }));
-  auto const tangentialForce = series({}, [this] { m_tool.tangentialForce = m_series.take(); });
-  return jsonObject(
+  auto const tangentialForce =
+      series({}, [this] { m_tool.tangentialForce = m_fastReader.takeSeries(m_series.isPairs); });
+  auto const tool = jsonObject(
       {
           {"id", s_required, jsonText(m_tool.id)},
           {"kind", s_required, kind},
@@ -162,6 +187,12 @@ JsonShape ResultsReader::tool() {
           {"tangentialForce", s_optional, tangentialForce},
       },
       [this] { m_tool = {}; }, [this] { finishTool(); });
+  return atOnce(tool, [this](char const* at, char const* end) {
+    auto const* closing = m_lookahead ? m_lookahead->take(at, m_tool) : nullptr;
+    if (closing == nullptr) closing = m_fastReader.readTool(at, end, m_tool);
+    if (closing == nullptr) m_tool = {};
+    return closing;
+  });
 }
 
 JsonShape ResultsReader::series(std::vector<JsonMember> members, std::function<void()> onEnd) {
@@ -179,10 +210,10 @@ JsonShape ResultsReader::series(std::vector<JsonMember> members, std::function<v
 }
 
 JsonShape ResultsReader::values() {
-  return jsonArray(jsonSeriesNumber([this](double value) { m_series.values.push_back(value); }), [this] {
-    ++m_series.forms;
-    m_series.values.reserve(m_json.countElementsAhead());
-  });
+  auto const values = jsonArray(jsonSeriesNumber([this](double value) { m_fastReader.addValue(value); }),
+                                [this] { ++m_series.forms; });
+  return jsonAtOnce(values,
+                    [this](char const* at, char const* end) { return m_fastReader.readValues(at, end); });
 }
 
 JsonShape ResultsReader::pairs() {
@@ -194,13 +225,14 @@ JsonShape ResultsReader::pairs() {
       number, [this] { m_series.pairSize = 0; },
       [this] {
         if (m_series.pairSize != 2) refusePair();
-        m_series.pairs.emplace_back(m_series.pair[0], m_series.pair[1]);
+        m_fastReader.addPair(m_series.pair[0], m_series.pair[1]);
       });
-  return jsonArray(pair, [this] {
+  auto const pairs = jsonArray(pair, [this] {
     ++m_series.forms;
     m_series.isPairs = true;
-    m_series.pairs.reserve(m_json.countElementsAhead());
   });
+  return jsonAtOnce(pairs,
+                    [this](char const* at, char const* end) { return m_fastReader.readPairs(at, end); });
 }
 
 void ResultsReader::refusePair() const {
@@ -312,11 +344,21 @@ JsonShape ResultsReader::skins() {
   return jsonMap(onName, jsonOrNull(skin, skinOfAnotherType));
 }
 
+SpareMemory ResultsReader::takeReadText(std::shared_ptr<FileText> const& text, std::size_t bytes) {
+  void* begin = m_readText;
+  auto size = static_cast<std::size_t>(std::max(m_endOfTools - m_readText, std::ptrdiff_t{0}));
+  if (std::align(alignof(double), bytes, begin, size) == nullptr) return {};
+  m_json.forgetBefore(m_endOfTools);
+  m_readText += m_endOfTools - m_readText;
+  return {text, begin, size};
+}
+
 void ResultsReader::finishTool() {
-  if (!m_unit.toolIds.insert(m_tool.id).second) {
-    m_json.fail(tr("an identifier that is unique in the unit"), quote(m_tool.id), "/id");
+  m_endOfTools = m_json.at();
+  auto const& tool = m_unit.tools.emplace_back(std::move(m_tool));
+  if (!m_unit.toolIds.insert(tool.id).second) {
+    m_json.fail(tr("an identifier that is unique in the unit"), quote(tool.id), "/id");
   }
-  m_unit.tools.push_back(std::move(m_tool));
 }
 
 void ResultsReader::finishUnit() {
@@ -329,10 +371,10 @@ void ResultsReader::finishUnit() {
     auto const [first, last] = *m_unit.visibleSteps;
     unit->setVisibleSteps(static_cast<unsigned int>(first), static_cast<unsigned int>(last));
   }
-  for (auto& tool : m_unit.tools) {
-    unit->addTool(tool.id, tool.type);
-    for (auto& [quantity, series] : tool.series) unit->addToolForce(tool.id, quantity, std::move(series));
-    if (tool.tangentialForce) unit->setJoinTangentialForce(tool.id, std::move(*tool.tangentialForce));
+  m_unit.toolIds.clear();
+  for (; !m_unit.tools.empty(); m_unit.tools.pop_front()) {
+    auto& tool = m_unit.tools.front();
+    unit->addTool(std::move(tool.id), tool.type, std::move(tool.series), std::move(tool.tangentialForce));
   }
   for (auto const& join : m_unit.joinsDefinedInUnit) unit->addJoinDefinedInSimUnit(join);
   m_file.units.push_back({std::move(unit), std::make_shared<SimulationResult>(std::move(m_unit.steps)),
@@ -347,8 +389,15 @@ ResultsFile readResultsFile(std::filesystem::path const& path) {
   return file;
 }
 
-ResultsFile readResults(std::string const& name, std::string const& text) {
-  return namingWhatIsTooLarge(name, [&] { return ResultsReader(name).read(text); });
+ResultsFile readResults(std::string const& name, FileText&& text, ReadingWays ways) {
+  return namingWhatIsTooLarge(name, [&] {
+    auto const shared = std::make_shared<FileText>(std::move(text));
+    return ResultsReader(name, ways).readAndUse(shared);
+  });
+}
+
+ResultsFile readResults(std::string const& name, std::string_view text, ReadingWays ways) {
+  return namingWhatIsTooLarge(name, [&] { return ResultsReader(name, ways).read(text); });
 }
 
 }  // namespace Kestrel::ResultTables

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,6 +12,7 @@
 #include "Business_SimulationResult/SimulationResult.h"
 #include "Business_SimulationResult/SimulationUnit.h"
 #include "Business_TableProperties/SimUnitMaxValuesProvider.h"
+#include "result_tables/base/File.h"
 
 namespace Kestrel::ResultTables {
 
@@ -28,12 +31,22 @@ struct ResultsFile {
   std::vector<ResultsUnit> units;
 };
 
+/// How a text is read, which makes no difference to what is read. For tests, which say that of it.
+struct ReadingWays {
+  bool atOnce = true;                  ///< what is as files usually have it is read fast
+  std::optional<std::size_t> threads;  ///< that read ahead of the first one; else as many as seem good
+};
+
 /// Reads a results file (docs/results-file.md). Whatever the format does not provide for is an `Error`. Reads
-/// every byte once and counts the numbers of a series before; holds the file's text and the numbers, and no
-/// more that grows with the numbers.
+/// every byte once; holds the file's text and the numbers, which take the place of text that has been read,
+/// and no more that grows with the numbers. Files from 8 MB on are read on as many threads as there are idle
+/// processors.
 [[nodiscard]] ResultsFile readResultsFile(std::filesystem::path const& path);
 
-/// The same for a text that is in memory. Reports and messages call it `name`.
-[[nodiscard]] ResultsFile readResults(std::string const& name, std::string const& text);
+/// The same for the text of a file, which is used up.
+[[nodiscard]] ResultsFile readResults(std::string const& name, FileText&& text, ReadingWays ways = {});
+
+/// The same for a text that is in memory and stays. Reports and messages call it `name`.
+[[nodiscard]] ResultsFile readResults(std::string const& name, std::string_view text, ReadingWays ways = {});
 
 }  // namespace Kestrel::ResultTables
