@@ -31,6 +31,13 @@ std::optional<std::uint64_t> bitsOf(std::string const& number) {
   return std::bit_cast<std::uint64_t>(value);
 }
 
+bool isPassed(std::string const& number) {
+  auto const text = number + std::string(s_behind);
+  auto const* const end = passDecimal(text.data(), text.data() + text.size());
+  EXPECT_TRUE(end == nullptr || end == text.data() + number.size()) << number;
+  return end != nullptr;
+}
+
 auto is(double value) { return Optional(std::bit_cast<std::uint64_t>(value)); }
 
 TEST(LeadingDigits, AreCountedAndJoined) {
@@ -143,7 +150,18 @@ TEST(FastNumber, GivesWhatTheStandardGives) {
     double expected = 0.0;
     std::from_chars(number.data(), number.data() + number.size(), expected);
     ASSERT_THAT(bitsOf(number), is(expected)) << number;
+    ASSERT_TRUE(isPassed(number)) << number;
   }
+}
+
+TEST(FastNumber, PassesOverNothingElse) {
+  for (auto const* const text : {"", "-", "+1", ".5", "5.", "5.e3", "01", "-01.5", "1e", "1e+", "x", "NaN",
+                                 "1e301", "0e309", "1e0300", "10e300", "1e99999999999999999999"})
+    EXPECT_FALSE(isPassed(text)) << text;
+  EXPECT_FALSE(isPassed(std::string(310, '1')));
+  EXPECT_FALSE(isPassed(std::string(200, '1') + "e200"));
+  EXPECT_FALSE(isPassed("0." + std::string(310, '0') + "1"));
+  EXPECT_TRUE(isPassed("-0.5e-300"));
 }
 
 TEST(FastNumber, ReadsTheShortestFormOfAnyDouble) {

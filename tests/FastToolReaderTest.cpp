@@ -64,6 +64,17 @@ TEST(FastToolReader, ReadsAToolWithoutSeries) {
   EXPECT_FALSE(tool.tangentialForce);
 }
 
+TEST(FastToolReader, PassesOverTheSeriesOfATool) {
+  std::string const text = R"("id": "C", "series": [{"quantity": "q", "values": [1, null]}, {"quantity": "p",
+      "pairs": [[1e2, "Infinity"]]}], "kind": "clamp"}                )";
+  FastToolReader reader;
+  ToolDraft tool;
+  EXPECT_EQ(reader.passTool(text.data(), text.data() + text.size(), tool), text.data() + text.rfind('}'));
+  EXPECT_EQ(tool.id, "C");
+  EXPECT_EQ(tool.type, ToolForceDataType::clamp);
+  EXPECT_EQ(tool.series.size(), 0u);
+}
+
 TEST(FastToolReader, LeavesWhatTheShapesRefuse) {
   std::string const head = R"("id": "C", "kind": "clamp", )";
   for (std::string const members :

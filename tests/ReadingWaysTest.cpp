@@ -23,18 +23,31 @@ namespace {
 /// What is read, or the message.
 std::string outcomeOf(std::string const& text, ReadingWays ways) {
   try {
-    return Description(readResults("r", text, ways)).text();
+    return Description(readResults("r", text, {}, ways)).text();
   } catch (Error const& error) {
     return error.what();
   }
 }
 
+bool isMessage(std::string const& outcome) { return outcome.starts_with("r: "); }
+
+/// The message, if there is one, where no unit is wanted.
+std::string messageOfPassing(std::string const& text, ReadingWays ways) {
+  try {
+    for (auto const& unit : readResults("r", text, {"no unit"}, ways).units) EXPECT_FALSE(unit.hasTools);
+    return {};
+  } catch (Error const& error) {
+    return error.what();
+  }
+}
+
+/// The outcome where the text may be used up.
 std::string outcomeOfUsing(std::string const& text, ReadingWays ways) {
   FileText copy(text.size());
   std::copy(text.begin(), text.end(), copy.data());
   copy.resize(text.size());
   try {
-    return Description(readResults("r", std::move(copy), ways)).text();
+    return Description(readResults("r", std::move(copy), {}, ways)).text();
   } catch (Error const& error) {
     return error.what();
   }
@@ -44,7 +57,11 @@ void expectNoDifference(std::string const& text, bool withThreads = true) {
   auto const byShapes = outcomeOf(text, {.atOnce = false, .threads = 0});
   ASSERT_EQ(outcomeOf(text, {.atOnce = true, .threads = 0}), byShapes) << text;
   ASSERT_EQ(outcomeOfUsing(text, {.atOnce = true, .threads = 0}), byShapes) << text;
+  ASSERT_EQ(messageOfPassing(text, {.atOnce = true, .threads = 0}), isMessage(byShapes) ? byShapes : "")
+      << text;
   if (withThreads) {
+    ASSERT_EQ(messageOfPassing(text, {.atOnce = true, .threads = 2}), isMessage(byShapes) ? byShapes : "")
+        << text;
     ASSERT_EQ(outcomeOfUsing(text, {.atOnce = true, .threads = 3}), byShapes) << text;
     ASSERT_EQ(outcomeOf(text, {.atOnce = true, .threads = 2}), byShapes) << text;
   }

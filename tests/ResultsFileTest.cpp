@@ -38,6 +38,7 @@ using namespace std::string_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
+using testing::SizeIs;
 
 constexpr double s_infinity = std::numeric_limits<double>::infinity();
 constexpr double s_notANumber = std::numeric_limits<double>::quiet_NaN();
@@ -1125,6 +1126,51 @@ std::size_t peakMemory() {
 void forgetPeak() {
   ::malloc_trim(0);
   std::ofstream("/proc/self/clear_refs") << "5";
+}
+
+constexpr std::string_view s_twoUnits = R"({"format": "simulation-results", "version": 1, "units": [
+  {"id": "00000000-0000-0000-0000-00000000000A", "name": "OP10", "tools": [
+    {"id": "C", "kind": "clamp", "series": [{"quantity": "ClampNormalForce", "values": [1]}]},
+    {"id": "\u0043 2", "kind": "clamp"}]},
+  {"tools": [{"id": "C", "kind": "clamp", "series": [{"quantity": "ClampNormalForce", "values": [2]}]}],
+   "id": "00000000-0000-0000-0000-00000000000B", "name": "OP20"}]})";
+
+std::vector<std::string> clampsOf(ResultsUnit const& unit) {
+  std::vector<std::string> ids;
+  unit.unit->getToolStringIDsOfToolForceType(ids, ToolForceDataType::clamp);
+  return ids;
+}
+
+TEST(ResultsFile, HasTheToolsOfWantedUnitsAlone) {
+  for (auto const* const wanted :
+       {"OP10", "00000000-0000-0000-0000-00000000000a", "00000000-0000-0000-0000-00000000000A"}) {
+    auto const file = readResults("r", s_twoUnits, {wanted});
+    ASSERT_THAT(file.units, SizeIs(2));
+    EXPECT_TRUE(file.units[0].hasTools);
+    EXPECT_THAT(clampsOf(file.units[0]), ElementsAre("C", "C 2"));
+    EXPECT_EQ(file.units[1].unit->getSimulationUnitName(), "OP20");
+    EXPECT_FALSE(file.units[1].hasTools);
+    EXPECT_THAT(clampsOf(file.units[1]), IsEmpty());
+  }
+  auto const file = readResults("r", s_twoUnits, {"OP20", "OP30"});
+  EXPECT_FALSE(file.units[0].hasTools);
+  EXPECT_THAT(clampsOf(file.units[1]), ElementsAre("C"));
+  EXPECT_TRUE(readResults("r", s_twoUnits).units[0].hasTools);
+}
+
+TEST(ResultsFile, ChecksUnitsThatAreNotWantedAllTheSame) {
+  std::string text(s_twoUnits);
+  text.replace(text.find("[1]"), 3, "[x]");
+  EXPECT_THROW(static_cast<void>(readResults("r", text, {"OP20"})), Error);
+  text = s_twoUnits;
+  text.replace(text.find("\\u0043 2"), 8, "C");
+  try {
+    static_cast<void>(readResults("r", text, {"OP20"}));
+    FAIL();
+  } catch (Error const& error) {
+    EXPECT_STREQ(error.what(),
+                 "r: /units/0/tools/1/id: expected an identifier that is unique in the unit, found \"C\"");
+  }
 }
 
 /// Reads the file and ends the process: 0 if the memory that it took is below `limit`.

@@ -12,25 +12,35 @@
 
 namespace Kestrel::ResultTables {
 
+/// Eight characters of a text as a word, the first one in the lowest byte.
+[[nodiscard]] inline std::uint64_t eightCharacters(char const* at) {
+  static_assert(std::endian::native == std::endian::little, "the first character is the lowest byte");
+  std::uint64_t word = 0;
+  std::memcpy(&word, at, sizeof word);
+  return word;
+}
+
+/// How many decimal digits such a word begins with.
+[[nodiscard]] inline unsigned countLeadingDigits(std::uint64_t characters) {
+  constexpr std::uint64_t inEach = 0x0101010101010101;
+  auto const digits = characters ^ ('0' * inEach);
+  // A byte above 9 gets its highest bit; what it carries spoils only bytes behind it.
+  auto const others = ((digits + (0x7F - 9) * inEach) | digits) & (0x80 * inEach);
+  return others == 0 ? 8U : static_cast<unsigned>(std::countr_zero(others)) / 8;
+}
+
 /// The decimal digits at the beginning of eight characters.
 struct LeadingDigits {
   unsigned count;        ///< 0 to 8
   std::uint64_t number;  ///< that they make; 0 for none
 };
 
-/// Looks at all eight characters at once: each is a byte of a word, and three multiplications join the
-/// digits.
-[[nodiscard]] inline LeadingDigits leadingDigits(char const* eightCharacters) {
-  static_assert(std::endian::native == std::endian::little, "the first character is the lowest byte");
-  constexpr std::uint64_t inEach = 0x0101010101010101;
-  std::uint64_t word = 0;
-  std::memcpy(&word, eightCharacters, sizeof word);
-  word ^= '0' * inEach;
-  // A byte above 9 gets its highest bit; what it carries spoils only bytes behind it.
-  auto const others = ((word + (0x7F - 9) * inEach) | word) & (0x80 * inEach);
-  auto const count = others == 0 ? 8U : static_cast<unsigned>(std::countr_zero(others)) / 8;
+/// Looks at all eight characters at once: three multiplications join the digits.
+[[nodiscard]] inline LeadingDigits leadingDigits(char const* at) {
+  auto word = eightCharacters(at);
+  auto const count = countLeadingDigits(word);
   if (count == 0) return {0, 0};
-  word <<= 8 * (8 - count);  // zeros come before the digits
+  word = (word ^ 0x3030303030303030) << (8 * (8 - count));  // zeros come before the digits
   word = word * 10 + (word >> 8);
   constexpr std::uint64_t everyFourth = 0x000000FF000000FF;
   word = (word & everyFourth) * (100 + (1000000ULL << 32)) +
@@ -56,6 +66,17 @@ constexpr int s_greatestExponent = 300;
     count += static_cast<int>(digits.count);
     at += digits.count;
     if (digits.count < 8) return at;
+  }
+}
+
+/// Passes over a run of digits and adds their number to `count`. Returns as `readDigits`.
+[[nodiscard]] inline char const* passDigits(char const* at, char const* end, int& count) {
+  for (;;) {
+    if (end - at < 8 || count > s_mostDigits) return nullptr;
+    auto const digits = countLeadingDigits(eightCharacters(at));
+    count += static_cast<int>(digits);
+    at += digits;
+    if (digits < 8) return at;
   }
 }
 
@@ -129,6 +150,27 @@ template <char Point = '.'>
     return at;
   }
   return Detail::convertSlowly<Point>(begin, at, value) ? at : nullptr;
+}
+
+/// Passes over a number that `readDecimal` reads whose value nobody needs. One that is nearly beyond the
+/// range of doubles it leaves as well. Returns where it ends; null as above.
+[[nodiscard]] inline char const* passDecimal(char const* at, char const* end) {
+  if (at != end && *at == '-') ++at;
+  int count = 0;
+  auto const* const digits = at;
+  at = Detail::passDigits(at, end, count);
+  if (at == nullptr || count == 0 || (*digits == '0' && count > 1)) return nullptr;
+  int const whole = count;
+  if (*at == '.') {
+    at = Detail::passDigits(at + 1, end, count);
+    if (at == nullptr || count == whole) return nullptr;
+  }
+  if (*at == 'e' || *at == 'E') {
+    int exponent = 0;
+    at = Detail::readExponent(at + 1, end, exponent);
+    if (at == nullptr || whole + exponent > Detail::s_greatestExponent) return nullptr;
+  }
+  return at;
 }
 
 }  // namespace Kestrel::ResultTables

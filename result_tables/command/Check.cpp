@@ -26,8 +26,8 @@ FileFindings checkFile(std::string const& results, CheckOptions const& options,
                        NamedLimits const& namedLimits, std::vector<std::string>& notes) {
   FileFindings found{results, {}, std::nullopt};
   try {
-    auto const file =
-        readResults(results, options.input, [&notes](std::string const& note) { notes.push_back(note); });
+    auto const file = readResults(results, options.input, options.selection.units,
+                                  [&notes](std::string const& note) { notes.push_back(note); });
     auto const limits = namedLimits.of(results, file);
     for (auto const& table : genResultTables(file, options.selection, limits))
       found.tables.push_back(genFindings(table));

@@ -42,8 +42,9 @@ void addResultsInput(Arguments& arguments, ResultsInput& input) {
   });
 }
 
-ResultsFile readResults(std::string const& results, ResultsInput const& input, OnNote const& onNote) {
-  if (!input.map) return readResultsFile(results);
+ResultsFile readResults(std::string const& results, ResultsInput const& input, WantedUnits const& wanted,
+                        OnNote const& onNote) {
+  if (!input.map) return readResultsFile(results, wanted);
   auto const format = input.format ? input.format : importFormatOf(results);
   if (!format) {
     throw Error(tr("{}: expected a name that ends in .dat or .csv, or the format of the print behind --from",

@@ -19,9 +19,10 @@ struct ResultsInput {
 /// --map, --from, --decimal-comma
 void addResultsInput(Arguments& arguments, ResultsInput& input);
 
-/// The units of RESULTS. `onNote` gets what a print has that is passed over. Those of a print are the same as
-/// when it is imported before. May be called on any number of threads.
+/// The units of RESULTS; those that are not wanted may lack their tools. `onNote` gets what a print has that
+/// is passed over. Those of a print are the same as when it is imported before. May be called on any number
+/// of threads.
 [[nodiscard]] ResultsFile readResults(std::string const& results, ResultsInput const& input,
-                                      OnNote const& onNote);
+                                      WantedUnits const& wanted, OnNote const& onNote);
 
 }  // namespace Kestrel::ResultTables

@@ -16,7 +16,7 @@ struct SeriesOptions {
 };
 
 ExitCode showSeries(SeriesOptions const& options) {
-  auto const file = readResultsFile(options.results);
+  auto const file = readResultsFile(options.results, options.selection.tables.units);
   auto const limits = limitsFor(options.results, options.limits, file);
   write(options.output, genSeries(file, options.selection, limits));
   return ExitCode::nothingFound;

@@ -32,7 +32,7 @@ struct ShownFiles {
 void readFile(ShownFiles& shown, std::string const& results, ShowOptions const& options,
               NamedLimits const& namedLimits) {
   try {
-    auto file = readResults(results, options.input,
+    auto file = readResults(results, options.input, options.selection.units,
                             [&shown](std::string const& note) { shown.messages.push_back(note); });
     auto const limits = namedLimits.of(results, file);
     std::ranges::move(genResultTables(file, options.selection, limits), std::back_inserter(shown.tables));

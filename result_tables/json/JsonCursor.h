@@ -47,13 +47,13 @@ class JsonCursor {
 
   /// Takes a number, null (not a number), "Infinity" or "-Infinity".
   [[nodiscard]] bool takeSeriesNumber(double& value) {
-    // Most numbers stand behind a comma or a comma and a space.
-    if (m_at != m_end && *m_at == ' ') ++m_at;
-    auto const* behind = readDecimal(m_at, m_end, value);
-    if (behind == nullptr && !isBefore('"') && !isBefore('n')) behind = readDecimal(m_at, m_end, value);
-    if (behind == nullptr) return takeWord(value);
-    m_at = behind;
-    return true;
+    return takeNumberBy([&] { return readDecimal(m_at, m_end, value); }, value);
+  }
+
+  /// Passes over what `takeSeriesNumber` takes.
+  [[nodiscard]] bool passSeriesNumber() {
+    double unused = 0.0;
+    return takeNumberBy([&] { return passDecimal(m_at, m_end); }, unused);
   }
 
   /// Takes what is in an object or an array, from behind its opening bracket to before its closing one:
@@ -68,6 +68,17 @@ class JsonCursor {
   }
 
  private:
+  template <typename Read>
+  bool takeNumberBy(Read const& read, double& value) {
+    // Most numbers stand behind a comma or a comma and a space.
+    if (m_at != m_end && *m_at == ' ') ++m_at;
+    auto const* behind = read();
+    if (behind == nullptr && !isBefore('"') && !isBefore('n')) behind = read();
+    if (behind == nullptr) return takeWord(value);
+    m_at = behind;
+    return true;
+  }
+
   bool takeWord(double& value) {
     constexpr std::string_view null = "null";
     if (isBefore('n') && static_cast<std::size_t>(m_end - m_at) >= null.size() &&

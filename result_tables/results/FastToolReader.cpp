@@ -8,22 +8,27 @@ namespace Kestrel::ResultTables {
 
 namespace {
 
+template <bool isKept>
 bool takeValues(JsonCursor& json, NumberStore<double>& values) {
   return json.takeElements<']'>([&] {
     double value = 0.0;
-    if (!json.takeSeriesNumber(value)) return false;
-    values.add(value);
+    if (!(isKept ? json.takeSeriesNumber(value) : json.passSeriesNumber())) return false;
+    if constexpr (isKept) values.add(value);
     return true;
   });
 }
 
+template <bool isKept>
 bool takePairs(JsonCursor& json, NumberStore<StepValues<double>::Pair>& pairs) {
   return json.takeElements<']'>([&] {
     StepValues<double>::Pair pair;
-    if (!json.take('[') || !json.takeSeriesNumber(pair.first) || !json.take(',') ||
-        !json.takeSeriesNumber(pair.second) || !json.take(']'))
+    auto const takeNumber = [&](double& value) {
+      return isKept ? json.takeSeriesNumber(value) : json.passSeriesNumber();
+    };
+    if (!json.take('[') || !takeNumber(pair.first) || !json.take(',') || !takeNumber(pair.second) ||
+        !json.take(']'))
       return false;
-    pairs.add(pair);
+    if constexpr (isKept) pairs.add(pair);
     return true;
   });
 }
@@ -45,14 +50,14 @@ bool once(bool& seen) { return !std::exchange(seen, true); }
 
 char const* FastToolReader::readValues(char const* at, char const* end) {
   JsonCursor json(at, end);
-  if (takeValues(json, m_values)) return json.at();
+  if (takeValues<true>(json, m_values)) return json.at();
   m_values.drop();
   return nullptr;
 }
 
 char const* FastToolReader::readPairs(char const* at, char const* end) {
   JsonCursor json(at, end);
-  if (takePairs(json, m_pairs)) return json.at();
+  if (takePairs<true>(json, m_pairs)) return json.at();
   m_pairs.drop();
   return nullptr;
 }
@@ -62,6 +67,7 @@ StepValues<double> FastToolReader::takeSeries(bool isPairs) {
   return isPairs ? m_pairs.close(make) : m_values.close(make);
 }
 
+template <bool isKept>
 bool FastToolReader::takeSeriesObject(JsonCursor& json, std::string_view* quantity,
                                       StepValues<double>& series) {
   bool hasQuantity = quantity == nullptr;
@@ -73,24 +79,27 @@ bool FastToolReader::takeSeriesObject(JsonCursor& json, std::string_view* quanti
         if (!json.take('[')) return false;
         isPairs = name == "pairs";
         if ((!isPairs && name != "values") || !once(hasNumbers)) return false;
-        return (isPairs ? takePairs(json, m_pairs) : takeValues(json, m_values)) && json.take(']');
+        return (isPairs ? takePairs<isKept>(json, m_pairs) : takeValues<isKept>(json, m_values)) &&
+               json.take(']');
       });
   if (!isTaken || !json.take('}') || !hasQuantity || !hasNumbers) {
     m_values.drop();
     m_pairs.drop();
     return false;
   }
-  series = takeSeries(isPairs);
+  if constexpr (isKept) series = takeSeries(isPairs);
   return true;
 }
 
+template <bool isKept>
 bool FastToolReader::takeSeriesList(JsonCursor& json, ToolDraft& tool) {
   m_seriesOfTool.clear();
   bool const isTaken = json.take('[') && json.takeElements<']'>([&] {
     auto& [quantity, series] = m_seriesOfTool.emplace_back();
-    return takeSeriesObject(json, &quantity, series);
+    return takeSeriesObject<isKept>(json, &quantity, series);
   });
   if (!isTaken || !json.take(']')) return false;
+  if constexpr (!isKept) return true;
   // All series of a tool in one piece, too.
   auto const all = std::make_shared<StepValues<double>[]>(m_seriesOfTool.size());
   auto* series = all.get();
@@ -102,7 +111,8 @@ bool FastToolReader::takeSeriesList(JsonCursor& json, ToolDraft& tool) {
   return true;
 }
 
-char const* FastToolReader::readTool(char const* at, char const* end, ToolDraft& tool) {
+template <bool isKept>
+char const* FastToolReader::takeTool(char const* at, char const* end, ToolDraft& tool) {
   JsonCursor json(at, end);
   bool hasId = false;
   bool hasKind = false;
@@ -110,9 +120,10 @@ char const* FastToolReader::readTool(char const* at, char const* end, ToolDraft&
   bool hasTangentialForce = false;
   bool const isTaken = takeMembers(json, [&](std::string_view name) {
     std::string_view text;
-    if (name == "series") return once(hasSeries) && takeSeriesList(json, tool);
+    if (name == "series") return once(hasSeries) && takeSeriesList<isKept>(json, tool);
     if (name == "tangentialForce")
-      return once(hasTangentialForce) && takeSeriesObject(json, nullptr, tool.tangentialForce.emplace());
+      return once(hasTangentialForce) &&
+             takeSeriesObject<isKept>(json, nullptr, tool.tangentialForce.emplace());
     if (!json.takeText(text)) return false;
     if (name == "id") {
       tool.id = text;
@@ -124,6 +135,14 @@ char const* FastToolReader::readTool(char const* at, char const* end, ToolDraft&
     return once(hasKind);
   });
   return isTaken && hasId && hasKind ? json.at() : nullptr;
+}
+
+char const* FastToolReader::readTool(char const* at, char const* end, ToolDraft& tool) {
+  return takeTool<true>(at, end, tool);
+}
+
+char const* FastToolReader::passTool(char const* at, char const* end, ToolDraft& tool) {
+  return takeTool<false>(at, end, tool);
 }
 
 }  // namespace Kestrel::ResultTables

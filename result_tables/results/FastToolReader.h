@@ -26,6 +26,9 @@ class FastToolReader {
   /// being anything, where it is left to the shapes.
   [[nodiscard]] char const* readTool(char const* at, char const* end, ToolDraft& tool);
 
+  /// The same for a tool whose series nobody needs: `tool` gets none, and that takes half the time.
+  [[nodiscard]] char const* passTool(char const* at, char const* end, ToolDraft& tool);
+
   /// Reads an array of plain values or of pairs from behind its opening bracket on into the store that
   /// `takeSeries` empties. Returns where its closing bracket stands; null, with an empty store, as above.
   [[nodiscard]] char const* readValues(char const* at, char const* end);
@@ -41,9 +44,13 @@ class FastToolReader {
  private:
   using Pair = StepValues<double>::Pair;
 
+  template <bool isKept>
+  [[nodiscard]] char const* takeTool(char const* at, char const* end, ToolDraft& tool);
   /// A series with its braces; `quantity` is null where none belongs to it.
+  template <bool isKept>
   [[nodiscard]] bool takeSeriesObject(JsonCursor& json, std::string_view* quantity,
                                       StepValues<double>& series);
+  template <bool isKept>
   [[nodiscard]] bool takeSeriesList(JsonCursor& json, ToolDraft& tool);
 
   NumberStore<double> m_values;

@@ -1,9 +1,11 @@
 #include "result_tables/results/ResultsFile.h"
 
 #include <algorithm>
+#include <boost/algorithm/string/predicate.hpp>
 #include <deque>
 #include <functional>
 #include <limits>
+#include <locale>
 #include <optional>
 #include <string_view>
 #include <unordered_set>
@@ -54,8 +56,9 @@ struct RecordDraft {
 };
 
 struct UnitDraft {
-  GUIdentifier id;
-  std::string name;
+  std::optional<GUIdentifier> id;
+  std::optional<std::string> name;
+  bool isPassedOver = false;  ///< whose tools nobody wants
   std::optional<StepBounds> visibleSteps;
   std::deque<ToolDraft> tools;  ///< stay where they are
   std::unordered_set<std::string_view> toolIds;
@@ -74,7 +77,8 @@ std::size_t threadsFor(std::string_view text) {
 /// The format of a results file as shapes whose functions fill the drafts.
 class ResultsReader {
  public:
-  ResultsReader(std::string const& name, ReadingWays ways) : m_ways(ways), m_json(name) {
+  ResultsReader(std::string const& name, WantedUnits const& wanted, ReadingWays ways)
+      : m_wanted(wanted), m_ways(ways), m_json(name) {
     m_file.givenName = m_file.name = name;
   }
 
@@ -87,7 +91,9 @@ class ResultsReader {
 
   ResultsFile read(std::string_view text) {
     auto const threads = m_ways.threads.value_or(threadsFor(text));
-    if (m_ways.atOnce && threads > 0) m_lookahead.emplace(text, threads);
+    if (m_ways.atOnce && threads > 0)
+      m_lookahead.emplace(text, threads,
+                          m_wanted.empty() ? ToolLookahead::Series::kept : ToolLookahead::Series::passed);
     m_json.read(text, document());
     return std::move(m_file);
   }
@@ -110,6 +116,8 @@ class ResultsReader {
   JsonShape state();
   JsonShape record(std::vector<JsonMember> members, std::function<void()> onEnd);
 
+  [[nodiscard]] bool isUnitWanted() const;
+  [[nodiscard]] char const* takeTool(char const* at, char const* end);
   SpareMemory takeReadText(std::shared_ptr<FileText> const& text, std::size_t bytes);
   void finishTool();
   void finishUnit();
@@ -121,6 +129,7 @@ class ResultsReader {
     return m_ways.atOnce ? jsonAtOnce(std::move(shape), std::move(readAtOnce)) : shape;
   }
 
+  WantedUnits const& m_wanted;
   ReadingWays m_ways;
   JsonReader m_json;
   ResultsFile m_file;
@@ -153,14 +162,14 @@ JsonShape ResultsReader::document() {
 }
 
 JsonShape ResultsReader::unit() {
-  auto const toolList = jsonArray(tool());
+  auto const toolList = jsonArray(tool(), [this] { m_unit.isPassedOver = !isUnitWanted(); });
   auto const joinsDefinedInUnit = jsonArray(
       jsonIdentifier(m_json, [this](GUIdentifier const& id) { m_unit.joinsDefinedInUnit.emplace_back(id); }));
   auto const steps = jsonArray(jsonOrNull(step(), [this] { m_unit.steps.push_back(nullptr); }));
   return jsonObject(
       {
-          {"id", s_required, jsonIdentifier(m_json, m_unit.id)},
-          {"name", s_required, jsonText(m_unit.name)},
+          {"id", s_required, jsonIdentifier(m_json, [this](GUIdentifier const& id) { m_unit.id = id; })},
+          {"name", s_required, jsonString([this](std::string_view name) { m_unit.name = name; })},
           {"visibleSteps", s_optional, jsonOrNull(jsonStepBounds(m_unit.visibleSteps), [] {})},
           {"tools", s_optional, toolList},
           {"joinsDefinedInUnit", s_optional, joinsDefinedInUnit},
@@ -188,8 +197,7 @@ JsonShape ResultsReader::tool() {
       },
       [this] { m_tool = {}; }, [this] { finishTool(); });
   return atOnce(tool, [this](char const* at, char const* end) {
-    auto const* closing = m_lookahead ? m_lookahead->take(at, m_tool) : nullptr;
-    if (closing == nullptr) closing = m_fastReader.readTool(at, end, m_tool);
+    auto const* const closing = takeTool(at, end);
     if (closing == nullptr) m_tool = {};
     return closing;
   });
@@ -344,6 +352,23 @@ JsonShape ResultsReader::skins() {
   return jsonMap(onName, jsonOrNull(skin, skinOfAnotherType));
 }
 
+/// As far as is known: a unit is whose id and name come behind its tools.
+bool ResultsReader::isUnitWanted() const {
+  if (m_wanted.empty() || !m_unit.id || !m_unit.name) return true;
+  return std::ranges::any_of(m_wanted, [this](auto const& idOrName) {
+    return isNamedBy(SimulationUnitId(*m_unit.id), *m_unit.name, idOrName);
+  });
+}
+
+char const* ResultsReader::takeTool(char const* at, char const* end) {
+  bool const areSeriesPassed = !m_wanted.empty();
+  if (m_lookahead && m_unit.isPassedOver == areSeriesPassed) {
+    if (auto const* const closing = m_lookahead->take(at, m_tool); closing != nullptr) return closing;
+  }
+  return m_unit.isPassedOver ? m_fastReader.passTool(at, end, m_tool)
+                             : m_fastReader.readTool(at, end, m_tool);
+}
+
 SpareMemory ResultsReader::takeReadText(std::shared_ptr<FileText> const& text, std::size_t bytes) {
   void* begin = m_readText;
   auto size = static_cast<std::size_t>(std::max(m_endOfTools - m_readText, std::ptrdiff_t{0}));
@@ -362,42 +387,49 @@ void ResultsReader::finishTool() {
 }
 
 void ResultsReader::finishUnit() {
-  if (!m_unitIds.insert(m_unit.id).second) {
-    m_json.fail(tr("an identifier that is unique in the file"), m_unit.id.toString(), "/id");
+  if (!m_unitIds.insert(*m_unit.id).second) {
+    m_json.fail(tr("an identifier that is unique in the file"), m_unit.id->toString(), "/id");
   }
   checkStepBounds(m_json, m_unit.visibleSteps, m_unit.steps.size());
-  auto unit = std::make_unique<SimulationUnit>(SimulationUnitId(m_unit.id), m_unit.name);
+  auto unit = std::make_unique<SimulationUnit>(SimulationUnitId(*m_unit.id), *m_unit.name);
   if (m_unit.visibleSteps) {
     auto const [first, last] = *m_unit.visibleSteps;
     unit->setVisibleSteps(static_cast<unsigned int>(first), static_cast<unsigned int>(last));
   }
   m_unit.toolIds.clear();
-  for (; !m_unit.tools.empty(); m_unit.tools.pop_front()) {
+  bool const hasTools = isUnitWanted();
+  for (; hasTools && !m_unit.tools.empty(); m_unit.tools.pop_front()) {
     auto& tool = m_unit.tools.front();
     unit->addTool(std::move(tool.id), tool.type, std::move(tool.series), std::move(tool.tangentialForce));
   }
   for (auto const& join : m_unit.joinsDefinedInUnit) unit->addJoinDefinedInSimUnit(join);
   m_file.units.push_back({std::move(unit), std::make_shared<SimulationResult>(std::move(m_unit.steps)),
-                          std::move(m_unit.toolGroupings)});
+                          std::move(m_unit.toolGroupings), hasTools});
 }
 
 }  // namespace
 
-ResultsFile readResultsFile(std::filesystem::path const& path) {
-  auto file = readResults(nameOfInput(path.string()), readInput(path.string()));
+ResultsFile readResultsFile(std::filesystem::path const& path, WantedUnits const& wanted) {
+  auto file = readResults(nameOfInput(path.string()), readInput(path.string()), wanted);
   file.givenName = path.string();
   return file;
 }
 
-ResultsFile readResults(std::string const& name, FileText&& text, ReadingWays ways) {
+ResultsFile readResults(std::string const& name, FileText&& text, WantedUnits const& wanted,
+                        ReadingWays ways) {
   return namingWhatIsTooLarge(name, [&] {
     auto const shared = std::make_shared<FileText>(std::move(text));
-    return ResultsReader(name, ways).readAndUse(shared);
+    return ResultsReader(name, wanted, ways).readAndUse(shared);
   });
 }
 
-ResultsFile readResults(std::string const& name, std::string_view text, ReadingWays ways) {
-  return namingWhatIsTooLarge(name, [&] { return ResultsReader(name, ways).read(text); });
+ResultsFile readResults(std::string const& name, std::string_view text, WantedUnits const& wanted,
+                        ReadingWays ways) {
+  return namingWhatIsTooLarge(name, [&] { return ResultsReader(name, wanted, ways).read(text); });
+}
+
+bool isNamedBy(SimulationUnitId const& id, std::string const& name, std::string const& idOrName) {
+  return name == idOrName || boost::algorithm::iequals(id.toString(), idOrName, std::locale::classic());
 }
 
 }  // namespace Kestrel::ResultTables

@@ -18,10 +18,11 @@ namespace Kestrel::ResultTables {
 
 /// One simulation unit of a results file with its result.
 struct ResultsUnit {
-  std::unique_ptr<SimulationUnit const> unit;
+  std::unique_ptr<SimulationUnit const> unit;  ///< without tools where they were not wanted
   std::shared_ptr<SimulationResult> result;
   /// How the tool families are grouped; a family that the file does not group has no entry.
   std::map<MaxValueGroupContainer::DataType, SimUnitMaxValuesProvider::ToolGrouping> toolGroupings;
+  bool hasTools = true;  ///< false where they were not wanted
 };
 
 /// The units of a results file, in the file's order.
@@ -30,6 +31,13 @@ struct ResultsFile {
   std::string name;       ///< what messages call it
   std::vector<ResultsUnit> units;
 };
+
+/// Which units are needed: those by id, in either case, or by name; none named: all.
+using WantedUnits = std::vector<std::string>;
+
+/// Whether a unit of that id and name is meant.
+[[nodiscard]] bool isNamedBy(SimulationUnitId const& id, std::string const& name,
+                             std::string const& idOrName);
 
 /// How a text is read, which makes no difference to what is read. For tests, which say that of it.
 struct ReadingWays {
@@ -41,12 +49,16 @@ struct ReadingWays {
 /// every byte once; holds the file's text and the numbers, which take the place of text that has been read,
 /// and no more that grows with the numbers. Files from 8 MB on are read on as many threads as there are idle
 /// processors.
-[[nodiscard]] ResultsFile readResultsFile(std::filesystem::path const& path);
+///
+/// What is not wanted is checked all the same, but its units have no tools.
+[[nodiscard]] ResultsFile readResultsFile(std::filesystem::path const& path, WantedUnits const& wanted = {});
 
 /// The same for the text of a file, which is used up.
-[[nodiscard]] ResultsFile readResults(std::string const& name, FileText&& text, ReadingWays ways = {});
+[[nodiscard]] ResultsFile readResults(std::string const& name, FileText&& text,
+                                      WantedUnits const& wanted = {}, ReadingWays ways = {});
 
 /// The same for a text that is in memory and stays. Reports and messages call it `name`.
-[[nodiscard]] ResultsFile readResults(std::string const& name, std::string_view text, ReadingWays ways = {});
+[[nodiscard]] ResultsFile readResults(std::string const& name, std::string_view text,
+                                      WantedUnits const& wanted = {}, ReadingWays ways = {});
 
 }  // namespace Kestrel::ResultTables

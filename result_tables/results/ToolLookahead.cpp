@@ -15,10 +15,11 @@ namespace Kestrel::ResultTables {
 /// A part of the text and the tools that begin in it.
 class ToolLookahead::Part {
  public:
-  Part(char const* begin, char const* end, char const* endOfText)
+  Part(char const* begin, char const* end, char const* endOfText, Series series)
       : m_begin(begin),
         m_end(end),
         m_endOfText(endOfText),
+        m_series(series),
         m_thread([this](std::stop_token const& stop) { run(stop); }) {}
 
   /// Of the place behind a brace.
@@ -58,7 +59,8 @@ class ToolLookahead::Part {
       if (brace == nullptr) return;
       at = brace + 1;
       ToolDraft tool;
-      auto const* const closing = reader.readTool(at, m_endOfText, tool);
+      auto const* const closing = m_series == Series::kept ? reader.readTool(at, m_endOfText, tool)
+                                                           : reader.passTool(at, m_endOfText, tool);
       if (closing == nullptr) continue;
       m_tools.push_back({at, closing, std::move(tool)});
       if (closing >= m_end) return;
@@ -69,18 +71,19 @@ class ToolLookahead::Part {
   char const* m_begin;
   char const* m_end;
   char const* m_endOfText;
+  Series m_series;
   std::vector<FoundTool> m_tools;  ///< the thread's until that is joined
   std::size_t m_next = 0;
   std::jthread m_thread;
 };
 
-ToolLookahead::ToolLookahead(std::string_view text, std::size_t threads) {
+ToolLookahead::ToolLookahead(std::string_view text, std::size_t threads, Series series) {
   auto const* const end = text.data() + text.size();
   auto const size = text.size() / (threads + 1);
   try {
     for (std::size_t i = 1; i <= threads; ++i) {
       auto const* const begin = text.data() + i * size;
-      m_parts.push_back(std::make_unique<Part>(begin, i == threads ? end : begin + size, end));
+      m_parts.push_back(std::make_unique<Part>(begin, i == threads ? end : begin + size, end, series));
     }
   } catch (std::system_error const&) {
     // The system gives no more threads.

@@ -16,9 +16,11 @@ namespace Kestrel::ResultTables {
 /// same.
 class ToolLookahead {
  public:
+  enum class Series { kept, passed };
+
   /// Starts `threads` threads on as many parts of the text, all behind a first part of the same size. The
   /// text stays as long as the object.
-  ToolLookahead(std::string_view text, std::size_t threads);
+  ToolLookahead(std::string_view text, std::size_t threads, Series series = Series::kept);
   ToolLookahead(ToolLookahead const&) = delete;
   ToolLookahead& operator=(ToolLookahead const&) = delete;
   /// Stops the threads.

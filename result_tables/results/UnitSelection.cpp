@@ -1,8 +1,7 @@
 #include "result_tables/results/UnitSelection.h"
 
 #include <algorithm>
-#include <boost/algorithm/string/predicate.hpp>
-#include <locale>
+#include <cassert>
 #include <string_view>
 
 #include "result_tables/base/Error.h"
@@ -19,8 +18,7 @@ std::string describeUnits(ResultsFile const& file) {
 }
 
 bool isNamedBy(SimulationUnit const& unit, std::string const& idOrName) {
-  return unit.getSimulationUnitName() == idOrName ||
-         boost::algorithm::iequals(unit.getID().toString(), idOrName, std::locale::classic());
+  return isNamedBy(unit.getID(), unit.getSimulationUnitName(), idOrName);
 }
 
 void refuseUnit(ResultsFile const& file, std::string const& wanted) {
@@ -38,6 +36,7 @@ std::vector<ResultsUnit const*> selectUnits(ResultsFile const& file, std::vector
       isSelected = true;
       found[i] = true;
     }
+    assert(unit.hasTools || !isSelected);
     if (isSelected) selected.push_back(&unit);
   }
   auto const missing = std::find(found.begin(), found.end(), false);

@@ -19,7 +19,7 @@ using namespace Kestrel::ResultTables;
 /// Content or message.
 std::string outcomeOf(std::string const& text, ReadingWays ways) {
   try {
-    return Description(readResults("input", text, ways)).text();
+    return Description(readResults("input", text, {}, ways)).text();
   } catch (Error const& error) {
     std::string const message = error.what();
     if (!message.starts_with("input: ") || message != toPrintable(message) || message.size() > 1000) {
