@@ -60,8 +60,8 @@ TEST(LargeMemory, HasOneOwner) {
 }
 
 TEST(LargeMemory, ThatThereIsNotIsBadAlloc) {
-  EXPECT_THROW(LargeMemory(std::numeric_limits<std::size_t>::max()), std::bad_alloc);
-  EXPECT_THROW(LargeMemory(std::numeric_limits<std::size_t>::max() / 4), std::bad_alloc);
+  EXPECT_THROW(LargeMemory{std::numeric_limits<std::size_t>::max()}, std::bad_alloc);
+  EXPECT_THROW(LargeMemory{std::numeric_limits<std::size_t>::max() / 4}, std::bad_alloc);
   LargeMemory memory(3 * s_megabyte);
   std::memcpy(memory.data(), "text", 4);
   EXPECT_THROW(memory.grow(std::numeric_limits<std::size_t>::max()), std::bad_alloc);

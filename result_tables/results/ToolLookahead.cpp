@@ -53,7 +53,7 @@ class ToolLookahead::Part {
   void readTools(std::stop_token const& stop) {
     FastToolReader reader;
     auto const* at = m_begin;
-    while (!stop.stop_requested()) {
+    while (at < m_end && !stop.stop_requested()) {
       auto const* const brace =
           static_cast<char const*>(std::memchr(at, '{', static_cast<std::size_t>(m_end - at)));
       if (brace == nullptr) return;
@@ -63,7 +63,6 @@ class ToolLookahead::Part {
                                                            : reader.passTool(at, m_endOfText, tool);
       if (closing == nullptr) continue;
       m_tools.push_back({at, closing, std::move(tool)});
-      if (closing >= m_end) return;
       at = closing;
     }
   }
