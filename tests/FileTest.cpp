@@ -460,7 +460,7 @@ TEST_F(FileTest, CallsStandardInputByItsName) {
 }
 
 TEST_F(FileTest, ReadsAFileThatTheUserNames) {
-  EXPECT_EQ(std::string_view(readInput(m_folder.write("-x", "text").string())), "text");
+  EXPECT_EQ(readInput(m_folder.write("-x", "text").string()).text(), "text");
   EXPECT_THROW((void)readInput(path("none").string()), Error);
 }
 
@@ -468,7 +468,7 @@ TEST_F(FileDeathTest, ReadInputTakesStandardInputToItsEnd) {
   m_folder.write("in", allBytes());
   auto const read = [&] {
     ::dup2(::open(path("in").c_str(), O_RDONLY), STDIN_FILENO);
-    exitWith(std::string_view(readInput("-")) == allBytes() && readInput("-").size() == 0);
+    exitWith(readInput("-").text() == allBytes() && readInput("-").text().empty());
   };
   EXPECT_EXIT(read(), ExitedWithCode(0), "");
 }

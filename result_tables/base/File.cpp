@@ -211,7 +211,7 @@ FileText readText(std::filesystem::path const& path) {
 
 }  // namespace
 
-std::string readFile(std::filesystem::path const& path) { return std::string(readText(path)); }
+std::string readFile(std::filesystem::path const& path) { return std::string(readText(path).text()); }
 
 FileText readInput(std::string const& name) {
   return name == s_standardStream ? readAll(STDIN_FILENO, nameOfInput(name)) : readText(name);
@@ -223,7 +223,7 @@ std::string nameOfInput(std::string const& name) {
 
 std::optional<std::string> readFileIfExists(std::filesystem::path const& path) {
   Descriptor const descriptor(openFile(path, O_RDONLY));
-  if (descriptor.get() >= 0) return std::string(readAll(descriptor.get(), path.native()));
+  if (descriptor.get() >= 0) return std::string(readAll(descriptor.get(), path.native()).text());
   // There is no file of a name that is too long for one.
   if (errno != ENOENT && errno != ENAMETOOLONG) failWithErrno(Deed::read, path.native());
   return std::nullopt;

@@ -22,7 +22,7 @@ class FileText {
   /// Room for at least `room` bytes, none of them in use.
   explicit FileText(std::size_t room) : m_memory(room) {}
 
-  operator std::string_view() const { return {data(), m_size}; }
+  [[nodiscard]] std::string_view text() const { return {data(), m_size}; }
 
   [[nodiscard]] char* data() const { return static_cast<char*>(m_memory.data()); }
   [[nodiscard]] std::size_t size() const { return m_size; }

@@ -71,7 +71,7 @@ Run declareExport(Arguments& arguments) {
 // ---- dump
 
 ExitCode dump(std::string const& document) {
-  auto const listing = genArchiveListing(readInput(document));
+  auto const listing = genArchiveListing(readInput(document).text());
   writeToStandardOutput(renderArchive(listing));
   if (listing.damage.empty()) return ExitCode::nothingFound;
   throw Error(fmt::format("{}: {}", toPrintable(nameOfInput(document)), toPrintable(listing.damage)));

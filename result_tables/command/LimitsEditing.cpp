@@ -135,7 +135,7 @@ struct TextImportOptions : EditOptions {
 ExitCode importText(TextImportOptions const& options) {
   auto const document = documentOf(options);
   auto const file = readResultsFile(options.results);
-  auto const text = readLimitsText(nameOfInput(options.text), readInput(options.text));
+  auto const text = readLimitsText(nameOfInput(options.text), readInput(options.text).text());
   checkForImport(text, file);
   editLimits(document, file, [&](TablePropertiesData& limits) { importLimits(text, file, limits); });
   return ExitCode::nothingFound;

@@ -32,7 +32,7 @@ auto withMap(ImportFormat format, std::filesystem::path const& input, std::files
              Make const& make) {
   return namingWhatIsTooLarge(nameOfInput(input.string()), [&] {
     auto const histories = readHistories(format, input, decimalMark, onNote);
-    return make(readImportMap(nameOfInput(map.string()), readInput(map.string()), histories, steps));
+    return make(readImportMap(nameOfInput(map.string()), readInput(map.string()).text(), histories, steps));
   });
 }
 
@@ -51,7 +51,7 @@ Histories readHistories(ImportFormat format, std::filesystem::path const& input,
                         OnNote const& onNote) {
   auto const name = nameOfInput(input.string());
   auto histories = namingWhatIsTooLarge(
-      name, [&] { return readText(format, name, readInput(input.string()), decimalMark); });
+      name, [&] { return readText(format, name, readInput(input.string()).text(), decimalMark); });
   for (auto const& note : histories.notes()) {
     if (onNote) onNote(note);
   }

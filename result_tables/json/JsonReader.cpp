@@ -17,7 +17,6 @@ namespace Kestrel::ResultTables {
 
 namespace {
 
-constexpr std::string_view s_blanks = " \t\r\n";
 constexpr std::string_view s_hexDigits = "0123456789ABCDEFabcdef";
 constexpr std::string_view s_wordCharacters =
     "+-.0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ_abcdefghijklmnopqrstuvwxyz";

@@ -86,7 +86,7 @@ class ResultsReader {
   ResultsFile readAndUse(std::shared_ptr<FileText> const& text) {
     m_endOfTools = m_readText = text->data();
     m_fastReader = FastToolReader([this, text](std::size_t bytes) { return takeReadText(text, bytes); });
-    return read(*text);
+    return read(text->text());
   }
 
   ResultsFile read(std::string_view text) {

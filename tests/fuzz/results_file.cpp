@@ -21,7 +21,7 @@ std::string outcomeOf(std::string const& text, ReadingWays ways) {
   try {
     return Description(readResults("input", text, {}, ways)).text();
   } catch (Error const& error) {
-    std::string const message = error.what();
+    std::string message = error.what();
     if (!message.starts_with("input: ") || message != toPrintable(message) || message.size() > 1000) {
       std::cerr << "not a message: " << message << '\n';
       std::abort();
