@@ -192,13 +192,14 @@ void Host::addRecord(SimulationStep& step, unsigned int element) {
 /// The data of the benchmark that runs, which its peers share and the next family replaces.
 Host& hostOf(Family const& family, benchmark::State const& state) {
   static std::unique_ptr<Host> host;
-  static unsigned int elements = 0;
-  auto const wanted = static_cast<unsigned int>(state.range(0));
-  if (!host || &host->family != &family || elements != wanted) {
+  static std::pair<unsigned int, unsigned int> size;
+  std::pair const wanted(static_cast<unsigned int>(state.range(0)),
+                         static_cast<unsigned int>(state.range(1)));
+  if (!host || &host->family != &family || size != wanted) {
     host.reset();
     malloc_trim(0);  // no family pays for the heap that the one before leaves behind
-    host = std::make_unique<Host>(family, wanted, static_cast<unsigned int>(state.range(1)));
-    elements = wanted;
+    host = std::make_unique<Host>(family, wanted.first, wanted.second);
+    size = wanted;
   }
   return *host;
 }
@@ -433,14 +434,15 @@ void library(benchmark::State& state, Family const& family) {
 }
 
 int registerAll() {
-  for (unsigned int const elements : {200u, 20000u}) {
+  for (auto const& [elements, steps] : {std::pair(200, 100), std::pair(2000, 10), std::pair(2000, 100),
+                                        std::pair(2000, 1000), std::pair(20000, 100)}) {
     for (auto const& family : families()) {
       for (auto const& [name, function] :
            {std::pair("read", &read), std::pair("loop", &loop), std::pair("library", &library)}) {
         benchmark::RegisterBenchmark((std::string(family.name) + '/' + name).c_str(), function,
                                      std::cref(family))
             ->ArgNames({"elements", "steps"})
-            ->Args({elements, 100})
+            ->Args({elements, steps})
             ->Unit(benchmark::kMillisecond);
       }
     }
