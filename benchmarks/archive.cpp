@@ -229,7 +229,7 @@ void load(benchmark::State& state) {
 }
 
 void overUnits(benchmark::internal::Benchmark* benchmark) {
-  benchmark->ArgName("units")->Arg(100)->Arg(10'000)->Unit(benchmark::kMillisecond);
+  benchmark->ArgName("units")->Arg(100)->Arg(1'000)->Arg(10'000)->Unit(benchmark::kMillisecond);
 }
 
 BENCHMARK(save<ObjectArchive>)->Apply(overUnits);

@@ -114,16 +114,16 @@ class Rows(unittest.TestCase):
             "kernel: read/100": samples(1000.0),
         }
         lines = self.lines(row, jobs={}, benchmarks=benchmarks)
-        self.assertEqual(cells(lines, "n = 64"), ["n = 64", "1.4 µs", "read", "1 µs", "1.4", "", "the first cache", ""])
-        self.assertEqual(cells(lines, "n = 256")[6], "the second cache")
+        self.assertEqual(cells(lines, "n = 64"), ["n = 64", "1.4 µs", "read", "1 µs", "1.4", "", "L1", ""])
+        self.assertEqual(cells(lines, "n = 256")[6], "L2")
         self.assertEqual(cells(lines, "n = 9999")[6], "memory")
         self.assertEqual(cells(lines, "n = 100"), ["n = 100", "1.6 s", "read", "1 s", "1.6", "", "instructions", ""])
 
     def test_bound_of_a_process_is_what_takes_most_of_it(self):
-        # 100 ms: 20 page faults of 1 ms, 10 lines out of memory of 2 ms, 30 more of 1 ms out of the second cache.
+        # 100 ms: 20 page faults of 1 ms, 10 lines out of memory of 2 ms, 30 more of 1 ms out of L2.
         counts = {"ours": {"instructions": 1, "l1Misses": 40, "l2Misses": 10}}
         lines = self.lines(Row("job", "ours"), jobs={"ours": [{"ms": 100.0, "faults": 20}]}, counts=counts)
-        self.assertEqual(cells(lines, "job")[6], "instructions 30%, the second cache 30%")
+        self.assertEqual(cells(lines, "job")[6], "instructions 30%, L2 30%")
 
     def test_what_is_not_measured_is_missing(self):
         row = Row("`check`", "ours", "a peer", "theirs", 0.5)

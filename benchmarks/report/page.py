@@ -55,7 +55,7 @@ class Machine:
 
     def place(self, doubles):
         """Where so many doubles lie when they are read again and again."""
-        for cache, size in zip(("the first cache", "the second cache", "the third cache"), self.caches):
+        for cache, size in zip(("L1", "L2", "L3"), self.caches):
             if doubles * 8 <= size:
                 return cache
         return "memory"
@@ -65,7 +65,7 @@ class Machine:
         parts = {
             "page faults": faults * self.fault,
             "memory": counts["l2Misses"] * self.memory,
-            "the second cache": (counts["l1Misses"] - counts["l2Misses"]) * self.second,
+            "L2": (counts["l1Misses"] - counts["l2Misses"]) * self.second,
         }
         shares = {name: time / milliseconds for name, time in parts.items()}
         return {"instructions": 1.0 - sum(shares.values()), **shares}
@@ -242,8 +242,8 @@ class Page:
     def tail(self):
         machine = self.machine
         text = (
-            f"A page that the system hands out takes {as_time(machine.fault)} here; 64 bytes out of the second cache "
-            f"{as_time(machine.second)}, and out of memory {as_time(machine.memory)}, when they are read in a row. Of a process the "
+            f"A page that the system hands out takes {as_time(machine.fault)} here; 64 bytes out of L2 "
+            f"{as_time(machine.second)} and out of memory {as_time(machine.memory)}, when they are read in a row. Of a process the "
             "system counts the page faults; the processor counts instructions and cache misses where it may be asked, and valgrind, mostly "
             f"on a file of a tenth of the size, where it may not: here it was {self.figures['counted_with']}. What misses and page faults do "
             "not account for are instructions, those of the system included. Of a function in memory it is the time beside a mere read of "

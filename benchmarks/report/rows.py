@@ -125,7 +125,7 @@ BENCHMARKS = (
     Benchmarks("results_file", "", 0.1, (3, 1)),
     Benchmarks("imports", "", 0.1, (5, 1)),
     Benchmarks("limits", "", 0.03, (5, 1)),
-    Benchmarks("archive", "/units:10000", 0.1, (5, 1)),
+    Benchmarks("archive", "", 0.05, (5, 1)),
 )
 
 PYTHON = "Python"
@@ -338,6 +338,7 @@ SECTIONS = (
                 r"limits: (?P<job>(?!read|remove)\w+)/(?P<order>\w+)/(?P<n>\d+)",
                 "limits: readEachLimit/{order}/{n}",
             ),
+            Growth("{job} a limits document, units", r"archive: (?P<job>save|load)<ObjectArchive>/units:(?P<n>\d+)"),
             Growth(
                 "`removeChildren`, {order}, units",
                 r"limits: removeChildren/(?P<order>\w+)/(?P<n>\d+)",
