@@ -1,9 +1,13 @@
 #!/usr/bin/env python3
 """Tests of what the report of the benchmarks makes of what was measured: its arithmetic and its page."""
 
+import json
+import os
 import pathlib
 import sys
+import tempfile
 import unittest
+import unittest.mock
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 sys.dont_write_bytecode = True
@@ -11,6 +15,7 @@ sys.path.insert(0, str(ROOT / "benchmarks/report"))
 
 import InstructionCountTest  # noqa: E402
 import arithmetic  # noqa: E402
+import data  # noqa: E402
 import measuring  # noqa: E402
 import rows  # noqa: E402
 from page import Page  # noqa: E402
@@ -169,6 +174,72 @@ class Measuring(unittest.TestCase):
     def test_terminal_is_one(self):
         measuring.run(["/bin/sh", "-c", "test -t 2"], on_terminal=True)
         measuring.run(["/bin/sh", "-c", "test -t 2"], exit_codes=(1,))
+
+
+class MeasuringOfOthers(unittest.TestCase):
+    """Programs that say what others say, in a folder of their own."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+
+    def program(self, name, script):
+        path = self.folder / name
+        path.write_text("#!/bin/sh\n" + script)
+        path.chmod(0o755)
+        return path
+
+    def perf_counts(self, *lines):
+        self.program("perf", "".join(f"echo '{line}' >&2\n" for line in lines))
+        with unittest.mock.patch.dict(os.environ, {"PATH": f"{self.folder}:/usr/bin:/bin"}):
+            return measuring.perf_counts(["true"])
+
+    def test_counters_of_the_processor_are_read(self):
+        counted = ("7000;;instructions:u;1;100.00;;", "50;;L1-dcache-load-misses:u;1;100.00;;", "6;;LLC-load-misses:u;1;100.00;;")
+        self.assertEqual(self.perf_counts("a message", *counted), {"instructions": 7000, "l1Misses": 50, "l2Misses": 6})
+        self.assertIsNone(self.perf_counts(*counted[:2], "<not supported>;;LLC-load-misses:u;0;100.00;;"))
+        self.assertIsNone(self.perf_counts("Error: access is limited"))
+
+    def test_benchmarks_are_read_in_milliseconds(self):
+        runs = [
+            {"name": "a", "run_type": "iteration", "cpu_time": 2.0, "time_unit": "us", "iterations": 3, "items": 4.0},
+            {"name": "a", "run_type": "iteration", "cpu_time": 4.0, "time_unit": "us", "iterations": 3, "items": 4.0},
+            {"name": "a_median", "run_type": "aggregate", "cpu_time": 3.0, "time_unit": "us"},
+        ]
+        program = self.program("program", f"echo '{json.dumps({'benchmarks': runs})}'")
+        found = measuring.run_benchmarks(program, ["a"], 2, 0.1)
+        self.assertEqual(list(found), ["a"])
+        self.assertEqual([sample["ms"] for sample in found["a"]], [0.002, 0.004])
+        self.assertEqual(found["a"][0]["items"], 4.0)
+
+    def test_benchmark_that_fails_is_a_failure(self):
+        run = {"name": "a", "run_type": "iteration", "error_occurred": True, "error_message": "they differ"}
+        program = self.program("program", f"echo '{json.dumps({'benchmarks': [run]})}'")
+        with self.assertRaisesRegex(measuring.Failure, "program: a: they differ"):
+            measuring.run_benchmarks(program, ["a"], 1, 0.1)
+
+    def test_benchmarks_that_are_not_built_have_no_names(self):
+        self.assertEqual(measuring.benchmark_names(self.folder / "none", ""), [])
+        program = self.program("program", "echo read/n:64\necho library/n:64\necho library/n:500")
+        self.assertEqual(measuring.benchmark_names(program, "^library"), ["library/n:64", "library/n:500"])
+
+
+class Data(unittest.TestCase):
+    def test_results_file_has_its_tools_in_turn(self):
+        with tempfile.TemporaryDirectory() as folder:
+            path = pathlib.Path(folder) / "results.json"
+            data.write_results(path, iter(['"kind":"bolt"}', '"kind":"clamp"}']), 2, 1)
+            units = json.loads(path.read_text())["units"]
+        self.assertEqual([unit["name"] for unit in units], ["OP0", "OP1"])
+        self.assertEqual(units[0]["id"], "9e3779b9-7f4a-7c15-f39c-c0605cedc835")
+        self.assertEqual([unit["tools"] for unit in units], [[{"id": "Bolt 0", "kind": kind}] for kind in ("bolt", "clamp")])
+
+    def test_series_are_the_same_in_every_run(self):
+        text = data.tool_texts(2, 1)[0]
+        self.assertTrue(text.startswith('"kind":"bolt","series":[{"quantity":"ClampNormalForce","values":[8.2016'), text)
+        self.assertEqual(text.count('"quantity"'), 4)
+        self.assertEqual(text, data.tool_texts(2, 3)[0])
 
 
 class InstructionCounts(unittest.TestCase):
