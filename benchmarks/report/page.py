@@ -81,7 +81,7 @@ def milliseconds_of_reading(machine, row, samples, measured, groups):
     """How long a mere read of the row's memory takes; nothing where the row does not say what it reads."""
     if row.read:
         peer = measured.get(row.read.format(**groups))
-        return figure(peer) if peer else None
+        return row.doubles_of_each * figure(peer) if peer else None
     if not row.touched:
         return None
     touched = figure(samples, row.touched)
@@ -100,7 +100,7 @@ def bound(machine, row, name, measured, counts, groups):
         return "–"
     if figure(measured[name]) > NEAR_A_READ * reading:
         return "instructions"
-    return machine.place(float(row.doubles.format(**groups))) if row.doubles else "memory"
+    return machine.place(row.doubles_of_each * int(row.doubles.format(**groups))) if row.doubles else "memory"
 
 
 # ---- rows
