@@ -125,10 +125,12 @@ class Rows(unittest.TestCase):
         self.assertEqual(cells(lines, "n = 100"), ["n = 100", "1.6 s", "read", "1 s", "1.6", "", "instructions", ""])
 
     def test_bound_of_a_process_is_what_takes_most_of_it(self):
-        # 100 ms: 20 page faults of 1 ms, 10 lines out of memory of 2 ms, 30 more of 1 ms out of L2.
+        # 100 ms, 25 of them in the system: 20 page faults of 1 ms; 10 lines out of memory of 2 ms, 30 more of 1 ms out of L2.
         counts = {"ours": {"instructions": 1, "l1Misses": 40, "l2Misses": 10}}
-        lines = self.lines(Row("job", "ours"), jobs={"ours": [{"ms": 100.0, "faults": 20}]}, counts=counts)
-        self.assertEqual(cells(lines, "job")[6], "instructions 30%, L2 30%")
+        lines = self.lines(Row("job", "ours"), jobs={"ours": [{"ms": 100.0, "system": 25.0, "faults": 20}]}, counts=counts)
+        self.assertEqual(cells(lines, "job")[6], "L2 30%, instructions 25%")
+        lines = self.lines(Row("job", "ours"), jobs={"ours": [{"ms": 100.0, "system": 60.0, "faults": 70}]}, counts=counts)
+        self.assertEqual(cells(lines, "job")[6], "page faults 60%, L2 30%")
 
     def test_what_is_not_measured_is_missing(self):
         row = Row("`check`", "ours", "a peer", "theirs", 0.5)
@@ -163,7 +165,7 @@ class Measuring(unittest.TestCase):
     def test_process_is_measured_by_itself(self):
         busy = ["/bin/sh", "-c", "i=0; while [ $i -lt 20000 ]; do i=$((i+1)); done; exit 3"]
         sample = measuring.run(busy, exit_codes=(3,))
-        self.assertEqual(sorted(sample), ["faults", "ms", "peak", "wall"])
+        self.assertEqual(sorted(sample), ["faults", "ms", "peak", "system", "wall"])
         self.assertGreater(sample["ms"], 0.0)
         self.assertGreater(sample["peak"], 100_000)
 

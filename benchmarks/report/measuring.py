@@ -46,7 +46,8 @@ def terminal():
 
 
 def run(command, exit_codes=(0,), on_terminal=False):
-    """What a process took, as a sample: milliseconds of the processor and of the clock, bytes, page faults."""
+    """What a process took, as a sample: milliseconds of the processor, those of them in the system, and of the clock; bytes at most;
+    page faults."""
     with contextlib.ExitStack() as stack:
         errors = stack.enter_context(terminal() if on_terminal else tempfile.TemporaryFile())
         begin = time.monotonic()
@@ -58,6 +59,7 @@ def run(command, exit_codes=(0,), on_terminal=False):
             raise Failure(f"{' '.join(command)}: exit code {process.returncode}")
     return {
         "ms": 1e3 * (usage.ru_utime + usage.ru_stime),
+        "system": 1e3 * usage.ru_stime,
         "wall": 1e3 * wall,
         "peak": 1024 * usage.ru_maxrss,
         "faults": usage.ru_minflt + usage.ru_majflt,

@@ -60,21 +60,22 @@ class Machine:
                 return cache
         return "memory"
 
-    def parts(self, milliseconds, faults, counts):
-        """What takes a process its time, in shares; what neither memory nor page faults account for are instructions."""
+    def parts(self, sample, counts):
+        """What takes a process its time, in milliseconds; what neither memory nor the system account for are instructions."""
+        faults = min(sample["faults"] * self.fault, sample["system"])
         parts = {
-            "page faults": faults * self.fault,
+            "page faults": faults,
+            "other work of the system": sample["system"] - faults,
             "memory": counts["l2Misses"] * self.memory,
             "L2": (counts["l1Misses"] - counts["l2Misses"]) * self.second,
         }
-        shares = {name: time / milliseconds for name, time in parts.items()}
-        return {"instructions": 1.0 - sum(shares.values()), **shares}
+        return {"instructions": sample["ms"] - sum(parts.values()), **parts}
 
 
 def bound_of_process(machine, samples, counts):
-    shares = machine.parts(figure(samples), figure(samples, "faults"), counts)
-    largest = sorted(shares.items(), key=lambda item: -item[1])
-    return ", ".join(f"{name} {share:.0%}" for name, share in largest[:2])
+    medians = {name: figure(samples, name) for name in ("ms", "system", "faults")}
+    largest = sorted(machine.parts(medians, counts).items(), key=lambda item: -item[1])
+    return ", ".join(f"{name} {milliseconds / medians['ms']:.0%}" for name, milliseconds in largest[:2])
 
 
 def milliseconds_of_reading(machine, row, samples, measured, groups):
@@ -244,9 +245,10 @@ class Page:
         text = (
             f"A page that the system hands out takes {as_time(machine.fault)} here; 64 bytes out of L2 "
             f"{as_time(machine.second)} and out of memory {as_time(machine.memory)}, when they are read in a row. Of a process the "
-            "system counts the page faults; the processor counts instructions and cache misses where it may be asked, and valgrind, mostly "
-            f"on a file of a tenth of the size, where it may not: here it was {self.figures['counted_with']}. What misses and page faults do "
-            "not account for are instructions, those of the system included. Of a function in memory it is the time beside a mere read of "
+            "system counts the page faults and its own time, which is also what it takes to read files and to make huge pages; the processor "
+            "counts instructions and cache misses where it may be asked, and valgrind, mostly on a file of a tenth of the size, where it may "
+            f"not: here it was {self.figures['counted_with']}. What neither misses nor the system account for are the program's "
+            "instructions. Of a function in memory it is the time beside a mere read of "
             f"the same data: up to {NEAR_A_READ} times it, the bound is where the data lie, beyond that instructions."
         )
         jobs = [[name, f"{count['instructions'] / 1e6:,.0f}"] for name, count in self.figures["counts"].items()]
