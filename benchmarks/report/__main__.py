@@ -1,11 +1,4 @@
-"""Measures the program, the library and what people would use in their place, and writes the page about it.
-
-usage: benchmarks/report [--quick | --page] [--only PATTERN] [--output FILE]
-
---quick   fewer repetitions; the page goes to build/benchmark/performance.md
---page    measures nothing: the page is written anew from the figures of the last run, after a change of reasons.txt
---only    sections and benchmark programs that match alone; the rest is missing on the page, which goes to build/benchmark/some.md
-"""
+"""Measures the program, the library and what people would use in their place, and writes the page about it."""
 
 import argparse
 import concurrent.futures
@@ -186,33 +179,31 @@ def read_reasons():
 
 
 def arguments():
-    parser = argparse.ArgumentParser(prog="./benchmark", usage=argparse.SUPPRESS, description=__doc__)
-    parser.formatter_class = argparse.RawDescriptionHelpFormatter
-    parser.add_argument("--quick", action="store_true", help=argparse.SUPPRESS)
-    parser.add_argument("--page", action="store_true", help=argparse.SUPPRESS)
-    parser.add_argument("--only", default="", help=argparse.SUPPRESS)
-    parser.add_argument("--output", type=pathlib.Path, help=argparse.SUPPRESS)
+    parser = argparse.ArgumentParser(prog="./benchmark", description=__doc__)
+    parser.add_argument("--quick", action="store_true", help="fewer repetitions; the page is build/benchmark/quick.md")
+    parser.add_argument(
+        "--only", metavar="PATTERN", help="only sections and benchmark programs that match; the page is build/benchmark/some.md"
+    )
+    parser.add_argument(
+        "--page", action="store_true", help="measure nothing: write the page anew from the figures of the last such run"
+    )
     return parser.parse_args()
-
-
-def output_file(options):
-    if options.output:
-        return options.output
-    if options.only:
-        return BUILD / "some.md"
-    return BUILD / "performance.md" if options.quick else ROOT / "docs/performance.md"
 
 
 def main():
     options = arguments()
-    kept = BUILD / "figures.json"
+    # Figures of each kind of run are kept apart, so that those of a quick one never get into the documents.
+    kind = "some" if options.only else "quick" if options.quick else "full"
+    figures = BUILD / f"{kind}.json"
     if not options.page:
         note("making the data")
         subprocess.run([sys.executable, ROOT / "benchmarks/report/data.py", DATA], check=True)
-        kept.write_text(json.dumps(measure(options.quick, options.only), indent=1))
-    page = Page(json.loads(kept.read_text()), read_reasons())
-    output_file(options).write_text(page.text(SECTIONS))
-    note(f"written: {output_file(options)}")
+        figures.write_text(json.dumps(measure(options.quick, options.only or ""), indent=1))
+    if not figures.is_file():
+        sys.exit(f"benchmark: {figures}: expected the figures of an earlier run, found none")
+    output = ROOT / "docs/performance.md" if kind == "full" else BUILD / f"{kind}.md"
+    output.write_text(Page(json.loads(figures.read_text()), read_reasons()).text(SECTIONS))
+    note(f"written: {output.relative_to(ROOT)}")
 
 
 if __name__ == "__main__":
