@@ -125,6 +125,7 @@ BENCHMARKS = (
     Benchmarks("check", "", 0.1, (5, 1)),
     Benchmarks("results_file", "", 0.1, (3, 1)),
     Benchmarks("imports", "", 0.1, (5, 1)),
+    Benchmarks("rendering", "", 0.1, (5, 1)),
     Benchmarks("limits", "", 0.03, (5, 1)),
     Benchmarks("archive", "", 0.05, (5, 1)),
 )
@@ -256,14 +257,22 @@ SECTIONS = (
     ),
     Section(
         "Histories, in memory",
-        "CSV of 800,000 forces, 7.3 MiB, whose series are stored as pairs.",
+        "800,000 forces as a wide table of CSV, 7.3 MiB, whose series are stored as pairs; the same as a long table and as a print of "
+        "CalculiX.",
         tuple(
-            Row(what, f"imports: {name}", "histories alone", "imports: readingTheHistories", touched="bytes_per_second")
+            Row(what, f"imports: {name}", "a wide table's histories", "imports: readingTheHistories/wide", touched="bytes_per_second")
             for what, name in (
+                ("a long table's histories", "readingTheHistories/long"),
+                ("a CalculiX print's histories", "readingTheHistories/calculix"),
                 ("histories and results", "readingThePrint"),
                 ("writing the results file and reading it", "importingAndReadingTheText"),
             )
         ),
+    ),
+    Section(
+        "Forms of output, in memory",
+        "Tables of 20,000 clamps with 100 steps, beside what every form asks the library for: where each value comes from.",
+        (Row("{form}", r"rendering: (?!origins)(?P<form>.+)", "origins", "rendering: origins", touched="bytes_per_second"),),
     ),
     Section(
         "Limits",
