@@ -62,10 +62,10 @@ class Machine:
 
     def parts(self, sample, counts):
         """What takes a process its time, in milliseconds; what neither memory nor the system account for are instructions."""
-        faults = min(sample["faults"] * self.fault, sample["system"])
+        faults = sample["faults"] * self.fault
         parts = {
             "page faults": faults,
-            "other work of the system": sample["system"] - faults,
+            "other work of the system": max(sample["system"] - faults, 0.0),
             "memory": counts["l2Misses"] * self.memory,
             "L2": (counts["l1Misses"] - counts["l2Misses"]) * self.second,
         }
