@@ -5,6 +5,7 @@
 #include <cstring>
 #include <limits>
 #include <new>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -47,6 +48,19 @@ TEST(LargeMemory, GrowsFromNothing) {
   memory.grow(3);
   std::memcpy(memory.data(), "abc", 3);
   EXPECT_EQ(std::string_view(textOf(memory), 3), "abc");
+}
+
+TEST(LargeMemory, KeepsWhatIsBeforeThePartThatIsReleased) {
+  for (std::size_t const size : {std::size_t{10'000}, 3 * s_megabyte}) {
+    LargeMemory memory(size);
+    std::memset(memory.data(), 7, memory.size());
+    memory.release(5000);
+    EXPECT_EQ(std::string_view(textOf(memory), 5000), std::string(5000, 7));
+    std::memset(memory.data(), 8, memory.size());
+    EXPECT_EQ(textOf(memory)[memory.size() - 1], 8) << "it is memory still";
+    memory.release(memory.size());
+    EXPECT_EQ(textOf(memory)[memory.size() - 1], 8);
+  }
 }
 
 TEST(LargeMemory, HasOneOwner) {

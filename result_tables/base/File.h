@@ -29,6 +29,11 @@ class FileText {
   [[nodiscard]] std::size_t room() const { return m_memory.size(); }
   /// REQUIRES: size <= room().
   void resize(std::size_t size) { m_size = size; }
+  /// Cuts the text off, and gives back to the system what memory it can.
+  void cut(std::size_t size) {
+    resize(size);
+    m_memory.release(size);
+  }
   /// REQUIRES: room > room().
   void grow(std::size_t room) { m_memory.grow(room); }
 

@@ -69,4 +69,11 @@ void LargeMemory::grow(std::size_t bytes) {
   swap(grown);
 }
 
+void LargeMemory::release(std::size_t offset) {
+  constexpr std::size_t page = 4096;
+  auto const begin = (offset + page - 1) / page * page;
+  if (isLarge(m_size) && begin < m_size)
+    static_cast<void>(::madvise(static_cast<std::byte*>(m_data) + begin, m_size - begin, MADV_DONTNEED));
+}
+
 }  // namespace Kestrel::ResultTables

@@ -27,6 +27,10 @@ class LargeMemory {
   /// where that is much, the system moves it without a copy. Throws std::bad_alloc, and nothing has happened.
   void grow(std::size_t bytes);
 
+  /// Gives back to the system what it can of the bytes from `offset` on, whose content is nothing from then
+  /// on.
+  void release(std::size_t offset);
+
  private:
   void swap(LargeMemory& other) noexcept {
     std::swap(m_data, other.m_data);

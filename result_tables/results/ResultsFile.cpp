@@ -86,7 +86,9 @@ class ResultsReader {
   ResultsFile readAndUse(std::shared_ptr<FileText> const& text) {
     m_endOfTools = m_readText = text->data();
     m_fastReader = FastToolReader([this, text](std::size_t bytes) { return takeReadText(text, bytes); });
-    return read(text->text());
+    auto file = read(text->text());
+    text->cut(static_cast<std::size_t>(m_readText - text->data()));
+    return file;
   }
 
   ResultsFile read(std::string_view text) {
