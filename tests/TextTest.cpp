@@ -33,6 +33,14 @@ TEST(Text, ReplacesEveryByteThatIsPartOfNoCharacter) {
   EXPECT_EQ(toValidUtf8("a\0b"s), "a\0b"s);
 }
 
+TEST(Text, AppendsValidUtf8) {
+  std::string text = "a";
+  appendValidUtf8(text, "");
+  appendValidUtf8(text, "Größe");
+  appendValidUtf8(text, "b\xFF");
+  EXPECT_EQ(text, "aGrößeb\uFFFD");
+}
+
 TEST(Text, FindsTheFirstCharacter) {
   EXPECT_EQ(firstCharacter("ab"), "a");
   EXPECT_EQ(firstCharacter("漢字"), "漢");
@@ -115,7 +123,7 @@ TEST(Text, FindsTheFirstByteThatIsPartOfNoCharacter) {
 }
 
 TEST(Text, FindsTheByteWhereverItStands) {
-  for (std::size_t length = 0; length < 40; ++length) {
+  for (std::size_t length = 0; length < 150; ++length) {
     for (std::size_t at = 0; at < length; ++at) {
       std::string text(length, 'x');
       text[at] = '\x80';
@@ -181,6 +189,18 @@ TEST(Text, WritesNumbersInTheirShortestForm) {
   EXPECT_EQ(shortestForm(-infinity), "-inf");
   EXPECT_EQ(shortestForm(notANumber), "nan");
   EXPECT_EQ(shortestForm(std::copysign(notANumber, -1.0)), "nan");
+}
+
+TEST(Text, AppendsNumbers) {
+  std::string text = "a";
+  appendShortestForm(text, -2.2250738585072014e-308);
+  appendShortestForm(text, -1.25, ',');
+  appendShortestForm(text, std::numeric_limits<double>::infinity(), ',');
+  appendShortestForm(text, std::copysign(std::numeric_limits<double>::quiet_NaN(), -1.0));
+  EXPECT_EQ(text, "a-2.2250738585072014e-308-1,25infnan");
+  appendInteger(text, 0);
+  appendInteger(text, 18446744073709551615U);
+  EXPECT_EQ(text, "a-2.2250738585072014e-308-1,25infnan018446744073709551615");
 }
 
 TEST(Text, NumbersReadBackToTheSameDouble) {

@@ -1,13 +1,18 @@
 #include "result_tables/base/Text.h"
 
+#include <fmt/compile.h>
 #include <fmt/format.h>
 #include <locale.h>
 #include <utf8proc.h>
 
+#include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
+#include <limits>
 
 #include "result_tables/base/Translate.h"
 
@@ -31,15 +36,29 @@ std::size_t characterLength(std::string_view text) {
   return length > 0 ? static_cast<std::size_t>(length) : 0;
 }
 
-/// Bytes at the beginning of `text` that are ASCII, found eight at a time: perhaps up to seven too few.
+bool isAscii(char c) { return static_cast<unsigned char>(c) < 0x80; }
+
+/// Whether all of `Size` bytes are ASCII; compiles to vector instructions.
+template <std::size_t Size>
+bool areAscii(char const* bytes) {
+  unsigned char all = 0;
+  for (std::size_t i = 0; i < Size; ++i)
+    all = static_cast<unsigned char>(all | static_cast<unsigned char>(bytes[i]));
+  return isAscii(static_cast<char>(all));
+}
+
+/// Bytes at the beginning of `text` that are ASCII.
 std::size_t runOfAscii(std::string_view text) {
-  constexpr std::uint64_t highBits = 0x8080808080808080U;
+  constexpr std::size_t block = 64;
   std::size_t length = 0;
-  for (std::uint64_t bytes = 0; text.size() - length >= sizeof bytes; length += sizeof bytes) {
-    std::memcpy(&bytes, text.data() + length, sizeof bytes);
-    if ((bytes & highBits) != 0) break;
-  }
+  while (text.size() - length >= block && areAscii<block>(text.data() + length)) length += block;
+  while (length < text.size() && isAscii(text[length])) ++length;
   return length;
+}
+
+/// Whether every byte is a character that takes one column and disturbs no line.
+bool isPrintableAscii(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; });
 }
 
 /// Code points that Unicode keeps from being characters for ever. Two of them, U+FFFE and U+FFFF, XML
@@ -97,8 +116,16 @@ bool disturbsALine(utf8proc_int32_t codePoint) {
 std::string toValidUtf8(std::string_view text) {
   std::string valid;
   valid.reserve(text.size());
-  forEachCharacter(text, [&](utf8proc_int32_t, std::string_view bytes) { valid += bytes; });
+  appendValidUtf8(valid, text);
   return valid;
+}
+
+void appendValidUtf8(std::string& out, std::string_view text) {
+  if (!findInvalidUtf8(text)) {
+    out += text;
+  } else {
+    forEachCharacter(text, [&](utf8proc_int32_t, std::string_view bytes) { out += bytes; });
+  }
 }
 
 std::string_view firstCharacter(std::string_view text) { return text.substr(0, characterLength(text)); }
@@ -115,6 +142,7 @@ std::optional<std::size_t> findInvalidUtf8(std::string_view text) {
 }
 
 std::string toPrintable(std::string_view text) {
+  if (isPrintableAscii(text)) return std::string(text);
   std::string printable;
   printable.reserve(text.size());
   forEachCharacter(text, [&](utf8proc_int32_t codePoint, std::string_view bytes) {
@@ -128,6 +156,7 @@ std::string toPrintable(std::string_view text) {
 }
 
 std::size_t displayWidth(std::string_view printable) {
+  if (isPrintableAscii(printable)) return printable.size();
   std::size_t width = 0;
   forEachCharacter(printable, [&](utf8proc_int32_t codePoint, std::string_view) {
     width += static_cast<std::size_t>(utf8proc_charwidth(codePoint));
@@ -151,7 +180,9 @@ std::string describeByte(char byte) {
   return tr("byte {}", fmt::format("0x{:02X}", static_cast<unsigned char>(byte)));
 }
 
-std::string formatNumber(double value, int digits) { return fmt::format("{:.{}g}", value, digits); }
+std::string formatNumber(double value, int digits) {
+  return fmt::format(FMT_COMPILE("{:.{}g}"), value, digits);
+}
 
 std::string withUnit(double value, std::string_view unit, int digits) {
   auto const number = formatNumber(value, digits);
@@ -159,8 +190,23 @@ std::string withUnit(double value, std::string_view unit, int digits) {
 }
 
 std::string shortestForm(double value) {
-  if (std::isnan(value)) return "nan";
-  return fmt::format("{}", value);
+  std::string form;
+  appendShortestForm(form, value);
+  return form;
+}
+
+void appendShortestForm(std::string& out, double value, char decimalMark) {
+  constexpr std::size_t longest = 24;  // "-2.2250738585072014e-308"
+  char form[longest];
+  auto* const end =
+      std::isnan(value) ? std::copy_n("nan", 3, form) : fmt::format_to(form, FMT_COMPILE("{}"), value);
+  if (decimalMark != '.') std::replace(form, end, '.', decimalMark);
+  out.append(form, end);
+}
+
+void appendInteger(std::string& out, std::uint64_t value) {
+  char digits[std::numeric_limits<std::uint64_t>::digits10 + 1];
+  out.append(digits, std::to_chars(std::begin(digits), std::end(digits), value).ptr);
 }
 
 double nearestDouble(std::string const& text) { return readDouble(text.c_str(), nullptr); }

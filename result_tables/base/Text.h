@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,6 +10,9 @@ namespace Kestrel::ResultTables {
 
 /// `text` as valid UTF-8: every byte that is part of no character becomes U+FFFD.
 [[nodiscard]] std::string toValidUtf8(std::string_view text);
+
+/// Appends the same to `out`.
+void appendValidUtf8(std::string& out, std::string_view text);
 
 /// The bytes of the character at the beginning of `text`; empty where the first byte is part of none.
 [[nodiscard]] std::string_view firstCharacter(std::string_view text);
@@ -37,6 +41,12 @@ namespace Kestrel::ResultTables {
 /// The shortest decimal form that reads back to the same double; "nan", "inf", "-inf". Independent of the
 /// locale.
 [[nodiscard]] std::string shortestForm(double value);
+
+/// Appends the same to `out`, with `decimalMark` for the point.
+void appendShortestForm(std::string& out, double value, char decimalMark = '.');
+
+/// Appends the decimal digits of `value` to `out`.
+void appendInteger(std::string& out, std::uint64_t value);
 
 /// `value` with up to `digits` significant digits, for people: no zeros at the end, an exponent where the
 /// number is long without; "nan", "inf", "-inf". Independent of the locale.

@@ -1,12 +1,10 @@
 #pragma once
 
-#include <rapidjson/prettywriter.h>
-#include <rapidjson/stringbuffer.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Kestrel::ResultTables {
 
@@ -14,8 +12,6 @@ namespace Kestrel::ResultTables {
 /// JSON does.
 class JsonWriter {
  public:
-  JsonWriter();
-
   void beginObject();
   void endObject();
   void beginArray();
@@ -50,10 +46,20 @@ class JsonWriter {
   [[nodiscard]] std::string take();
 
  private:
-  void raw(std::string_view json, rapidjson::Type type);
+  /// An object or an array that is open.
+  struct Level {
+    bool isArray;
+    std::size_t count = 0;  ///< of what stands in it: values, and keys too
+  };
 
-  rapidjson::StringBuffer m_buffer;
-  rapidjson::PrettyWriter<rapidjson::StringBuffer> m_writer;
+  void begin(char bracket, bool isArray);
+  void end(char bracket);
+  void beginValue();
+  void beginLine();
+  void escape(std::string_view text);
+
+  std::string m_out;
+  std::vector<Level> m_levels;
   std::size_t m_inlineArrays = 0;  ///< that are open
 };
 

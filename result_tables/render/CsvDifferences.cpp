@@ -1,6 +1,5 @@
 #include "result_tables/render/CsvDifferences.h"
 
-#include "result_tables/base/Text.h"
 #include "result_tables/render/CsvWriter.h"
 
 namespace Kestrel::ResultTables {
@@ -16,35 +15,38 @@ class DifferenceRecords {
   }
 
   void append(TableDifferences const& table) {
-    auto const unit = toValidUtf8(table.unit);
+    auto const ofTable = m_csv.spell({table.unit, table.unitId, table.family});
     for (auto const& row : table.rows) {
-      for (auto const& value : row.values) append(table, unit, row, value);
+      if (row.values.empty()) continue;
+      auto const ofRow = ofTable + m_csv.spell({row.group, row.subGroup, row.item});
+      for (auto const& value : row.values) append(ofRow, value);
     }
   }
 
   [[nodiscard]] std::string take() { return m_csv.take(); }
 
  private:
-  void append(TableDifferences const& table, std::string_view unit, RowDifferences const& row,
-              ValueDifference const& value) {
-    m_csv.record({unit, table.unitId, table.family, toValidUtf8(row.group), toValidUtf8(row.subGroup),
-                  toValidUtf8(row.item), toValidUtf8(value.column->key),
-                  toValidUtf8(value.column->tableDisplayName), nameOf(value.kind), numberOf(value.before),
-                  numberOf(value.after), textOf(value.change()), textOf(value.relativeChange()),
-                  flagOf(value.before, &ComparedValue::isValid), flagOf(value.after, &ComparedValue::isValid),
-                  flagOf(value.before, &ComparedValue::isExceeded),
-                  flagOf(value.after, &ComparedValue::isExceeded)});
+  void append(std::string_view ofRow, ValueDifference const& value) {
+    m_csv.spelt(ofRow);
+    m_csv.text(value.column->key);
+    m_csv.text(value.column->tableDisplayName);
+    m_csv.text(nameOf(value.kind));
+    number(value.before);
+    number(value.after);
+    m_csv.number(value.change());
+    m_csv.number(value.relativeChange());
+    for (auto const flag : {&ComparedValue::isValid, &ComparedValue::isExceeded}) {
+      flagOf(value.before, flag);
+      flagOf(value.after, flag);
+    }
+    m_csv.endRecord();
   }
 
-  [[nodiscard]] std::string textOf(std::optional<double> number) const {
-    return number ? m_csv.number(*number) : std::string();
+  void number(std::optional<ComparedValue> const& value) {
+    m_csv.number(value ? std::optional(value->value) : std::nullopt);
   }
-  [[nodiscard]] std::string numberOf(std::optional<ComparedValue> const& value) const {
-    return value ? m_csv.number(value->value) : std::string();
-  }
-  static std::string_view flagOf(std::optional<ComparedValue> const& value, bool ComparedValue::*flag) {
-    if (!value) return {};
-    return *value.*flag ? "true" : "false";
+  void flagOf(std::optional<ComparedValue> const& value, bool ComparedValue::*flag) {
+    value ? m_csv.flag(*value.*flag) : m_csv.empty();
   }
 
   CsvWriter m_csv;

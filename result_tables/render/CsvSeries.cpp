@@ -1,28 +1,26 @@
 #include "result_tables/render/CsvSeries.h"
 
 #include <cmath>
-
-#include "result_tables/base/Text.h"
+#include <optional>
 
 namespace Kestrel::ResultTables {
 
 namespace {
 
 void appendSeries(CsvWriter& csv, TableSeries const& series) {
-  auto const file = toValidUtf8(series.file);
-  auto const unit = toValidUtf8(series.unit);
-  auto const group = toValidUtf8(series.group);
-  auto const subGroup = toValidUtf8(series.subGroup);
-  auto const item = toValidUtf8(series.item);
-  auto const key = toValidUtf8(series.column.key);
-  auto const column = toValidUtf8(series.column.tableDisplayName);
+  auto const same =
+      csv.spell({series.file, series.unit, series.unitId, series.family, series.group, series.subGroup,
+                 series.item, series.column.key, series.column.tableDisplayName});
   auto const& [name, steps, values, times, minima, maxima] = series.series;
   for (std::size_t i = 0; i < values.size(); ++i) {
     bool const hasTime = !times.empty() && !std::isnan(times[i]);
-    csv.record({file, unit, series.unitId, series.family, group, subGroup, item, key, column,
-                std::to_string(steps[i]), hasTime ? csv.number(times[i]) : "", csv.number(values[i]),
-                series.hasRanges() ? csv.number(minima[i]) : "",
-                series.hasRanges() ? csv.number(maxima[i]) : ""});
+    csv.spelt(same);
+    csv.integer(steps[i]);
+    csv.number(hasTime ? std::optional(times[i]) : std::nullopt);
+    csv.number(values[i]);
+    csv.number(series.hasRanges() ? std::optional(minima[i]) : std::nullopt);
+    csv.number(series.hasRanges() ? std::optional(maxima[i]) : std::nullopt);
+    csv.endRecord();
   }
 }
 

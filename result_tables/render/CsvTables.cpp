@@ -3,68 +3,92 @@
 #include <string_view>
 
 #include "result_tables/base/Family.h"
-#include "result_tables/base/Text.h"
 
 namespace Kestrel::ResultTables {
 
 namespace {
 
-std::string_view textOf(bool value) { return value ? "true" : "false"; }
-
-/// What is the same for all values of a table.
-struct TableFields {
-  std::string file;
-  std::string unit;
-  std::string unitId;
-  std::string_view family;
+/// The fields of a record that stand in it for its column, on both sides of the value.
+struct ColumnFields {
+  std::string name;
+  std::string unitAndLimit;
 };
 
-std::string textOf(std::optional<std::size_t> number) { return number ? std::to_string(*number) : ""; }
-std::string textOf(CsvWriter const& csv, std::optional<double> number) {
-  return number ? csv.number(*number) : "";
-}
-
-void appendItem(CsvWriter& csv, ResultTable const& table, TableFields const& fields,
-                ResultTable::Place const& place) {
-  auto const& group = table.container().groups[place.group];
-  auto const& subGroup = group.subGroups[place.subGroup];
-  auto const& item = subGroup.items[place.item];
-  auto const groupName = toValidUtf8(group.name);
-  auto const subGroupName = toValidUtf8(subGroup.name);
-  auto const name = toValidUtf8(item.name);
-  auto const row = table.genRow(place.group, place.subGroup, place.item);
-  for (std::size_t i = 0; i < row.size(); ++i) {
-    auto const& column = table.columns(place.group)[i];
-    auto const& [value, origin, isExceeded] = row[i];
-    csv.record({fields.file, fields.unit, fields.unitId, fields.family, groupName, subGroupName, name,
-                textOf(table.isValid(item)), toValidUtf8(column.key), toValidUtf8(column.tableDisplayName),
-                csv.number(value), toValidUtf8(column.unit),
-                column.limit ? csv.number(column.limit->value) : std::string(), textOf(isExceeded),
-                textOf(origin.step), textOf(csv, origin.companion), std::to_string(origin.count),
-                std::to_string(origin.nanCount)});
+class CsvTables {
+ public:
+  explicit CsvTables(CsvDialect const& dialect) : m_csv(dialect) {
+    m_csv.record({"file", "unit", "unitId", "family", "group", "subGroup", "item", "valid", "key", "column",
+                  "value", "valueUnit", "limit", "exceeded", "step", "time", "count", "nans"});
   }
-}
 
-void appendTable(CsvWriter& csv, ResultTable const& table) {
+  void append(ResultTable const& table);
+
+  [[nodiscard]] std::string take() { return m_csv.take(); }
+
+ private:
+  [[nodiscard]] std::vector<ColumnFields> spellColumns(std::vector<TableColumn> const& columns) const;
+  void appendItem(ResultTable const& table, ResultTable::Place const& place, std::string_view above,
+                  std::vector<ColumnFields> const& columns);
+  void appendValue(TableValue const& value, ColumnFields const& column);
+
+  CsvWriter m_csv;
+};
+
+void CsvTables::append(ResultTable const& table) {
   auto const& container = table.container();
-  TableFields const fields{toValidUtf8(table.file()), toValidUtf8(table.unit().getSimulationUnitName()),
-                           container.simulationUnitId.toString(), familyName(container.dataType)};
+  auto const ofTable = m_csv.spell({table.file(), table.unit().getSimulationUnitName(),
+                                    container.simulationUnitId.toString(), familyName(container.dataType)});
   for (std::size_t i = 0; i < container.groups.size(); ++i) {
-    auto const& subGroups = container.groups[i].subGroups;
-    for (std::size_t k = 0; k < subGroups.size(); ++k) {
-      for (std::size_t m = 0; m < subGroups[k].items.size(); ++m)
-        appendItem(csv, table, fields, {i, k, m, 0});
+    auto const& group = container.groups[i];
+    auto const columns = spellColumns(table.columns(i));
+    for (std::size_t k = 0; k < group.subGroups.size(); ++k) {
+      auto const above = ofTable + m_csv.spell({group.name, group.subGroups[k].name});
+      for (std::size_t m = 0; m < group.subGroups[k].items.size(); ++m)
+        appendItem(table, {i, k, m, 0}, above, columns);
     }
   }
+}
+
+std::vector<ColumnFields> CsvTables::spellColumns(std::vector<TableColumn> const& columns) const {
+  std::vector<ColumnFields> spelt;
+  for (auto const& column : columns) {
+    CsvWriter limit(m_csv.dialect());
+    limit.text(column.unit);
+    limit.number(column.limit ? std::optional(column.limit->value) : std::nullopt);
+    spelt.push_back({m_csv.spell({column.key, column.tableDisplayName}), limit.take()});
+  }
+  return spelt;
+}
+
+void CsvTables::appendItem(ResultTable const& table, ResultTable::Place const& place, std::string_view above,
+                           std::vector<ColumnFields> const& columns) {
+  auto const& item = table.container().groups[place.group].subGroups[place.subGroup].items[place.item];
+  auto const ofItem = m_csv.spell({item.name, table.isValid(item) ? "true" : "false"});
+  auto const row = table.genRow(place.group, place.subGroup, place.item);
+  for (std::size_t i = 0; i < row.size(); ++i) {
+    m_csv.spelt(above);
+    m_csv.spelt(ofItem);
+    appendValue(row[i], columns[i]);
+  }
+}
+
+void CsvTables::appendValue(TableValue const& value, ColumnFields const& column) {
+  m_csv.spelt(column.name);
+  m_csv.number(value.value);
+  m_csv.spelt(column.unitAndLimit);
+  m_csv.flag(value.isExceeded);
+  m_csv.integer(value.origin.step);
+  m_csv.number(value.origin.companion);
+  m_csv.integer(value.origin.count);
+  m_csv.integer(value.origin.nanCount);
+  m_csv.endRecord();
 }
 
 }  // namespace
 
 std::string renderCsv(std::vector<ResultTable> const& tables, CsvDialect const& dialect) {
-  CsvWriter csv(dialect);
-  csv.record({"file", "unit", "unitId", "family", "group", "subGroup", "item", "valid", "key", "column",
-              "value", "valueUnit", "limit", "exceeded", "step", "time", "count", "nans"});
-  for (auto const& table : tables) appendTable(csv, table);
+  CsvTables csv(dialect);
+  for (auto const& table : tables) csv.append(table);
   return csv.take();
 }
 

@@ -20,11 +20,16 @@ void NumberColumn::add(NumberCell const& cell) {
 }
 
 std::string NumberColumn::aligned(NumberCell const& cell, std::string_view shown) const {
+  std::string out;
+  appendAligned(out, cell, shown);
+  return out;
+}
+
+void NumberColumn::appendAligned(std::string& out, NumberCell const& cell, std::string_view shown) const {
   assert(cell.integerWidth() <= m_integerWidth && cell.fractionWidth() <= m_fractionWidth);
-  std::string out(m_integerWidth - cell.integerWidth(), ' ');
+  out.append(m_integerWidth - cell.integerWidth(), ' ');
   out += shown;
   out.append(m_fractionWidth - cell.fractionWidth(), ' ');
-  return out;
 }
 
 }  // namespace Kestrel::ResultTables

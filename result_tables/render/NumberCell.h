@@ -37,6 +37,9 @@ class NumberColumn {
   [[nodiscard]] std::string aligned(NumberCell const& cell, std::string_view shown) const;
   [[nodiscard]] std::string aligned(NumberCell const& cell) const { return aligned(cell, cell.text()); }
 
+  /// Appends the same to `out`.
+  void appendAligned(std::string& out, NumberCell const& cell, std::string_view shown) const;
+
  private:
   std::size_t m_integerWidth = 0;
   std::size_t m_fractionWidth = 0;

@@ -171,8 +171,8 @@ void SectionDifferences::appendHead(std::string& out) const {
             std::string(column.markWidth, ' ');
     rule += std::string(s_gap) + std::string(column.width() + column.markWidth, '-');
   }
-  appendLine(out, std::move(head));
-  appendLine(out, std::move(rule));
+  appendLine(out, head);
+  appendLine(out, rule);
 }
 
 std::string SectionDifferences::numbersOf(Line const& line) const {

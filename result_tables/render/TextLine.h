@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -9,11 +10,17 @@ namespace Kestrel::ResultTables {
 inline constexpr std::string_view s_gap = "   ";
 inline constexpr std::string_view s_noData = "–";
 
-/// Adds the line without the blanks at its end.
-inline void appendLine(std::string& out, std::string line) {
-  line.erase(line.find_last_not_of(' ') + 1);
-  out += line;
+/// Ends the line of `out` that begins at `begin`, without the blanks at its end.
+inline void endLine(std::string& out, std::size_t begin) {
+  while (out.size() > begin && out.back() == ' ') out.pop_back();
   out += '\n';
+}
+
+/// Adds the line without the blanks at its end.
+inline void appendLine(std::string& out, std::string_view line) {
+  auto const begin = out.size();
+  out += line;
+  endLine(out, begin);
 }
 
 }  // namespace Kestrel::ResultTables

@@ -147,7 +147,7 @@ class SectionTable {
   void appendBlock(std::string& out, Block const& block) const;
   void appendHead(std::string& out, Block const& block) const;
   void appendRow(std::string& out, Row const& row, Block const& block) const;
-  void appendCell(std::string& line, TableCell const& cell, ColumnLayout const& column) const;
+  void appendCell(std::string& out, TableCell const& cell, ColumnLayout const& column) const;
 
   MaxValueGroup const& m_group;
   TextStyle m_style;
@@ -165,6 +165,7 @@ void SectionTable::collectRows(ResultTable const& table, std::size_t group) {
     for (std::size_t k = 0; k < subGroup.items.size(); ++k) {
       auto const& item = subGroup.items[k];
       Row row{(isNamed ? "      " : "    ") + toPrintable(table.displayName(item)), false, {}};
+      row.cells.reserve(m_group.valueNames.size());
       for (auto const& value : table.genRow(group, i, k)) {
         row.cells.push_back(cellOf(value, table.isValid(item), m_style));
         m_marks.add(row.cells.back().marks);
@@ -233,34 +234,35 @@ void SectionTable::appendHead(std::string& out, Block const& block) const {
       line += column.head[i];
       appendBlanks(line, column.tailWidth());
     }
-    if (line.find_first_not_of(' ') != line.npos) appendLine(out, std::move(line));
+    if (line.find_first_not_of(' ') != line.npos) appendLine(out, line);
   }
   std::string rule = "    " + std::string(m_nameWidth - std::min<std::size_t>(m_nameWidth, 4), '-');
   for (std::size_t j = block.first; j < block.end; ++j)
     rule += std::string(s_gap) + std::string(m_columns[j].width + m_columns[j].tailWidth(), '-');
-  appendLine(out, std::move(rule));
+  appendLine(out, rule);
 }
 
-void SectionTable::appendCell(std::string& line, TableCell const& cell, ColumnLayout const& column) const {
-  line += s_gap;
-  appendBlanks(line, column.width - column.numbers.width());
-  auto const isColoured = m_style.colour && cell.marks.exceeded;
+void SectionTable::appendCell(std::string& out, TableCell const& cell, ColumnLayout const& column) const {
+  out += s_gap;
+  appendBlanks(out, column.width - column.numbers.width());
+  bool const isColoured = m_style.colour && cell.marks.exceeded;
+  column.numbers.appendAligned(out, cell.number, red(cell.number.text(), isColoured));
   auto const marks = cell.marks.text();
-  line += column.numbers.aligned(cell.number, red(cell.number.text(), isColoured));
-  line += marks;
-  appendBlanks(line, column.markWidth - marks.size());
-  line += cell.when;
-  appendBlanks(line, column.whenWidth - cell.when.size());
+  out += marks;
+  appendBlanks(out, column.markWidth - marks.size());
+  out += cell.when;
+  appendBlanks(out, column.whenWidth - cell.when.size());
 }
 
 void SectionTable::appendRow(std::string& out, Row const& row, Block const& block) const {
-  std::string line = row.name;
+  auto const begin = out.size();
+  out += row.name;
   if (!row.isSubGroup) {
-    appendBlanks(line, m_nameWidth - displayWidth(row.name));
+    appendBlanks(out, m_nameWidth - displayWidth(row.name));
     for (auto i = block.first; i < std::min(row.cells.size(), block.end); ++i)
-      appendCell(line, row.cells[i], m_columns[i]);
+      appendCell(out, row.cells[i], m_columns[i]);
   }
-  appendLine(out, std::move(line));
+  endLine(out, begin);
 }
 
 std::string tableTitle(ResultTable const& table) {
