@@ -57,8 +57,8 @@ constexpr int s_greatestExponent = 300;
 /// `count`. Returns where the run ends; null less than eight characters before `end`, and for too many.
 [[nodiscard]] inline char const* readDigits(char const* at, char const* end, std::uint64_t& mantissa,
                                             int& count) {
-  constexpr std::array<std::uint64_t, 9> powersOfTen = {1,      10,      100,      1000,     10000,
-                                                        100000, 1000000, 10000000, 100000000};
+  static constexpr std::array<std::uint64_t, 9> powersOfTen = {1,      10,      100,      1000,     10000,
+                                                               100000, 1000000, 10000000, 100000000};
   for (;;) {
     if (end - at < 8 || count > s_mostDigits) return nullptr;
     auto const digits = leadingDigits(at);
@@ -116,8 +116,9 @@ template <char Point>
 /// of two exact doubles, and so the nearest double themselves; std::from_chars does all others.
 template <char Point = '.'>
 [[nodiscard]] inline char const* readDecimal(char const* at, char const* end, double& value) {
-  constexpr std::array powersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
-                                      1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+  static constexpr std::array powersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                             1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                             1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
   constexpr std::uint64_t greatestExactInteger = std::uint64_t{1} << 53;
   constexpr int greatestExactPower = static_cast<int>(powersOfTen.size()) - 1;
 
