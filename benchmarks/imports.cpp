@@ -1,5 +1,5 @@
-// A solver's print on its way to results: read directly, and through the text of a results file. Both ways
-// read the same table of comma separated values.
+// A solver's print on its way to results: its histories alone, from each form of print; results, read
+// directly and through the text of a results file. All forms have forces of the same random numbers.
 
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
@@ -21,36 +21,76 @@ using namespace Kestrel::ResultTables;
 constexpr int s_tools = 40;
 constexpr int s_times = 20000;
 
-/// A table of forces and the map that feeds each to a clamp, as pairs.
+/// What is written, and where the forces stand side by side.
+enum class Form { wide, longRows, calculix };
+
+/// A print of forces and, for the wide form, the map that feeds each to a clamp, as pairs.
 class Print {
  public:
-  Print()
+  explicit Print(Form form)
       : m_folder(std::filesystem::temp_directory_path() / fmt::format("imports.{}", ::getpid())),
-        m_random(20240501) {  // NOLINT(cert-msc51-cpp): the same numbers in every run
+        m_random(20240501),  // NOLINT(cert-msc51-cpp): the same numbers in every run
+        m_form(form) {
     std::filesystem::create_directory(m_folder);
-    writeFile(input(), genTable());
+    writeFile(input(), genText());
     writeFile(map(), genMap());
   }
   Print(Print const&) = delete;
   Print& operator=(Print const&) = delete;
   ~Print() { std::filesystem::remove_all(m_folder); }
 
-  [[nodiscard]] std::filesystem::path input() const { return m_folder / "print.csv"; }
+  [[nodiscard]] ImportFormat format() const {
+    return m_form == Form::calculix ? ImportFormat::calculix : ImportFormat::csv;
+  }
+  [[nodiscard]] std::filesystem::path input() const { return m_folder / "print"; }
   [[nodiscard]] std::filesystem::path map() const { return m_folder / "map.json"; }
   [[nodiscard]] std::int64_t size() const {
     return static_cast<std::int64_t>(std::filesystem::file_size(input()));
   }
 
  private:
-  std::string genTable() {
-    std::normal_distribution<double> force(0.0, 500.0);
+  std::string genText() {
+    switch (m_form) {
+      case Form::wide:
+        return genWide();
+      case Form::longRows:
+        return genLong();
+      case Form::calculix:
+        break;
+    }
+    return genCalculix();
+  }
+
+  std::string genWide() {
     std::string text = "time";
-    for (int tool = 0; tool < s_tools; ++tool) text += fmt::format(",C{}.fz", tool);
+    auto const out = std::back_inserter(text);
+    for (int tool = 0; tool < s_tools; ++tool) fmt::format_to(out, ",C{}.fz", tool);
     for (int time = 0; time < s_times; ++time) {
-      text += fmt::format("\n{}", 0.001 * time);
-      for (int tool = 0; tool < s_tools; ++tool) text += fmt::format(",{:.7g}", force(m_random));
+      fmt::format_to(out, "\n{}", 0.001 * time);
+      for (int tool = 0; tool < s_tools; ++tool) fmt::format_to(out, ",{:.9g}", m_force(m_random));
     }
     return text + '\n';
+  }
+
+  std::string genLong() {
+    std::string text = "entity,quantity,time,value\n";
+    for (int time = 0; time < s_times; ++time) {
+      for (int tool = 0; tool < s_tools; ++tool)
+        fmt::format_to(std::back_inserter(text), "C{},fz,{},{:.9g}\n", tool, 0.001 * time, m_force(m_random));
+    }
+    return text;
+  }
+
+  std::string genCalculix() {
+    std::string text;
+    auto const out = std::back_inserter(text);
+    for (int time = 0; time < s_times; ++time) {
+      fmt::format_to(out, "\n forces (fx,fy,fz) for set C and time {:14.7E}\n\n", 0.001 * time);
+      for (int node = 1; node <= s_tools; ++node)
+        fmt::format_to(out, "{:10} {:13.6E} {:13.6E} {:13.6E}\n", node, m_force(m_random), m_force(m_random),
+                       m_force(m_random));
+    }
+    return text;
   }
 
   static std::string genMap() {
@@ -69,33 +109,37 @@ class Print {
 
   std::filesystem::path m_folder;
   std::mt19937_64 m_random;
+  std::normal_distribution<double> m_force{0.0, 500.0};
+  Form m_form;
 };
 
 template <typename Read>
-void measure(benchmark::State& state, Read const& read) {
-  Print const print;
+void measure(benchmark::State& state, Form form, Read const& read) {
+  Print const print(form);
   for ([[maybe_unused]] auto const iteration : state) benchmark::DoNotOptimize(read(print));
   state.SetBytesProcessed(state.iterations() * print.size());
 }
 
+void readingTheHistories(benchmark::State& state, Form form) {
+  measure(state, form, [](Print const& print) { return readHistories(print.format(), print.input()); });
+}
+
 void readingThePrint(benchmark::State& state) {
-  measure(state,
-          [](Print const& print) { return importResults(ImportFormat::csv, print.input(), print.map()); });
+  measure(state, Form::wide,
+          [](Print const& print) { return importResults(print.format(), print.input(), print.map()); });
 }
 
 void importingAndReadingTheText(benchmark::State& state) {
-  measure(state, [](Print const& print) {
-    return readResults("results", importHistories(ImportFormat::csv, print.input(), print.map()));
+  measure(state, Form::wide, [](Print const& print) {
+    return readResults("results", importHistories(print.format(), print.input(), print.map()));
   });
 }
 
-void readingTheHistories(benchmark::State& state) {
-  measure(state, [](Print const& print) { return readHistories(ImportFormat::csv, print.input()); });
-}
-
+BENCHMARK_CAPTURE(readingTheHistories, wide, Form::wide)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(readingTheHistories, long, Form::longRows)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(readingTheHistories, calculix, Form::calculix)->Unit(benchmark::kMillisecond);
 BENCHMARK(readingThePrint)->Unit(benchmark::kMillisecond);
 BENCHMARK(importingAndReadingTheText)->Unit(benchmark::kMillisecond);
-BENCHMARK(readingTheHistories)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

@@ -3,10 +3,14 @@
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <random>
+#include <string>
+#include <string_view>
 
 #include "support/ImportTesting.h"
 
@@ -297,6 +301,141 @@ TEST(CsvHistories, AreTextInUtf8AlsoWhereItIsPassedOver) {
             "h.csv: line 1, byte 13: expected UTF-8 text, found byte 0xDC");
   EXPECT_EQ(errorOf([] { (void)read("time,a\n# \xFF\n0,1\n"); }),
             "h.csv: line 2, byte 3: expected UTF-8 text, found byte 0xFF");
+}
+
+// Rows behind the first are read as numbers without fields where they are plain enough; what follows is about
+// the others among them.
+
+TEST(CsvHistories, HaveTheSameNumbersInEverySpellingAndRow) {
+  auto const histories = read(
+      "t,a,b\n0,1,1\n1,+1.5,.5\n2,2.,1e2\n03,-0.0,007.25\n4,1d3,-1.5-105\n5,inf,-Infinity\n"
+      "6,9007199254740993,0.1234567890123456789012\n 7 ,\t8, 9\t\n8,4.9e-324,1.7976931348623157e308\n");
+  expectSameBits(valuesOf(histories, "a"), {1, 1.5, 2, -0.0, 1000, std::numeric_limits<double>::infinity(),
+                                            9007199254740992, 8, 5e-324});
+  expectSameBits(valuesOf(histories, "b"),
+                 {1, 0.5, 100, 7.25, -1.5e-105, -std::numeric_limits<double>::infinity(),
+                  0.1234567890123456789012, 9, 1.7976931348623157e308});
+  EXPECT_THAT(timesOf(histories, "a"), ElementsAre(0, 1, 2, 3, 4, 5, 6, 7, 8));
+}
+
+TEST(CsvHistories, MayHaveDecimalCommasAndGapsInEveryRow) {
+  auto const histories =
+      readCsvHistories("h.csv", "t;a;b\n0;1,5;\n0,5;;-2,25e1\n1; ;3\n1,5;4;5\n;;\n2;6;7", DecimalMark::comma);
+  EXPECT_THAT(timesOf(histories, "a"), ElementsAre(0, 1.5, 2));
+  EXPECT_THAT(valuesOf(histories, "a"), ElementsAre(1.5, 4, 6));
+  EXPECT_THAT(timesOf(histories, "b"), ElementsAre(0.5, 1, 1.5, 2));
+  EXPECT_THAT(valuesOf(histories, "b"), ElementsAre(-22.5, 3, 5, 7));
+}
+
+TEST(CsvHistories, OfTheLongFormMayFollowEachOtherInAnyOrder) {
+  auto const histories = read(
+      "entity,quantity,time,value\n"
+      "\"two\nlines\",f,0,1\n\"two\nlines\",f,1,2\n\"two\nlines\",f,2,3\n"
+      "\"B, left\",f,0,4\n\"B, left\",f,1,5\n\"B, left\",f,2,6\n"
+      "C,f,0,7\n\"B, left\",f,3,8\nC,f,1,9\n\"B, left\",f,4,\nC ,f,2,10\nC,f,3,\"11\"\n\"B, left\",f,5,12\n");
+  EXPECT_THAT(valuesOf(histories, "two\nlines.f"), ElementsAre(1, 2, 3));
+  EXPECT_THAT(valuesOf(histories, "B, left.f"), ElementsAre(4, 5, 6, 8, 12));
+  EXPECT_THAT(timesOf(histories, "B, left.f"), ElementsAre(0, 1, 2, 3, 5));
+  EXPECT_THAT(valuesOf(histories, "C.f"), ElementsAre(7, 9, 10, 11));
+}
+
+TEST(CsvHistories, SayTheLineOfARowBehindPlainOnes) {
+  BadTable const cases[] = {
+      {"t,a\n0,1\n1,2\n2,x\n3,4\n", R"(h.csv: line 4: expected a number, found "x")"},
+      {"t,a\n0,1\n1,2\n2,1e400\n", R"(h.csv: line 4: expected a number, found "1e400")"},
+      {"t,a\n0,1\n1,2\n0.5,2\n", "h.csv: line 4: expected a time not before 1, found 0.5"},
+      {"t,a\n0,1\n1,2\nnan,2\n", R"(h.csv: line 4: expected a time, found "nan")"},
+      {"t,a\n0,1\n1,2\n,2\n", R"(h.csv: line 4: expected a time, found "")"},
+      {"t,a\n0,1\n1,2\n2,3,\n", "h.csv: line 4: expected as many fields as in the header (2), found 3"},
+      {"t,a\n0,1\n1,2\n2\n3,4\n", "h.csv: line 4: expected as many fields as in the header (2), found 1"},
+      {"t,a\n0,1\n1,2\n2,3\"\n",
+       R"(h.csv: line 4: expected quotation marks around a whole field only, found "3"")"},
+      {"t a\n0 1\n1 2\n2 3\r 4\n", "h.csv: line 4: expected as many fields as in the header (2), found 3"},
+      {"entity,quantity,time,value\nA,f,0,1\nA,f,1,2\nA,f,2,3\nA,f,1,4\n",
+       "h.csv: line 5: expected a time not before 2, found 1"},
+      {"entity,quantity,time,value\n\"A\n\",f,0,1\n\"A\n\",f,1,2\n\"A\n\",f,2,3\n\"A\n\",f,3,x\n",
+       R"(h.csv: line 8: expected a number, found "x")"},
+  };
+  for (auto const& c : cases) EXPECT_EQ(errorOf([&c] { read(c.text); }), c.message) << c.text;
+}
+
+/// A table in either form as it is usually written, and then damaged or not in some places, but for quotation
+/// marks.
+std::string genTable(std::mt19937_64& random, char separator, char point) {
+  auto const number = [&] {
+    auto text = fmt::format("{:.{}g}", anyDouble(random), 1 + random() % 20);
+    if (random() % 2 == 0)
+      text = fmt::format("{:.{}f}", 0.001 * static_cast<double>(random() % 1000000), random() % 12);
+    std::replace(text.begin(), text.end(), '.', point);
+    return text;
+  };
+  bool const isLong = random() % 2 == 0;
+  std::string text = isLong ? "entity,quantity,time,value\n" : "t,a,b\n";
+  std::replace(text.begin(), text.end(), ',', separator);
+  auto const histories = 1 + random() % 3;
+  for (unsigned int row = 0; row < 10; ++row) {
+    if (isLong) text += fmt::format("C{1}{0}f{0}", separator, row % histories);
+    text += std::to_string(row) + separator + number();
+    if (!isLong) text += separator + number();
+    text += random() % 4 == 0 ? "\r\n" : "\n";
+  }
+  constexpr std::string_view damage = "0123456789.,;  \t\r\n-+eEdnaif#x\0\xC3\xA4";
+  for (auto count = random() % 4; count > 0; --count) {
+    auto const place = random() % text.size();
+    auto const length = random() % 3;
+    if (random() % 2 == 0)
+      text.replace(place, length, 1, damage[random() % damage.size()]);
+    else
+      text.erase(place, length);
+  }
+  return text;
+}
+
+/// The table with a comment before each line, behind which no row is read as numbers without fields.
+std::string withComments(std::string const& table) {
+  std::string text;
+  for (char const c : table) {
+    text += c;
+    if (c == '\n') text += "#\n";
+  }
+  return text;
+}
+
+/// All that the histories are, or the message with the line that it had before there were comments.
+std::string describe(std::string_view text, DecimalMark mark, bool hasComments) {
+  try {
+    std::string out;
+    auto const histories = readCsvHistories("h.csv", text, mark);
+    for (auto const& table : histories.tables()) {
+      out += fmt::format("{} {} {}\n", table.entity, table.timeUnit, fmt::join(table.components, " "));
+      for (auto const* list : {&table.times, &table.values}) {
+        for (double const number : *list) out += fmt::format("{:x} ", std::bit_cast<std::uint64_t>(number));
+      }
+      out += fmt::format("{}\n", fmt::join(table.units, " "));
+    }
+    return out;
+  } catch (Error const& error) {
+    std::string message = error.what();
+    auto const place = message.find("line ") + 5;
+    std::size_t length = 0;
+    auto const line = std::stoul(message.substr(place), &length);
+    return message.replace(place, length, std::to_string(hasComments ? (line + 1) / 2 : line));
+  }
+}
+
+TEST(CsvHistories, AreTheSameHoweverTheirRowsAreRead) {
+  std::mt19937_64 random(17);
+  std::size_t tables = 0;
+  for (int round = 0; round < 1000; ++round) {
+    for (char const separator : {',', ';', '\t', ' '}) {
+      auto const mark = separator != ',' && random() % 2 == 0 ? DecimalMark::comma : DecimalMark::point;
+      auto const text = genTable(random, separator, mark == DecimalMark::comma ? ',' : '.');
+      auto const expected = describe(withComments(text), mark, true);
+      ASSERT_EQ(describe(text, mark, false), expected) << text;
+      tables += expected.starts_with("h.csv") ? 0U : 1U;
+    }
+  }
+  EXPECT_GT(tables, 1000U) << "too many tables are damaged";
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace Kestrel::ResultTables {
 namespace {
@@ -81,6 +82,16 @@ TEST(LargeMemory, ThatThereIsNotIsBadAlloc) {
   EXPECT_THROW(memory.grow(std::numeric_limits<std::size_t>::max()), std::bad_alloc);
   EXPECT_THROW(memory.grow(std::numeric_limits<std::size_t>::max() / 4), std::bad_alloc);
   EXPECT_EQ(std::string_view(textOf(memory), 4), "text");
+}
+
+TEST(LargeMemory, CanBeAskedForBehindAVector) {
+  for (std::size_t const size : {std::size_t{1}, std::size_t{5000}, std::size_t{9} << 20}) {
+    std::vector<char> memory(size, 'x');
+    askForLargePages(memory.data(), memory.size());
+    EXPECT_EQ(memory, std::vector<char>(size, 'x')) << size;
+    memory.assign(size, 'y');
+    EXPECT_EQ(memory, std::vector<char>(size, 'y')) << size;
+  }
 }
 
 }  // namespace

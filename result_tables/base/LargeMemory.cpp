@@ -1,6 +1,7 @@
 #include "result_tables/base/LargeMemory.h"
 
 #include <sys/mman.h>
+#include <unistd.h>
 
 #include <bit>
 #include <cstdint>
@@ -74,6 +75,15 @@ void LargeMemory::release(std::size_t offset) {
   auto const begin = (offset + page - 1) / page * page;
   if (isLarge(m_size) && begin < m_size)
     static_cast<void>(::madvise(static_cast<std::byte*>(m_data) + begin, m_size - begin, MADV_DONTNEED));
+}
+
+void askForLargePages(void const* memory, std::size_t bytes) {
+  if (bytes < 2 * s_largePage) return;
+  auto const page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
+  auto const address = std::bit_cast<std::uintptr_t>(memory);
+  auto const begin = (address + page - 1) / page * page;
+  auto const end = (address + bytes) / page * page;
+  static_cast<void>(::madvise(std::bit_cast<void*>(begin), end - begin, MADV_HUGEPAGE));
 }
 
 }  // namespace Kestrel::ResultTables

@@ -41,4 +41,8 @@ class LargeMemory {
   std::size_t m_size = 0;
 };
 
+/// Asks for large pages behind memory of another kind that is going to be filled once and soon, such as what
+/// a vector has reserved. Where there are none, and for less than two of them, nothing happens.
+void askForLargePages(void const* memory, std::size_t bytes);
+
 }  // namespace Kestrel::ResultTables

@@ -16,6 +16,7 @@
 #include <utility>
 
 #include "result_tables/base/Error.h"
+#include "result_tables/base/FastNumber.h"
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
 #include "result_tables/import/CalculixHeadings.h"
@@ -129,8 +130,10 @@ class CalculixReader {
   bool hasRows(Print const& print, std::size_t headingLine);
   void readRows(Print& print);
   void readRow(Block& block);
-  std::int64_t readLabel(std::string_view& rest, std::string_view expected) const;
+  template <typename Expected>
+  std::int64_t readLabel(std::string_view& rest, Expected const& expected) const;
   void readLabels(Block& block, std::string_view& rest) const;
+  std::optional<double> takePlainNumber(std::string_view& rest) const;
   void readValues(CalculixQuantity& quantity, std::string_view& rest, std::vector<double>& values) const;
   void readEnd(std::string_view rest, Block& block) const;
   void readStatisticsRow(std::vector<CalculixQuantity> quantities);
@@ -377,13 +380,15 @@ void CalculixReader::readRow(Block& block) {
   ++block.rowCount;
 }
 
-std::int64_t CalculixReader::readLabel(std::string_view& rest, std::string_view expected) const {
+/// `expected()` is what a message says.
+template <typename Expected>
+std::int64_t CalculixReader::readLabel(std::string_view& rest, Expected const& expected) const {
   auto const word = takeWord(rest);
   auto const* const end = word.data() + word.size();
   std::int64_t label = 0;
   auto const [after, error] = std::from_chars(word.data(), end, label);
   bool const touchesValue = after != end && *after == '-';
-  if (error != std::errc() || (after != end && !touchesValue)) fail(expected, quote(word));
+  if (error != std::errc() || (after != end && !touchesValue)) fail(expected(), quote(word));
   if (touchesValue) rest = std::string_view(after, rest.data() + rest.size());
   return label;
 }
@@ -393,15 +398,30 @@ void CalculixReader::readLabels(Block& block, std::string_view& rest) const {
   auto const& heading = *block.print->heading;
   if (heading.labels == 0) return;
   bool const isNode = heading.rows == Rows::ofNodes;
-  auto const label = readLabel(rest, isNode ? tr("the number of a node") : tr("the number of an element"));
+  auto const label = readLabel(
+      rest, [isNode] { return isNode ? tr("the number of a node") : tr("the number of an element"); });
   block.labels.push_back(label);
-  if (heading.labels == 2) block.labels.push_back(readLabel(rest, tr("the number of an integration point")));
+  if (heading.labels == 2)
+    block.labels.push_back(readLabel(rest, [] { return tr("the number of an integration point"); }));
   auto const& nodes = block.print->labels;
   if (!isNode || nodes.empty()) return;
   if (block.rowCount >= nodes.size())
     fail(tr("as many nodes as at the times before ({})", nodes.size()), tr("more"));
   if (auto const node = nodes[block.rowCount]; label != node)
     fail(tr("node {} as at the times before", node), std::to_string(label));
+}
+
+/// The next number, where it is spelt as usual and blanks follow; nothing, and nothing is taken, for all
+/// else.
+std::optional<double> CalculixReader::takePlainNumber(std::string_view& rest) const {
+  auto const* const end = rest.data() + rest.size();
+  auto const* const begin = std::find_if_not(rest.data(), end, isBlank);
+  double value = 0.0;
+  // The text goes on behind the line, and no number goes beyond its end.
+  auto const* const after = readDecimal(begin, m_rest.data() + m_rest.size(), value);
+  if (after == nullptr || (after != end && !isBlank(*after))) return std::nullopt;
+  rest.remove_prefix(static_cast<std::size_t>(after - rest.data()));
+  return value;
 }
 
 void CalculixReader::readValues(CalculixQuantity& quantity, std::string_view& rest,
@@ -414,6 +434,10 @@ void CalculixReader::readValues(CalculixQuantity& quantity, std::string_view& re
     if (components.empty()) fail(tr("a number"), quote(trimmed(rest)));
   }
   for (std::size_t i = 0; i < components.size(); ++i) {
+    if (auto const plain = takePlainNumber(rest)) {
+      values.push_back(*plain);
+      continue;
+    }
     auto const word = takeNumberText(rest);
     if (word.empty()) fail(tr("{} values in the row", components.size()), std::to_string(i));
     auto const value = parseNumber(word);

@@ -14,7 +14,6 @@ namespace Kestrel::ResultTables {
 
 namespace {
 
-bool isBlank(char c) { return c == ' ' || c == '\t'; }
 bool isSign(char c) { return c == '+' || c == '-'; }
 
 /// Whether the sign at `place` begins an exponent: behind a letter, or of three digits to the next number.

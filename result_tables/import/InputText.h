@@ -11,6 +11,9 @@ namespace Kestrel::ResultTables {
 [[nodiscard]] constexpr bool isDigit(char c) { return c >= '0' && c <= '9'; }
 [[nodiscard]] constexpr bool isLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
 
+/// What stands between words.
+[[nodiscard]] constexpr bool isBlank(char c) { return c == ' ' || c == '\t'; }
+
 /// The double nearest to the number that `text` is from its first to its last character: decimal point
 /// whatever the locale, an optional sign, an exponent after e or E, "NaN", "Inf", "Infinity" in any case; and
 /// as Fortran prints them, an exponent after d or D, or of three digits without a letter ("1.234-105"). Empty
