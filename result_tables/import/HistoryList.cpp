@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
+#include <utility>
 
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
@@ -28,27 +30,26 @@ void addValue(ListedHistory& listed, double value) {
   listed.range = {std::min(listed.range->first, value), std::max(listed.range->second, value)};
 }
 
-ListedHistory listHistory(Histories const& histories, History const& history) {
-  auto const& table = *history.table;
-  auto const& component = table.components[history.component];
-  ListedHistory listed;
-  listed.name = histories.usualName(history);
-  listed.kind = kindOf(table, component);
-  listed.entity = table.entity;
-  listed.component = component;
-  if (!table.units.empty()) listed.unit = table.units[history.component];
-  listed.times = table.times.size();
+/// The histories of a table, as far as the values do not matter.
+std::vector<ListedHistory> genHistories(Histories const& histories, HistoryTable const& table) {
+  ListedHistory common;
+  common.entity = table.entity;
+  common.times = table.times.size();
   if (!table.times.empty()) {
     auto const [first, last] = std::minmax_element(table.times.begin(), table.times.end());
-    listed.timeRange = {*first, *last};
+    common.timeRange = {*first, *last};
   }
-  listed.timeUnit = table.timeUnit;
-  for (std::size_t time = 0; time < table.times.size(); ++time) {
-    listed.entities = std::max(listed.entities, table.rowCount(time));
-    for (std::size_t row = 0; row < table.rowCount(time); ++row)
-      addValue(listed, table.value(time, row, history.component));
+  common.timeUnit = table.timeUnit;
+  for (std::size_t time = 0; time < table.times.size(); ++time)
+    common.entities = std::max(common.entities, table.rowCount(time));
+  std::vector list(table.components.size(), common);
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    list[i].name = histories.usualName({&table, i});
+    list[i].kind = kindOf(table, table.components[i]);
+    list[i].component = table.components[i];
+    if (!table.units.empty()) list[i].unit = table.units[i];
   }
-  return listed;
+  return list;
 }
 
 // ---- text
@@ -77,8 +78,12 @@ Cells cellsOf(ListedHistory const& listed) {
 std::vector<ListedHistory> listHistories(Histories const& histories) {
   std::vector<ListedHistory> list;
   for (auto const& table : histories.tables()) {
-    for (std::size_t i = 0; i < table.components.size(); ++i)
-      list.push_back(listHistory(histories, {&table, i}));
+    auto ofTable = genHistories(histories, table);
+    // In the order in which the values are stored.
+    for (auto row = table.values.begin(); row != table.values.end();) {
+      for (auto& listed : ofTable) addValue(listed, *row++);
+    }
+    std::move(ofTable.begin(), ofTable.end(), std::back_inserter(list));
   }
   return list;
 }
