@@ -7,11 +7,13 @@
 #include <deque>
 #include <functional>
 #include <iterator>
+#include <span>
 #include <string_view>
 #include <tuple>
 #include <unordered_map>
 
 #include "Business_TableProperties/FamilySections.h"
+#include "Business_TableProperties/LargestMagnitude.h"
 #include "Business_TableProperties/MaxValueSources.h"
 #include "Business_TableProperties/NaturalStringCompare.h"
 #include "VantaService_Translator/Translator.h"
@@ -28,18 +30,27 @@ constexpr unsigned int s_noStep = 0xFFFFFFFF;  // what a bound of the visible st
 /// The solver's states of failed joins, the only ones that make the values of a join meaningless.
 constexpr std::array<unsigned int, 3> s_failedJoinStates = {5, 9, 10};
 
-/// What `GreaterMagnitude` makes of the values. That a greater one is said to be unlikely keeps the
-/// comparisons from waiting for each other, which makes the pass about four times as fast.
-double largestMagnitude(StepValues<double>& values) {
-  double current = 0.0;
-  double magnitude = 0.0;
-  values.forEachValue([&](double value) {
-    if (std::abs(value) > magnitude) [[unlikely]] {
-      current = value;
-      magnitude = std::abs(value);
-    }
-  });
-  return current;
+template <typename Series>
+constexpr bool s_hasRawAccess = requires(Series& series) {
+  std::span<double const>(series.values());
+  std::span<std::pair<double, double> const>(series.pairs());
+};
+
+/// What `GreaterMagnitude` makes of the values.
+template <typename Series>
+double largestMagnitudeOf(Series& series) {
+  if constexpr (s_hasRawAccess<Series>) {
+    std::span<double const> const values = series.values();
+    return values.empty() ? largestMagnitude(series.pairs()) : largestMagnitude(values);
+  } else {
+    double current = 0.0;
+    series.forEachValue([&current](double value) {
+      // Said to be unlikely, as the comparisons would otherwise wait for each other.
+      if (std::abs(value) > std::abs(current)) [[unlikely]]
+        current = value;
+    });
+    return current;
+  }
 }
 
 std::string translate(char const* text) {
@@ -186,7 +197,7 @@ std::map<std::string, unsigned int> SimUnitMaxValuesProvider::createValueNameToC
 }
 
 double SimUnitMaxValuesProvider::computeMaxValue(StepValues<double>& values) const {
-  if (m_compare.target<GreaterMagnitude>() != nullptr) return largestMagnitude(values);
+  if (m_compare.target<GreaterMagnitude>() != nullptr) return largestMagnitudeOf(values);
   double current = 0.0;
   values.forEachValue([&](double value) {
     auto const compare = m_compare;  // a comparator may have a state, which each value finds as it was
