@@ -5,8 +5,8 @@
 #include <cmath>
 #include <cstddef>
 #include <deque>
-#include <functional>
 #include <iterator>
+#include <memory_resource>
 #include <span>
 #include <string_view>
 #include <tuple>
@@ -142,11 +142,14 @@ void makeAbsolute(MaxValueGroup& section) {
   }
 }
 
-/// Finds strings by parts of other ones.
-struct TextHash {
-  using is_transparent = void;
-  std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
-};
+/// How many series a tool has, where the host tells.
+template <typename ToolForces>
+std::size_t numberOfSeries(ToolForces const* toolForces) {
+  if constexpr (requires { toolForces->size(); })
+    return toolForces == nullptr ? 0 : toolForces->size();
+  else
+    return 0;
+}
 
 }  // namespace
 
@@ -297,20 +300,21 @@ void SimUnitMaxValuesProvider::assemblePilotsGroup(
     std::string const& pilotToolId, std::map<std::string, unsigned int> const& valueNameToColumnIndex,
     MaxValueGroup& group, std::vector<std::string> const& boltIds) const {
   if (group.subGroups.capacity() < 20) group.subGroups.reserve(20);
-  std::unordered_map<std::string, std::size_t, TextHash, std::equal_to<>> rowOfPilot;
+  auto* const toolForces = m_simulationUnit->getToolForces(pilotToolId);
+  std::pmr::monotonic_buffer_resource memory;
+  std::pmr::unordered_map<std::string, std::size_t> rowOfPilot(&memory);
+  rowOfPilot.reserve(numberOfSeries(toolForces));
   auto const setMaxValue = [&](std::string_view pilot, unsigned int column, std::string const&,
                                std::shared_ptr<StepValues<double>> const& series) {
-    auto entry = rowOfPilot.find(pilot);
-    if (entry == rowOfPilot.end()) {
-      entry = rowOfPilot.emplace(pilot, rowOfPilot.size()).first;
+    auto const [entry, isNew] = rowOfPilot.try_emplace(std::string(pilot), rowOfPilot.size());
+    if (isNew) {
       group.subGroups.resize(entry->second);
       appendItem(group, entry->first, std::vector<double>(valueNameToColumnIndex.size(), 0.0));
     }
     auto& row = group.subGroups[entry->second].items.front().maxValues;
     if (column < row.size()) row[column] = computeMaxValue(*series);
   };
-  forEachPilotSeries(m_simulationUnit->getToolForces(pilotToolId), valueNameToColumnIndex, boltIds,
-                     setMaxValue);
+  forEachPilotSeries(toolForces, valueNameToColumnIndex, boltIds, setMaxValue);
 }
 
 void SimUnitMaxValuesProvider::assembleToolContainer(MaxValueGroupContainer& container,
