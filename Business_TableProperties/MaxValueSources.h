@@ -174,7 +174,11 @@ void forEachVisibleStep(SimulationUnit const& unit, std::shared_ptr<SimulationRe
 }
 
 /// The identifiers of the joins that a unit defines. They are compared; where the host orders them too, that
-/// is used.
+/// is used. The identifiers that are asked for come in rounds, mostly the same ones in the same order, so
+/// that each is compared first with the one that came at its place in an earlier round.
+///
+/// The table of 20,000 line joining tools over 100 steps takes 0.9 s with it and 1.2 s without
+/// (benchmarks/families).
 template <typename Id>
 class DefinedJoins {
  public:
@@ -182,29 +186,66 @@ class DefinedJoins {
     if constexpr (s_isOrdered) std::sort(m_ids.begin(), m_ids.end(), isBefore);
   }
 
-  [[nodiscard]] bool contains(Id const& id) const {
+  void startRound() { m_place = 0; }
+
+  [[nodiscard]] bool contains(Id const& id) {
+    auto const place = m_place++;
+    if (place == m_answers.size()) m_answers.push_back({id, find(id)});
+    return m_answers[place].id == id ? m_answers[place].isDefined : find(id);
+  }
+
+ private:
+  struct Answer {
+    Id id;
+    bool isDefined;
+  };
+
+  static constexpr bool s_isOrdered = requires(Id const& a, Id const& b) { a < b; };
+  static bool isBefore(Id const& a, Id const& b) { return a < b; }
+
+  [[nodiscard]] bool find(Id const& id) const {
     if constexpr (s_isOrdered)
       return std::binary_search(m_ids.begin(), m_ids.end(), id, isBefore);
     else
       return std::find(m_ids.begin(), m_ids.end(), id) != m_ids.end();
   }
 
- private:
-  static constexpr bool s_isOrdered = requires(Id const& a, Id const& b) { a < b; };
-  static bool isBefore(Id const& a, Id const& b) { return a < b; }
-
   std::vector<Id> m_ids;
+  std::vector<Answer> m_answers;  // by place in the round
+  std::size_t m_place = 0;
+};
+
+/// Wants every line join.
+struct AnyLineJoin {
+  void startRound() {}
+  bool operator()(SimulationBodyLineJoin&) { return true; }
+};
+
+/// Wants those that are defined in the unit.
+class LineJoinDefinedIn {
+ public:
+  explicit LineJoinDefinedIn(SimulationUnit const& unit)
+      : m_definedJoins(unit.getEvalIDOfJoinDefinedInSimUnitVector()) {}
+
+  void startRound() { m_definedJoins.startRound(); }
+  bool operator()(SimulationBodyLineJoin& lineJoin) {
+    return m_definedJoins.contains(lineJoin.getEvalSimulationUnitJoinGUID());
+  }
+
+ private:
+  DefinedJoins<EvalSimulationUnitJoinGUID> m_definedJoins;
 };
 
 /// Replaces the content of `lineJoins`, a map from display names to lists, by what `genRecord(lineJoin,
-/// number)` makes of the line joins of the visible steps for which `isWanted(lineJoin)`, ascending by step.
-template <typename LineJoins, typename IsWanted, typename GenRecord>
+/// number)` makes of the line joins of the visible steps that are wanted, ascending by step.
+template <typename LineJoins, typename GenRecord, typename IsWanted>
 void collectLineJoins(LineJoins& lineJoins, SimulationUnit const& unit,
-                      std::shared_ptr<SimulationResult> const& result, IsWanted const& isWanted,
-                      GenRecord const& genRecord) {
+                      std::weak_ptr<SimulationResult> const& result, GenRecord const& genRecord,
+                      IsWanted isWanted) {
   RecurringKeys recordsOf(lineJoins);
-  forEachVisibleStep(unit, result, [&](SimulationStep& step, unsigned int number) {
+  forEachVisibleStep(unit, result.lock(), [&](SimulationStep& step, unsigned int number) {
     recordsOf.startRound();
+    isWanted.startRound();
     std::for_each(step.beginLineJoinMap(), step.endLineJoinMap(), [&](auto const& entry) {
       auto const& lineJoin = entry.second;
       if (lineJoin && isWanted(*lineJoin))
@@ -213,14 +254,12 @@ void collectLineJoins(LineJoins& lineJoins, SimulationUnit const& unit,
   });
 }
 
-/// All line joins of the visible steps. The flag is asked for before the result is locked.
+/// All line joins of the visible steps.
 template <typename LineJoins, typename GenRecord>
 void collectAllLineJoins(LineJoins& lineJoins, SimulationUnit const& unit,
                          std::weak_ptr<SimulationResult> const& result, GenRecord const& genRecord) {
   lineJoins.clear();
-  if (!unit.hasVisibleSimulationSteps()) return;
-  collectLineJoins(
-      lineJoins, unit, result.lock(), [](auto&) { return true; }, genRecord);
+  if (unit.hasVisibleSimulationSteps()) collectLineJoins(lineJoins, unit, result, genRecord, AnyLineJoin());
 }
 
 /// Those of them that are defined in the unit.
@@ -228,12 +267,8 @@ template <typename LineJoins, typename GenRecord>
 void collectDefinedLineJoins(LineJoins& lineJoins, SimulationUnit const& unit,
                              std::weak_ptr<SimulationResult> const& result, GenRecord const& genRecord) {
   lineJoins.clear();
-  if (!unit.hasVisibleSimulationSteps()) return;
-  DefinedJoins const definedHere(unit.getEvalIDOfJoinDefinedInSimUnitVector());
-  auto const isDefinedHere = [&definedHere](auto& lineJoin) {
-    return definedHere.contains(lineJoin.getEvalSimulationUnitJoinGUID());
-  };
-  collectLineJoins(lineJoins, unit, result.lock(), isDefinedHere, genRecord);
+  if (unit.hasVisibleSimulationSteps())
+    collectLineJoins(lineJoins, unit, result, genRecord, LineJoinDefinedIn(unit));
 }
 
 /// The range values of a line join's skin.
