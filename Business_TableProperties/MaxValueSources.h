@@ -111,8 +111,8 @@ struct PilotTool {
 /// Access to the entries of a map for keys that come in rounds, mostly the same keys in the same order in
 /// each round: such a key costs one comparison with the key that came at its place in the round before.
 ///
-/// The tables of 20,000 joining tongs over 100 steps take 159 ms with it and 410 ms without, spot welds 390
-/// and 937 ms, line welds 1.0 and 2.8 s (benchmarks/families).
+/// The table of 20,000 spot welds over 100 steps takes 390 ms with it and 937 ms without, that of line welds
+/// 1.0 and 2.8 s (benchmarks/families).
 template <typename Map>
 class RecurringKeys {
  public:

@@ -99,6 +99,26 @@ TEST_F(LineJoinGroups, OfLineJoiningToolsAreDistanceAndGapOfTheUnitsOwnJoins) {
   EXPECT_THAT(rowsOf(table->groups[0]), ElementsAre(Row{"", "LJ 1", {0.2, -0.4}}));
 }
 
+TEST_F(LineJoinGroups, OfLineJoiningToolsAreTheUnitsOwnJoinsThoughJoinsComeAndGo) {
+  auto const own = idEndingIn<Definition>('a');
+  auto const other = idEndingIn<Definition>('c');
+  m_test.unit.addJoinDefinedInSimUnit(own);
+  auto& first = m_test.addStep();
+  addLineJoin(first, '1', withRange(lineJoin("id 1", "LJ 1", 0, own), "LineJoinGap", 0.5, 0.5));
+  addLineJoin(first, '2', withRange(lineJoin("id 2", "LJ 2", 0, other), "LineJoinGap", 9.0, 9.0));
+  auto& second = m_test.addStep();
+  addLineJoin(second, '2', withRange(lineJoin("id 2", "LJ 2", 0, other), "LineJoinGap", 9.0, 9.0));
+  addLineJoin(second, '3', withRange(lineJoin("id 3", "LJ 3", 0, own), "LineJoinGap", 0.25, 0.25));
+  addLineJoin(second, '4', withRange(lineJoin("id 4", "LJ 4", 0, other), "LineJoinGap", 9.0, 9.0));
+  auto& third = m_test.addStep();
+  addLineJoin(third, '3', withRange(lineJoin("id 3", "LJ 3", 0, own), "LineJoinGap", -0.75, 0.0));
+  m_test.unit.setVisibleSteps(0, 2);
+  auto const table = this->table(DataType::LineJoiningTools);
+  ASSERT_THAT(table->groups, SizeIs(1));
+  EXPECT_THAT(rowsOf(table->groups[0]),
+              ElementsAre(Row{"", "LJ 1", {0.0, 0.5}}, Row{"", "LJ 3", {0.0, -0.75}}));
+}
+
 TEST_F(LineJoinGroups, LeaveTheTablesAloneWithoutLineJoins) {
   addLineJoin(m_test.addStep(), '1', lineJoin("id 1", "LJ 1", 0));
   EXPECT_TRUE(isUntouched(*table(DataType::LineWelds))) << "no visible steps";
