@@ -9,7 +9,7 @@
 using Lanes [[gnu::vector_size(KESTREL_LANES * sizeof(double))]] = double;
 using Two [[gnu::vector_size(2 * sizeof(double))]] = double;
 
-constexpr std::size_t s_lanes = KESTREL_LANES;
+inline constexpr std::size_t s_lanes = KESTREL_LANES;
 
 /// The greatest and the smallest number that were seen in each lane, from 0.0 on.
 struct Extremes {
