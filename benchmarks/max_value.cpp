@@ -122,7 +122,6 @@ KESTREL_TARGET double read(StepValues<double>& series) {
 // --- the benchmarks ----------------------------------------------------------------------------------------
 
 struct Peer {
-  char const* name;
   double (*function)(StepValues<double>&);
   bool givesTheValue = true;
 };
@@ -144,13 +143,6 @@ void run(benchmark::State& state, Peer const& peer, bool ofPairs) {
                          benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
-void add(Peer const& peer, bool ofPairs) {
-  auto const name = (ofPairs ? std::string("pairs_") : std::string()) + peer.name;
-  auto* const one = benchmark::RegisterBenchmark(name.c_str(), run, peer, ofPairs);
-  one->ArgName("values");
-  for (auto const values : {64, 500, 4096, 100'000, 10'000'000}) one->Arg(values);
-}
-
 bool canRead() {
 #ifdef __x86_64__
   return __builtin_cpu_supports("avx2") != 0;
@@ -159,17 +151,37 @@ bool canRead() {
 #endif
 }
 
+void plain(benchmark::State& state, Peer const& peer) { run(state, peer, false); }
+
+void pairs(benchmark::State& state, Peer const& peer) { run(state, peer, true); }
+
+void reading(benchmark::State& state) {
+  if (canRead()) {
+    run(state, {read, false}, false);
+  } else {
+    state.SkipWithError("this machine has no AVX2");
+  }
+}
+
+void lengths(benchmark::internal::Benchmark* one) {
+  one->ArgName("values");
+  for (auto const values : {64, 500, 4096, 100'000, 10'000'000}) one->Arg(values);
+}
+
+BENCHMARK_CAPTURE(plain, library, Peer{library})->Name("library")->Apply(lengths);
+BENCHMARK_CAPTURE(plain, baseline, Peer{baseline})->Name("baseline")->Apply(lengths);
+BENCHMARK_CAPTURE(plain, loop, Peer{loop})->Name("loop")->Apply(lengths);
+BENCHMARK_CAPTURE(plain, idamax, Peer{idamax})->Name("idamax")->Apply(lengths);
+BENCHMARK(reading)->Name("read")->Apply(lengths);
+BENCHMARK_CAPTURE(pairs, library, Peer{library})->Name("pairs_library")->Apply(lengths);
+BENCHMARK_CAPTURE(pairs, baseline, Peer{baseline})->Name("pairs_baseline")->Apply(lengths);
+BENCHMARK_CAPTURE(pairs, loop, Peer{loop})->Name("pairs_loop")->Apply(lengths);
+
 }  // namespace
 
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   openblas_set_num_threads(1);
-  for (bool const ofPairs : {false, true}) {
-    for (Peer const& peer : {Peer{"library", library}, Peer{"baseline", baseline}, Peer{"loop", loop}})
-      add(peer, ofPairs);
-  }
-  add({"idamax", idamax}, false);
-  if (canRead()) add({"read", read, false}, false);
   benchmark::RunSpecifiedBenchmarks();
 }

@@ -4,10 +4,12 @@
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <iterator>
 #include <random>
 #include <string>
+#include <string_view>
 
 #include "result_tables/render/Formats.h"
 #include "result_tables/results/ResultsFile.h"
@@ -63,19 +65,19 @@ void origins(benchmark::State& state) {
   }
 }
 
-void rendering(benchmark::State& state, Format<Tables> const& format) {
+void rendering(benchmark::State& state, std::string_view form) {
   auto const& all = tables();
+  auto const* const format = std::ranges::find(s_tableFormats, form, &Format<Tables>::name);
   std::size_t size = 0;
-  for ([[maybe_unused]] auto const iteration : state) size = format.render(all, {}).size();
+  for ([[maybe_unused]] auto const iteration : state) size = format->render(all, {}).size();
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(size));
 }
 
+BENCHMARK(origins)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(rendering, text, "text")->Name("text")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(rendering, json, "json")->Name("json")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(rendering, csv, "csv")->Name("csv")->Unit(benchmark::kMillisecond);
+
 }  // namespace
 
-int main(int argc, char** argv) {
-  benchmark::RegisterBenchmark("origins", origins)->Unit(benchmark::kMillisecond);
-  for (auto const& format : s_tableFormats)
-    benchmark::RegisterBenchmark(format.name.data(), rendering, format)->Unit(benchmark::kMillisecond);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-}
+BENCHMARK_MAIN();
