@@ -246,18 +246,24 @@ std::string mutated(std::string text, std::mt19937& random) {
   return text;
 }
 
-/// KESTREL_MUTATIONS in the environment says how many, where more are wanted than each run of the tests has.
+/// The number in the environment, where it says one.
+unsigned long fromEnvironment(char const* name, unsigned long otherwise) {
+  auto const* const text = std::getenv(name);
+  return text != nullptr ? std::stoul(text) : otherwise;
+}
+
+/// More of them than each run of the tests has, and other ones:
+/// KESTREL_MUTATIONS=10000000 KESTREL_SEED=1 build/release/tests/ReadingWaysTest
 TEST(ReadingWays, MakeNoDifferenceToDamagedFiles) {
-  auto const* const wanted = std::getenv("KESTREL_MUTATIONS");
-  auto const count = wanted != nullptr ? std::strtol(wanted, nullptr, 10) : 5'000;
+  auto const count = fromEnvironment("KESTREL_MUTATIONS", 5'000);
   std::vector<std::string> const texts = {
       fileOfNumber("-123.456789"), fileOfNumber("null"), fileOfNumber("\"-Infinity\""),
       fileOfNumber("12345678901234567890e-7"),
       fileWith(
           R"({"id":"C","kind":"clamp","tangentialForce":{"pairs":[[1,0.5],[-2e3,1]]}},{"id":"D","kind":"pilot"})")};
-  std::mt19937 random(20261122);
-  for (long i = 0; i < count; ++i)
-    expectNoDifference(mutated(texts[static_cast<std::size_t>(i) % texts.size()], random), i % 20 == 0);
+  std::mt19937 random(static_cast<std::mt19937::result_type>(fromEnvironment("KESTREL_SEED", 20261122)));
+  for (unsigned long i = 0; i < count; ++i)
+    expectNoDifference(mutated(texts[i % texts.size()], random), i % 100 == 0);
 }
 
 }  // namespace

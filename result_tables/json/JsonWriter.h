@@ -1,10 +1,11 @@
 #pragma once
 
+#include <rapidjson/prettywriter.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace Kestrel::ResultTables {
 
@@ -12,6 +13,8 @@ namespace Kestrel::ResultTables {
 /// JSON does.
 class JsonWriter {
  public:
+  JsonWriter();
+
   void beginObject();
   void endObject();
   void beginArray();
@@ -46,20 +49,19 @@ class JsonWriter {
   [[nodiscard]] std::string take();
 
  private:
-  /// An object or an array that is open.
-  struct Level {
-    bool isArray;
-    std::size_t count = 0;  ///< of what stands in it: values, and keys too
+  void raw(std::string_view json, rapidjson::Type type);
+
+  /// Where the library's writer puts its characters, in that one's spelling.
+  struct Output {
+    using Ch = char;
+    void Put(char c) { text += c; }
+    void Flush() {}
+    std::string text;
   };
 
-  void begin(char bracket, bool isArray);
-  void end(char bracket);
-  void beginValue();
-  void beginLine();
-  void escape(std::string_view text);
-
-  std::string m_out;
-  std::vector<Level> m_levels;
+  Output m_output;
+  rapidjson::PrettyWriter<Output> m_writer;
+  std::string m_value;             ///< that is being written
   std::size_t m_inlineArrays = 0;  ///< that are open
 };
 
