@@ -172,9 +172,9 @@ def measure(quick, only):
 
 
 def read_reasons():
-    """Why a goal is missed, by section and row: "Section: row / beside = reason"."""
+    """Why a goal is missed, by section and row: "Section: row / beside = reason"; a row may have " = " in its name."""
     lines = (ROOT / "benchmarks/report/reasons.txt").read_text().splitlines()
-    pairs = [line.split(" = ", 1) for line in lines if line and not line.startswith("#")]
+    pairs = [line.rsplit(" = ", 1) for line in lines if line and not line.startswith("#")]
     return dict(pairs)
 
 
