@@ -112,5 +112,26 @@ TEST(NumberStore, NeverGrowsSpareMemory) {
   EXPECT_EQ(spare.use_count(), 1);
 }
 
+/// The block before it may be gone by then, which the address sanitizer would tell.
+TEST(NumberStore, GrowsOutOfSpareMemoryThatFollowsABlockOfItsOwn) {
+  auto spare = std::make_shared<std::array<double, 2000>>();
+  std::weak_ptr<void const> const given = spare;
+  int asked = 0;
+  NumberStore<double> store([&](std::size_t) {
+    if (++asked != 2) return SpareMemory{};
+    auto* const data = spare->data();
+    return SpareMemory{std::move(spare), data, sizeof(std::array<double, 2000>)};
+  });
+  for (int i = 0; i < 512; ++i) store.add(i);
+  close(store);
+  for (int i = 0; i < 5000; ++i) store.add(i);
+  auto const series = close(store);
+  EXPECT_EQ(asked, 3);
+  ASSERT_EQ(series.second.size(), 5000u);
+  EXPECT_EQ(series.second.front(), 0);
+  EXPECT_EQ(series.second.back(), 4999);
+  EXPECT_TRUE(given.expired()) << "nothing of the series is in it any more";
+}
+
 }  // namespace
 }  // namespace Kestrel::ResultTables
