@@ -46,14 +46,14 @@ std::string genResults() {
 
 Tables const& tables() {
   static auto const file = readResults("results.json", genResults());
-  static auto const all = genResultTables(file, {}, {});
+  static auto const all = genTables(file, {}, {});
   return all;
 }
 
 void origins(benchmark::State& state) {
   auto const& all = tables();
   for ([[maybe_unused]] auto const iteration : state) {
-    for (auto const& table : all) {
+    for (auto const& table : all.tables) {
       auto const& groups = table.container().groups;
       for (std::size_t i = 0; i < groups.size(); ++i) {
         for (std::size_t k = 0; k < groups[i].subGroups.size(); ++k) {

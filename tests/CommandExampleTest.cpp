@@ -21,9 +21,9 @@ using testing::HasSubstr;
 // ---- the form
 
 /// The extremes as a list of Markdown.
-std::string renderMarkdown(std::vector<ResultTable> const& tables) {
+std::string renderMarkdown(Tables const& tables) {
   std::string out;
-  for (auto const& table : tables) {
+  for (auto const& table : tables.tables) {
     out += "## " + toPrintable(table.title()) + "\n\n";
     for (std::size_t group = 0; group < table.container().groups.size(); ++group) {
       for (auto const& subGroup : table.container().groups[group].subGroups) {
@@ -42,7 +42,7 @@ std::string renderMarkdown(std::vector<ResultTable> const& tables) {
 
 constexpr Format<Tables> s_reportFormats[] = {
     {"markdown", renderInAnyStyle<renderMarkdown, Tables>},
-    {"text", renderText},
+    {"text", renderTables<renderText>},
 };
 
 // ---- the command
@@ -57,7 +57,7 @@ struct ReportOptions {
 ExitCode report(ReportOptions const& options) {
   auto const file = readResultsFile(options.results);
   auto const limits = limitsFor(options.results, options.limits, file);
-  write(options.output, genResultTables(file, options.selection, limits));
+  write(options.output, genTables(file, options.selection, limits));
   return ExitCode::nothingFound;
 }
 

@@ -46,7 +46,7 @@ TEST(Formats, RenderWhatTheirNamesSay) {
   SimulationUnit const unit{SimulationUnitId(), "OP20"};
   auto const container =
       std::make_shared<MaxValueGroupContainer>(MaxValueGroupContainer::DataType::Bolts, unit.getID());
-  Tables const tables = {genTable(unit, container, ResultLimits())};
+  Tables const tables = {{genTable(unit, container, ResultLimits())}, {}};
   EXPECT_EQ(s_tableFormats[0].render(tables, {}), "OP20: Bolts\n  no elements\n");
   EXPECT_EQ(s_tableFormats[0].render(tables, {.colour = true}), "\x1b[1mOP20: Bolts\x1b[0m\n  no elements\n");
   EXPECT_THAT(s_tableFormats[1].render(tables, {}), testing::StartsWith("file,unit,unitId,family,"));

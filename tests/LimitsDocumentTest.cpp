@@ -141,6 +141,13 @@ TEST_F(LimitsDocument, MayBeATextForThoseWhoOnlyRead) {
             m_document.string() + ": document: expected a member \"format\", found none");
 }
 
+TEST_F(LimitsDocument, IsNamedByWhatIsReadFromIt) {
+  EXPECT_EQ(readLimitsIfExist(m_document, m_file).source, "") << "the defaults";
+  editLimits(m_document, m_file, [](TablePropertiesData&) {});
+  EXPECT_EQ(readLimitsIfExist(m_document, m_file).source, m_document);
+  EXPECT_EQ(limitsIn(R"({"format": "limits", "version": 1})", "policy.json", m_file).source, "policy.json");
+}
+
 TEST_F(LimitsDocument, IsAnErrorWhenItExistsAndCannotBeRead) {
   fs::create_directory(m_document);
   EXPECT_EQ(errorOfReading(m_document), m_document.string() + ": cannot read: Is a directory");

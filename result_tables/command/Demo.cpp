@@ -19,7 +19,7 @@ ExitCode demo(DemoOptions const& options) {
   auto const sample = readSample();
   auto const limits =
       options.limits.empty() ? ResultLimits{genDefaultLimits(sample)} : readLimits(options.limits, sample);
-  write(options.output, genResultTables(sample, options.selection, limits));
+  write(options.output, genTables(sample, options.selection, limits));
   return ExitCode::nothingFound;
 }
 

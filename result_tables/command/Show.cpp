@@ -1,9 +1,7 @@
 #include "result_tables/command/Show.h"
 
-#include <algorithm>
 #include <deque>
 #include <exception>
-#include <iterator>
 
 #include "result_tables/base/Progress.h"
 #include "result_tables/command/CommonOptions.h"
@@ -35,10 +33,11 @@ void readFile(ShownFiles& shown, std::string const& results, ShowOptions const& 
     auto file = readResults(results, options.input, options.selection.units,
                             [&shown](std::string const& note) { shown.messages.push_back(note); });
     auto const limits = namedLimits.of(results, file);
-    std::ranges::move(genResultTables(file, options.selection, limits), std::back_inserter(shown.tables));
+    shown.tables.append(genTables(file, options.selection, limits));
     shown.files.push_back(std::move(file));
   } catch (std::exception const& error) {
     shown.messages.emplace_back(error.what());
+    shown.tables.files.push_back({results, {}, {}, error.what()});
     shown.hasErrors = true;
   }
 }

@@ -44,8 +44,10 @@ std::shared_ptr<TablePropertiesData> limitsToChange(std::filesystem::path const&
 
 ResultLimits limitsIn(std::string const& content, std::filesystem::path const& document,
                       ResultsFile const& file) {
-  if (isLimitsText(content)) return genLimits(readLimitsText(document.native(), content), file);
-  return {limitsInArchive(content, document, file)};
+  auto limits = isLimitsText(content) ? genLimits(readLimitsText(document.native(), content), file)
+                                      : ResultLimits{limitsInArchive(content, document, file)};
+  limits.source = document.native();
+  return limits;
 }
 
 ResultLimits readLimits(std::filesystem::path const& document, ResultsFile const& file) {

@@ -24,6 +24,8 @@ struct ResultLimits {
   std::shared_ptr<TablePropertiesData> collection = std::make_shared<TablePropertiesData>();
   /// By unit, for columns that the collection has no limit for.
   std::map<SimulationUnitId, ColumnLimits> columns = {};
+  /// The document or the text that they were read from; empty where they are the defaults.
+  std::string source = {};
 
   /// The limit of the column itself; empty where there is none.
   [[nodiscard]] std::optional<double> ofColumn(SimulationUnitId const& unit, ColumnName const& column) const {

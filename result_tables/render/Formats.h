@@ -22,6 +22,7 @@
 #include "result_tables/render/TextSeries.h"
 #include "result_tables/render/TextStyle.h"
 #include "result_tables/render/TextTables.h"
+#include "result_tables/tables/Tables.h"
 
 namespace Kestrel::ResultTables {
 
@@ -44,27 +45,37 @@ std::string renderInAnyStyle(Subject const& subject, TextStyle const&) {
   return render(subject);
 }
 
+/// For those that say nothing of the files.
+template <auto render>
+std::string renderTables(Tables const& tables, TextStyle const& style) {
+  return render(tables.tables, style);
+}
+
 template <CsvDialect const& dialect, typename Subject>
 std::string renderInDialect(Subject const& subject, TextStyle const&) {
   return renderCsv(subject, dialect);
 }
 
-using Tables = std::vector<ResultTable>;
 using Findings = std::vector<FileFindings>;
 using SeriesList = std::vector<TableSeries>;
 using ListedLimits = std::vector<ListedLimit>;
 
 /// The forms of what commands put out; the first is the one for people.
 inline constexpr Format<Tables> s_tableFormats[] = {
-    {"text", renderText},
-    {"csv", renderInDialect<s_plainCsv, Tables>},
-    {"json", renderInAnyStyle<renderJson, Tables>},
+    {"text", renderTables<renderText>},
+    {"csv", renderTables<renderInDialect<s_plainCsv, std::vector<ResultTable>>>},
+    {"json", renderTables<renderInAnyStyle<renderJson, std::vector<ResultTable>>>},
 };
 /// What `--csv` chooses from, for each subject that has a row "csv".
 template <typename Subject>
 inline constexpr Format<Subject> s_csvDialects[] = {
     {"plain", renderInDialect<s_plainCsv, Subject>},
     {"excel-de", renderInDialect<s_excelDeCsv, Subject>},
+};
+template <>
+inline constexpr Format<Tables> s_csvDialects<Tables>[] = {
+    {"plain", renderTables<renderInDialect<s_plainCsv, std::vector<ResultTable>>>},
+    {"excel-de", renderTables<renderInDialect<s_excelDeCsv, std::vector<ResultTable>>>},
 };
 inline constexpr Format<Findings> s_findingsFormats[] = {
     {"text", renderFindingsAsText},

@@ -8,27 +8,9 @@ namespace Kestrel::ResultTables {
 
 namespace {
 
-void appendInvalidItems(std::vector<InvalidItem>& invalid, ResultTable const& table) {
-  auto const& container = table.container();
-  if (container.invalidValuesText.empty() || container.groups.empty()) return;
-  auto const& subGroups = container.groups.front().subGroups;
-  for (std::size_t i = 0; i < subGroups.size(); ++i) {
-    for (std::size_t k = 0; k < subGroups[i].items.size(); ++k) {
-      if (!table.isValid(subGroups[i].items[k])) invalid.push_back({i, k});
-    }
-  }
-}
-
-CheckedValue checkValue(ResultTable const& table, ResultTable::Place const& place, MaxValueItem const& item) {
-  auto const origin = table.origin(place);
-  return {place,
-          item.maxValues[place.column],
-          table.isValid(item),
-          table.isExceeded(place.group, place.column, item),
-          origin.step,
-          origin.companion,
-          origin.count,
-          origin.nanCount};
+CheckedValue checkValue(ResultTable const& table, ResultTable::Place const& place, bool isValid) {
+  auto const [value, origin, isExceeded] = table.genValue(place);
+  return {place, value, isValid, isExceeded, origin.step, origin.companion, origin.count, origin.nanCount};
 }
 
 void appendValues(std::vector<CheckedValue>& values, ResultTable const& table, std::size_t group) {
@@ -37,8 +19,9 @@ void appendValues(std::vector<CheckedValue>& values, ResultTable const& table, s
   for (std::size_t i = 0; i < subGroups.size(); ++i) {
     for (std::size_t k = 0; k < subGroups[i].items.size(); ++k) {
       auto const& item = subGroups[i].items[k];
+      bool const isValid = table.isValid(item);
       for (std::size_t c = 0; c < std::min(columns.size(), item.maxValues.size()); ++c) {
-        if (columns[c].limit) values.push_back(checkValue(table, {group, i, k, c}, item));
+        if (columns[c].limit) values.push_back(checkValue(table, {group, i, k, c}, isValid));
       }
     }
   }
@@ -109,6 +92,19 @@ std::size_t FileFindings::countCompared() const { return sumOf(tables, &TableFin
 
 std::size_t FileFindings::countWithoutData() const { return sumOf(tables, &TableFindings::countWithoutData); }
 
+std::vector<InvalidItem> findInvalidItems(ResultTable const& table) {
+  std::vector<InvalidItem> invalid;
+  auto const& container = table.container();
+  if (container.invalidValuesText.empty() || container.groups.empty()) return invalid;
+  auto const& subGroups = container.groups.front().subGroups;
+  for (std::size_t i = 0; i < subGroups.size(); ++i) {
+    for (std::size_t k = 0; k < subGroups[i].items.size(); ++k) {
+      if (!table.isValid(subGroups[i].items[k])) invalid.push_back({i, k});
+    }
+  }
+  return invalid;
+}
+
 TableFindings genFindings(ResultTable const& table) {
   auto const& container = table.container();
   TableFindings found{table.unit().getSimulationUnitName(),
@@ -116,9 +112,8 @@ TableFindings genFindings(ResultTable const& table) {
                       familyName(container.dataType),
                       table.sharedContainer(),
                       table.columns(),
-                      {},
+                      findInvalidItems(table),
                       {}};
-  appendInvalidItems(found.invalidItems, table);
   for (std::size_t i = 0; i < container.groups.size(); ++i) appendValues(found.values, table, i);
   return found;
 }

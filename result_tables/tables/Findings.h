@@ -91,6 +91,10 @@ struct FileFindings {
   [[nodiscard]] std::size_t countWithoutData() const;
 };
 
+/// The rows of a table whose values cannot be trusted, in the order of the first section's rows. None where
+/// the family does not say what invalid means.
+[[nodiscard]] std::vector<InvalidItem> findInvalidItems(ResultTable const& table);
+
 /// Passes once over the series of the columns that have a limit.
 [[nodiscard]] TableFindings genFindings(ResultTable const& table);
 

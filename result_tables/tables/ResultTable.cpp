@@ -80,13 +80,17 @@ bool ResultTable::isExceeded(std::size_t group, std::size_t column, MaxValueItem
   return limit && std::abs(item.maxValues[column]) > limit->value && isValid(item);
 }
 
+TableValue ResultTable::genValue(Place const& place) const {
+  auto const& item = m_container->groups[place.group].subGroups[place.subGroup].items[place.item];
+  return {item.maxValues[place.column], origin(place), isExceeded(place.group, place.column, item)};
+}
+
 std::vector<TableValue> ResultTable::genRow(std::size_t group, std::size_t subGroup, std::size_t item) const {
   auto const& shown = m_container->groups[group].subGroups[subGroup].items[item];
   auto const count = std::min(shown.maxValues.size(), m_columns[group].size());
   std::vector<TableValue> row;
   row.reserve(count);
-  for (std::size_t i = 0; i < count; ++i)
-    row.push_back({shown.maxValues[i], origin({group, subGroup, item, i}), isExceeded(group, i, shown)});
+  for (std::size_t i = 0; i < count; ++i) row.push_back(genValue({group, subGroup, item, i}));
   return row;
 }
 

@@ -85,6 +85,9 @@ class ResultTable {
   /// The series that a value comes from.
   [[nodiscard]] MaxValueSeries genSeries(Place const& place) const { return m_origins->genGetSeries(place); }
 
+  /// The value at a place that has a column. Passes over its series.
+  [[nodiscard]] TableValue genValue(Place const& place) const;
+
   /// The values of `container().groups[group].subGroups[subGroup].items[item]` that have a column. Passes
   /// over their series with each call.
   [[nodiscard]] std::vector<TableValue> genRow(std::size_t group, std::size_t subGroup,
