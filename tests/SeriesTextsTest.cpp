@@ -25,11 +25,13 @@ TEST(SeriesTexts, SayTheValueOfTheTableWithStepAndTime) {
   EXPECT_EQ(extremeText(seriesOf({s_nan, 0}), 7), "0 N");
   EXPECT_EQ(extremeText(seriesOf({s_nan, s_nan}), 7), "NaN");
   EXPECT_EQ(extremeText(seriesOf({}), 7), "no data");
+  EXPECT_EQ(extremeText(seriesOf({1, 2.5}, {0, 0.125}), 7, ','), "2,5 N, step 1, time 0,125");
 }
 
 TEST(SeriesTexts, SayTheLimit) {
   EXPECT_EQ(limitText(-1234.5678, "N", 5), "limit -1234.6 N");
   EXPECT_EQ(limitText(30, "", 7), "limit 30");
+  EXPECT_EQ(limitText(30.5, "N", 7, ','), "limit 30,5 N");
 }
 
 TEST(SeriesTexts, SayHowMuchDataThereIs) {

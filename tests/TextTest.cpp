@@ -259,6 +259,7 @@ TEST(NumberWithUnit, HasItsUnitBehind) {
   EXPECT_EQ(withUnit(-12.5, "N", 7), "-12.5 N");
   EXPECT_EQ(withUnit(1234.5678, "a\nb", 5), "1234.6 a␊b");
   EXPECT_EQ(withUnit(7, "", 7), "7");
+  EXPECT_EQ(withUnit(-12.5, "1.2 N", 7, ','), "-12,5 1.2 N");
 }
 
 }  // namespace

@@ -180,12 +180,14 @@ std::string describeByte(char byte) {
   return tr("byte {}", fmt::format("0x{:02X}", static_cast<unsigned char>(byte)));
 }
 
-std::string formatNumber(double value, int digits) {
-  return fmt::format(FMT_COMPILE("{:.{}g}"), value, digits);
+std::string formatNumber(double value, int digits, char decimalMark) {
+  auto number = fmt::format(FMT_COMPILE("{:.{}g}"), value, digits);
+  if (decimalMark != '.') std::replace(number.begin(), number.end(), '.', decimalMark);
+  return number;
 }
 
-std::string withUnit(double value, std::string_view unit, int digits) {
-  auto const number = formatNumber(value, digits);
+std::string withUnit(double value, std::string_view unit, int digits, char decimalMark) {
+  auto const number = formatNumber(value, digits, decimalMark);
   return unit.empty() ? number : number + ' ' + toPrintable(unit);
 }
 

@@ -49,11 +49,12 @@ void appendShortestForm(std::string& out, double value, char decimalMark = '.');
 void appendInteger(std::string& out, std::uint64_t value);
 
 /// `value` with up to `digits` significant digits, for people: no zeros at the end, an exponent where the
-/// number is long without; "nan", "inf", "-inf". Independent of the locale.
-[[nodiscard]] std::string formatNumber(double value, int digits);
+/// number is long without; "nan", "inf", "-inf". Independent of the locale. `decimalMark` stands for the
+/// point.
+[[nodiscard]] std::string formatNumber(double value, int digits, char decimalMark = '.');
 
 /// The same with a unit behind, which is made printable: "-12.5 N"; without one, the number alone.
-[[nodiscard]] std::string withUnit(double value, std::string_view unit, int digits);
+[[nodiscard]] std::string withUnit(double value, std::string_view unit, int digits, char decimalMark = '.');
 
 /// The double nearest to the number at the beginning of `text`, as the C library reads it, with a decimal
 /// point in every locale; infinity where there is no such double, 0 where there is no number.

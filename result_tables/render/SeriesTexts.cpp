@@ -32,19 +32,19 @@ std::string titleText(TableSeries const& series) {
   return toPrintable(title);
 }
 
-std::string extremeText(TableSeries const& series, int digits) {
+std::string extremeText(TableSeries const& series, int digits, char decimalMark) {
   auto const& values = series.series.values;
   if (values.empty()) return tr("no data");
   if (countNaNs(series.series) == values.size()) return "NaN";
-  auto text = withUnit(series.value, series.column.unit, digits);
+  auto text = withUnit(series.value, series.column.unit, digits, decimalMark);
   if (auto const step = series.step()) text += fmt::format(", {} {}", tr("step"), *step);
   if (auto const time = series.time())
-    text += fmt::format(", {} {}", tr("time"), formatNumber(*time, digits));
+    text += fmt::format(", {} {}", tr("time"), formatNumber(*time, digits, decimalMark));
   return text;
 }
 
-std::string limitText(double limit, std::string const& unit, int digits) {
-  return fmt::format("{} {}", tr("limit"), withUnit(limit, unit, digits));
+std::string limitText(double limit, std::string const& unit, int digits, char decimalMark) {
+  return fmt::format("{} {}", tr("limit"), withUnit(limit, unit, digits, decimalMark));
 }
 
 std::string extentText(TableSeries const& series) {

@@ -4,7 +4,8 @@
 
 #include "result_tables/tables/Series.h"
 
-// What is said beside a picture of a series, in one printable line each.
+// What is said beside a picture of a series, in one printable line each. `decimalMark` stands for the point
+// in numbers.
 
 namespace Kestrel::ResultTables {
 
@@ -13,10 +14,11 @@ namespace Kestrel::ResultTables {
 
 /// The value that the table has, with its step and time: "-846.15 N, step 3, time 0.6"; "no data" or "NaN"
 /// where there is no number.
-[[nodiscard]] std::string extremeText(TableSeries const& series, int digits);
+[[nodiscard]] std::string extremeText(TableSeries const& series, int digits, char decimalMark = '.');
 
 /// "limit 500 N"
-[[nodiscard]] std::string limitText(double limit, std::string const& unit, int digits);
+[[nodiscard]] std::string limitText(double limit, std::string const& unit, int digits,
+                                    char decimalMark = '.');
 
 /// How much data there is: "values: 35", "values: 35, not numbers: 2", "records: 4, minimum and maximum
 /// of each".
