@@ -80,11 +80,11 @@ TEST_F(CommandLine, SaysWhichOptionWasMeant) {
 
 TEST_F(CommandLine, SaysWhichValueWasMeant) {
   EXPECT_EQ(messageOf("show r.json --format yaml"),
-            "--format: expected one of text, csv, json, found \"yaml\"");
+            "--format: expected one of text, csv, json, html, found \"yaml\"");
   EXPECT_EQ(messageOf("demo --format jsno"),
-            "--format: expected one of text, csv, json, found \"jsno\"; did you mean \"json\"?");
+            "--format: expected one of text, csv, json, html, found \"jsno\"; did you mean \"json\"?");
   EXPECT_EQ(messageOf("check r.json --format csv"),
-            "--format: expected one of text, json, junit, found \"csv\"");
+            "--format: expected one of text, json, junit, html, found \"csv\"");
   EXPECT_EQ(messageOf("limits list r.json --format csv"),
             "--format: expected one of text, json, found \"csv\"");
   EXPECT_THAT(messageOf("demo --family SpotWeld"),
@@ -127,7 +127,7 @@ TEST_F(CommandLine, SpeaksTheLanguageOfTheEnvironment) {
             "r.json: erwartet: die Kennung oder der Name einer ihrer Einheiten (\"OP20\", \"OP10\"); "
             "gefunden: \"OP99\"");
   EXPECT_EQ(messageOf("demo --format yaml", "ja_JP.UTF-8"),
-            "--format: 期待: 次のいずれか: text, csv, json、実際: \"yaml\"");
+            "--format: 期待: 次のいずれか: text, csv, json, html、実際: \"yaml\"");
 }
 
 // ---- help
@@ -187,7 +187,7 @@ TEST_F(CommandLine, FitsItsHelpIntoTheTerminal) {
   EXPECT_LE(widestLine(narrow), 50U) << narrow;
   EXPECT_GT(widestLine(narrow), 40U) << narrow;
   EXPECT_THAT(narrow, HasSubstr("\n                   name; can be repeated\n"));
-  EXPECT_THAT(help(200), HasSubstr("Form of the output: text, csv, json; text when it is not named\n"));
+  EXPECT_THAT(help(200), HasSubstr("Form of the output: text, csv, json, html; text when it is not named\n"));
 }
 
 TEST_F(CommandLine, ListsFamiliesAndKindsOfLimitsInItsHelp) {

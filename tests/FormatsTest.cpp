@@ -34,9 +34,9 @@ std::vector<std::string_view> namesOf(Formats const& formats) {
 }
 
 TEST(Formats, AreThoseOfTheirSubjectWithTheOneForPeopleFirst) {
-  EXPECT_THAT(namesOf(s_tableFormats), ElementsAre("text", "csv", "json"));
+  EXPECT_THAT(namesOf(s_tableFormats), ElementsAre("text", "csv", "json", "html"));
   EXPECT_THAT(namesOf(s_csvDialects<Tables>), ElementsAre("plain", "excel-de"));
-  EXPECT_THAT(namesOf(s_findingsFormats), ElementsAre("text", "json", "junit"));
+  EXPECT_THAT(namesOf(s_findingsFormats), ElementsAre("text", "json", "junit", "html"));
   EXPECT_THAT(namesOf(s_differencesFormats), ElementsAre("text", "csv", "json", "junit"));
   EXPECT_THAT(namesOf(s_seriesFormats), ElementsAre("text", "csv", "json", "svg"));
   EXPECT_THAT(namesOf(s_limitsFormats), ElementsAre("text", "json"));
@@ -55,6 +55,9 @@ TEST(Formats, RenderWhatTheirNamesSay) {
   EXPECT_EQ(json::parse(s_tableFormats[2].render(tables, {.colour = true})).at("tables").at(0).at("family"),
             "Bolts");
 
+  EXPECT_THAT(s_tableFormats[3].render(tables, {}),
+              testing::StartsWith("<!DOCTYPE html>\n<html lang=\"en\""));
+
   Findings const findings = {{"r.json", {}, "r.json: cannot read"}};
   EXPECT_EQ(s_findingsFormats[0].render(findings, {}),
             "r.json: could not be checked\n"
@@ -64,6 +67,8 @@ TEST(Formats, RenderWhatTheirNamesSay) {
             json::parse(R"({"findings": [], "errors": [{"file": "r.json", "message": "r.json: cannot read"}],
                             "compared": 0, "withoutData": 0})"));
   EXPECT_THAT(s_findingsFormats[2].render(findings, {}), testing::StartsWith("<?xml version=\"1.0\"?>\n"));
+
+  EXPECT_THAT(s_findingsFormats[3].render(findings, {}), testing::HasSubstr("r.json: cannot read"));
 
   ResultDifferences const none = {"a.json", "b.json", {}, {}};
   EXPECT_THAT(s_differencesFormats[0].render(none, {}), testing::StartsWith("changed: 0, "));

@@ -208,12 +208,12 @@ Messages missingFrom(Messages const& all, Messages const& some) {
   return missing;
 }
 
-/// The numbers of the places "{}" and "{1}" of a text, sorted.
-std::vector<std::size_t> placesOf(std::string const& text) {
-  std::vector<std::size_t> places;
+/// The numbers of the places "{}" and "{1}" of a text, and the names of those like "{rows}", sorted.
+std::vector<std::string> placesOf(std::string const& text) {
+  std::vector<std::string> places;
   for (std::size_t at = 0; (at = text.find('{', at)) != std::string::npos; ++at) {
-    auto const number = text.substr(at + 1, text.find('}', at) - at - 1);
-    places.push_back(number.empty() ? places.size() : std::stoul(number));
+    auto const name = text.substr(at + 1, text.find('}', at) - at - 1);
+    places.push_back(name.empty() ? std::to_string(places.size()) : name);
   }
   std::sort(places.begin(), places.end());
   return places;

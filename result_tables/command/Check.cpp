@@ -22,15 +22,18 @@ struct CheckOptions {
   Output<Findings> output;
 };
 
-FileFindings checkFile(std::string const& results, CheckOptions const& options,
-                       NamedLimits const& namedLimits, std::vector<std::string>& notes) {
+FileFindings checkFile(std::size_t index, CheckOptions const& options, NamedLimits const& namedLimits,
+                       std::vector<std::string>& notes) {
+  auto const& results = options.results[index];
   FileFindings found{results, {}, std::nullopt};
   try {
     auto const file = readResults(results, options.input, options.selection.units,
                                   [&notes](std::string const& note) { notes.push_back(note); });
     auto const limits = namedLimits.of(results, file);
-    for (auto const& table : genResultTables(file, options.selection, limits))
-      found.tables.push_back(genFindings(table));
+    auto const tables = genTables(file, options.selection, limits);
+    for (auto const& table : tables.tables) found.tables.push_back(genFindings(table));
+    if (auto const keepOf = options.output.format->keepOf)
+      found.kept = keepOf(tables, index, options.output.style);
   } catch (std::exception const& error) {
     found.error = error.what();
   }
@@ -42,7 +45,7 @@ void checkFiles(Findings& files, std::vector<std::vector<std::string>>& notes, C
                 NamedLimits const& limits) {
   Progress progress(files.size());
   forEachInParallel(files.size(), options.jobs, [&](std::size_t i) {
-    files[i] = checkFile(options.results[i], options, limits, notes[i]);
+    files[i] = checkFile(i, options, limits, notes[i]);
     progress.countOne();
   });
 }
@@ -80,6 +83,7 @@ Run declareCheck(Arguments& arguments) {
   addFormat<Findings>(arguments, s_findingsFormats, options->output);
   addOutputFile(arguments, options->output.file);
   addTextStyle(arguments, options->output.style, options->output.colour);
+  addCurves(arguments, options->output.style);
   arguments.option(
       "--jobs", "N", Arguments::Count::atMostOne,
       tr("Files to check at the same time; as many as there are processors when it is not named"),

@@ -22,6 +22,14 @@ struct ColourName {
   Colour colour;
 };
 
+struct CurvesName {
+  std::string_view name;
+  Curves curves;
+};
+
+constexpr CurvesName s_curves[] = {
+    {"none", Curves::none}, {"findings", Curves::findings}, {"all", Curves::all}};
+
 constexpr ColourName s_colours[] = {
     {"auto", Colour::automatic}, {"always", Colour::always}, {"never", Colour::never}};
 
@@ -103,6 +111,7 @@ void addTables(Arguments& arguments, Output<Tables>& output) {
   addOutputFile(arguments, output.file);
   addTextStyle(arguments, output.style, output.colour);
   addWhen(arguments, output.style);
+  addCurves(arguments, output.style);
 }
 
 void addOutputFile(Arguments& arguments, std::string& file) {
@@ -128,6 +137,14 @@ void addTextStyle(Arguments& arguments, TextStyle& style, Colour& colour) {
       "--colour", "C", Count::atMostOne,
       tr("Colour in texts: {}; {} when it is not named", "auto, always, never", "auto"),
       [&colour](std::string const& name) { colour = rowNamed("--colour", s_colours, name).colour; });
+}
+
+void addCurves(Arguments& arguments, TextStyle& style) {
+  arguments.option(
+      "--curves", "WHICH", Count::atMostOne,
+      tr("Curves in a report: none, those of findings, or all; those of findings and of the 200 "
+         "highest utilisations when it is not named"),
+      [&style](std::string const& name) { style.curves = rowNamed("--curves", s_curves, name).curves; });
 }
 
 void addWhen(Arguments& arguments, TextStyle& style) {

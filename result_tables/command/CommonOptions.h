@@ -90,6 +90,8 @@ struct Output {
 
 /// --digits, --colour
 void addTextStyle(Arguments& arguments, TextStyle& style, Colour& colour);
+/// --curves
+void addCurves(Arguments& arguments, TextStyle& style);
 /// --when
 void addWhen(Arguments& arguments, TextStyle& style);
 

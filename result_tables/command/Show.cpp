@@ -37,7 +37,7 @@ void readFile(ShownFiles& shown, std::string const& results, ShowOptions const& 
     shown.files.push_back(std::move(file));
   } catch (std::exception const& error) {
     shown.messages.emplace_back(error.what());
-    shown.tables.files.push_back({results, {}, {}, error.what()});
+    shown.tables.files.push_back({results, {}, {}, error.what(), 0});
     shown.hasErrors = true;
   }
 }

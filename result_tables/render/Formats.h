@@ -1,5 +1,7 @@
 #pragma once
 
+#include <any>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -8,6 +10,8 @@
 #include "result_tables/render/CsvSeries.h"
 #include "result_tables/render/CsvTables.h"
 #include "result_tables/render/CsvWriter.h"
+#include "result_tables/render/HtmlFindings.h"
+#include "result_tables/render/HtmlTables.h"
 #include "result_tables/render/JsonDifferences.h"
 #include "result_tables/render/JsonFindings.h"
 #include "result_tables/render/JsonLimits.h"
@@ -37,6 +41,9 @@ struct Format {
   /// Whether it says what could not be done, so that it is put out then too by commands that otherwise put
   /// out nothing.
   bool reportsErrors = false;
+  /// What it keeps of the tables of the file with that index, where it shows more of them than the subject
+  /// holds; null where it does not. Any thread.
+  std::any (*keepOf)(Tables const& tables, std::size_t index, TextStyle const& style) = nullptr;
 };
 
 /// For the forms that are the same wherever they are shown.
@@ -65,6 +72,7 @@ inline constexpr Format<Tables> s_tableFormats[] = {
     {"text", renderTables<renderText>},
     {"csv", renderTables<renderInDialect<s_plainCsv, std::vector<ResultTable>>>},
     {"json", renderTables<renderInAnyStyle<renderJson, std::vector<ResultTable>>>},
+    {"html", renderTablesAsHtml},
 };
 /// What `--csv` chooses from, for each subject that has a row "csv".
 template <typename Subject>
@@ -81,6 +89,7 @@ inline constexpr Format<Findings> s_findingsFormats[] = {
     {"text", renderFindingsAsText},
     {"json", renderInAnyStyle<renderFindingsAsJson, Findings>},
     {"junit", renderInAnyStyle<renderFindingsAsJunit, Findings>},
+    {"html", renderInAnyStyle<renderFindingsAsHtml, Findings>, false, keepForHtml},
 };
 inline constexpr Format<ResultDifferences> s_differencesFormats[] = {
     {"text", renderDifferencesAsText},

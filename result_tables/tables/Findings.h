@@ -1,5 +1,6 @@
 #pragma once
 
+#include <any>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -85,6 +86,8 @@ struct FileFindings {
   std::string file;  ///< as it was given
   std::vector<TableFindings> tables;
   std::optional<std::string> error;
+  /// What a form of output keeps of the tables besides, as it knows best.
+  std::any kept = {};
 
   [[nodiscard]] bool hasFindings() const;
   [[nodiscard]] std::size_t countCompared() const;

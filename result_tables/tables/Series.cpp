@@ -57,29 +57,6 @@ std::optional<std::size_t> extremeOf(MaxValueSeries const& series, MaxValueOrigi
   return std::nullopt;
 }
 
-TableSeries genSeriesAt(ResultTable const& table, Place const& place) {
-  auto const& container = table.container();
-  auto const& group = container.groups[place.group];
-  auto const& subGroup = group.subGroups[place.subGroup];
-  auto const& item = subGroup.items[place.item];
-  TableSeries series;
-  series.file = table.file();
-  series.unit = table.unit().getSimulationUnitName();
-  series.unitId = container.simulationUnitId.toString();
-  series.family = familyName(container.dataType);
-  series.title = table.title();
-  series.group = group.name;
-  series.subGroup = subGroup.name;
-  series.item = item.name;
-  series.shownItem = table.displayName(item);
-  series.column = table.columns(place.group)[place.column];
-  series.value = item.maxValues[place.column];
-  series.isExceeded = table.isExceeded(place.group, place.column, item);
-  series.series = table.genSeries(place);
-  series.extreme = extremeOf(series.series, table.origin(place), series.value);
-  return series;
-}
-
 /// Calls `visit(place)` for the rows of all sections of a table; `place.column` is 0.
 template <typename Visit>
 void forEachRow(ResultTable const& table, Visit const& visit) {
@@ -120,6 +97,29 @@ std::optional<double> TableSeries::time() const {
   return series.companions[*extreme];
 }
 
+TableSeries genTableSeries(ResultTable const& table, ResultTable::Place const& place) {
+  auto const& container = table.container();
+  auto const& group = container.groups[place.group];
+  auto const& subGroup = group.subGroups[place.subGroup];
+  auto const& item = subGroup.items[place.item];
+  TableSeries series;
+  series.file = table.file();
+  series.unit = table.unit().getSimulationUnitName();
+  series.unitId = container.simulationUnitId.toString();
+  series.family = familyName(container.dataType);
+  series.title = table.title();
+  series.group = group.name;
+  series.subGroup = subGroup.name;
+  series.item = item.name;
+  series.shownItem = table.displayName(item);
+  series.column = table.columns(place.group)[place.column];
+  series.value = item.maxValues[place.column];
+  series.isExceeded = table.isExceeded(place.group, place.column, item);
+  series.series = table.genSeries(place);
+  series.extreme = extremeOf(series.series, table.origin(place), series.value);
+  return series;
+}
+
 std::vector<TableSeries> genSeries(ResultsFile const& file, SeriesSelection const& selection,
                                    ResultLimits const& limits) {
   auto const tables = genResultTables(file, selection.tables, limits);
@@ -136,7 +136,7 @@ std::vector<TableSeries> genSeries(ResultsFile const& file, SeriesSelection cons
       for (; place.column < std::min(columns.size(), item.maxValues.size()); ++place.column) {
         auto const& key = columns[place.column].key;
         keys.meet(key, key);
-        if (keys.has(key)) all.push_back(genSeriesAt(table, place));
+        if (keys.has(key)) all.push_back(genTableSeries(table, place));
       }
     });
   }

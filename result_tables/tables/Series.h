@@ -35,6 +35,10 @@ struct TableSeries {
   [[nodiscard]] bool hasRanges() const { return !series.minima.empty(); }
 };
 
+/// The series behind the value at a place of a table, which has a column there. Copies its numbers and passes
+/// over them twice.
+[[nodiscard]] TableSeries genTableSeries(ResultTable const& table, ResultTable::Place const& place);
+
 /// What series to take of a results file.
 struct SeriesSelection {
   TableSelection tables;

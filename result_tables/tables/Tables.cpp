@@ -9,14 +9,16 @@ namespace Kestrel::ResultTables {
 
 TablesFile genTablesFile(ResultsFile const& file, TableSelection const& selection,
                          ResultLimits const& limits) {
-  TablesFile read{file.givenName, {}, limits.source, std::nullopt};
+  TablesFile read{file.givenName, {}, limits.source};
   for (auto const* unit : selectUnits(file, selection.units))
     read.units.push_back(unit->unit->getSimulationUnitName());
   return read;
 }
 
 Tables genTables(ResultsFile const& file, TableSelection const& selection, ResultLimits const& limits) {
-  return {genResultTables(file, selection, limits), {genTablesFile(file, selection, limits)}};
+  Tables tables{genResultTables(file, selection, limits), {genTablesFile(file, selection, limits)}};
+  tables.files.front().tableCount = tables.tables.size();
+  return tables;
 }
 
 void Tables::append(Tables&& others) {

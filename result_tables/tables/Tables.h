@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,10 +12,11 @@ namespace Kestrel::ResultTables {
 
 /// A results file that tables come from, as reports name what was read.
 struct TablesFile {
-  std::string name;                  ///< as it was given
-  std::vector<std::string> units;    ///< names of the selected ones, in the file's order
-  std::string limits;                ///< the document or the text that they come from; empty: the defaults
-  std::optional<std::string> error;  ///< why there are no tables of it
+  std::string name;                ///< as it was given
+  std::vector<std::string> units;  ///< names of the selected ones, in the file's order
+  std::string limits;              ///< the document or the text that they come from; empty: the defaults
+  std::optional<std::string> error = {};  ///< why there are no tables of it
+  std::size_t tableCount = 0;             ///< tables that are of it
 };
 
 /// What is shown: the tables of the files, file by file.
