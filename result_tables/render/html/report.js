@@ -8,7 +8,6 @@ const curves = JSON.parse(document.getElementById("curves").textContent);
 const language = document.documentElement.lang || "en";
 const collator = new Intl.Collator(language, { numeric: true });
 const decimalPoint = new Intl.NumberFormat(language).formatToParts(0.5).find((part) => part.type === "decimal").value;
-const percent = new Intl.NumberFormat(language, { style: "percent", maximumFractionDigits: 1 });
 
 // Tables of more rows have only those in the page that can be seen.
 const mostStaticRows = 200;
@@ -66,18 +65,22 @@ function numberOf(plain) {
   return plain in specialNumbers ? specialNumbers[plain] : Number(plain);
 }
 
+/** As the cells of the page have it. */
 function shown(plain) {
-  if (numberOf(plain) === Infinity) return "∞";
-  if (numberOf(plain) === -Infinity) return "-∞";
   return plain.replace(".", decimalPoint).replace("nan", "NaN");
+}
+
+function percentOf(ratio) {
+  return `${shown(String(Number((ratio * 100).toPrecision(4)))).replace("Infinity", "inf")} %`;
 }
 
 function partsOf(row, attribute) {
   return (row.getAttribute(attribute) || "").split(" ");
 }
 
+/** NaN where there is no limit or no number. */
 function utilisation(value, limit) {
-  return limit > 0 ? Math.abs(value) / limit : NaN;
+  return Math.abs(value) / Math.abs(limit);
 }
 
 /** Keys that are NaN come last in either direction. */
@@ -87,9 +90,15 @@ function compareKeys(one, other, isDescending) {
   return Number(Number.isNaN(one)) - Number(Number.isNaN(other));
 }
 
-/** The place of each text in natural order; equal texts share one. */
+/**
+ * The place of each text in natural order; equal texts share one. The collator is slow, but of what is almost sorted
+ * already it compares little more than neighbours.
+ */
 function ranksOf(list) {
-  const sorted = list.map((text, index) => index).sort((one, other) => collator.compare(list[one], list[other]));
+  const rough = list.map((text) => text.toLowerCase().replace(/\d+/g, (digits) => digits.padStart(12, "0")));
+  const sorted = list.map((text, index) => index)
+    .sort((one, other) => (rough[one] < rough[other] ? -1 : Number(rough[one] > rough[other])))
+    .sort((one, other) => collator.compare(list[one], list[other]));
   const ranks = new Float64Array(list.length);
   sorted.forEach((index, place) => {
     const before = sorted[place - 1];
@@ -107,9 +116,10 @@ class Column {
     this.place = place;
     this.number = number;
     this.unit = header.dataset.unit || "";
-    this.limit = "limit" in header.dataset ? numberOf(header.dataset.limit) : NaN;
+    this.hasLimit = "limit" in header.dataset;
+    this.limit = this.hasLimit ? numberOf(header.dataset.limit) : NaN;
     this.isQuantity = this.isNumber && !("plain" in header.dataset);
-    this.selector = `#${table.id} tr > :nth-child(${place + 1})`;
+    this.selector = `#${table.element.id} tr > :nth-child(${place + 1})`;
     const parts = [...header.childNodes];
     this.name = parts[0].textContent.trim();
     this.limitText = (header.querySelector(".limit") || { textContent: "" }).textContent;
@@ -168,9 +178,10 @@ class DataTable {
   }
 
   build() {
-    this.tools = element("div", { class: "table-tools" }, ...this.toolsOfTable());
+    const head = element("div", { class: "table-head" });
     this.scroller = element("div", { class: "scroller" });
-    this.element.before(this.tools, this.scroller);
+    this.element.before(head, this.scroller);
+    head.append(...this.section.querySelectorAll("h4"), ...this.toolsOfTable());
     this.scroller.append(this.element);
     this.element.setAttribute("role", "grid");
     this.element.classList.add("ready");
@@ -180,7 +191,7 @@ class DataTable {
 
   toolsOfTable() {
     const tools = [];
-    if (this.columns.some((column) => column.limit > 0)) {
+    if (this.columns.some((column) => column.hasLimit)) {
       this.utilisationButton = button({ "aria-pressed": "false" }, texts.byUtilisation, () => this.sortBy(null));
       tools.push(this.utilisationButton);
     }
@@ -247,7 +258,7 @@ class DataTable {
     const hadFocus = this.body.contains(document.activeElement);
     this.order = this.rows.map((row, index) => index).filter((index) => this.fits(index));
     if (this.sorting) this.sort();
-    this.section.hidden = this.order.length === 0;
+    this.section.hidden = tools.isFiltering && this.order.length === 0;
     if (this.active.row >= 0 && !this.order.includes(this.active.row)) this.activate(-1, this.active.column);
     this.scroller.scrollTop = 0;
     this.render();
@@ -290,11 +301,16 @@ class DataTable {
     return Float64Array.from(this.rows, (row) => numberOf(partsOf(row, "data-v")[column.number]));
   }
 
+  /** NaN also for elements that are not valid, whose values are not compared. */
+  utilisationIn(row, values, column) {
+    return row.classList.contains("i") ? NaN : utilisation(numberOf(values[column.number]), column.limit);
+  }
+
   highestUtilisations() {
-    const limited = this.columns.filter((column) => column.limit > 0);
+    const limited = this.columns.filter((column) => column.hasLimit);
     return Float64Array.from(this.rows, (row) => {
       const values = partsOf(row, "data-v");
-      const found = limited.map((column) => utilisation(numberOf(values[column.number]), column.limit));
+      const found = limited.map((column) => this.utilisationIn(row, values, column));
       const numbers = found.filter((ratio) => !Number.isNaN(ratio));
       return numbers.length > 0 ? Math.max(...numbers) : NaN;
     });
@@ -421,6 +437,11 @@ class DataTable {
     }
   }
 
+  rowsInSight() {
+    const height = this.scroller.clientHeight - this.element.tHead.offsetHeight;
+    return Math.max(1, Math.floor(height / this.measuredRowHeight()));
+  }
+
   onFocus(event) {
     const place = this.placeOfEvent(event);
     if (!place) return;
@@ -459,7 +480,7 @@ class DataTable {
   targetOf(event) {
     const position = this.active.row < 0 ? -1 : this.order.indexOf(this.active.row);
     const place = this.columns.filter((column) => !column.isHidden).indexOf(this.active.column);
-    const page = Math.max(1, Math.floor(this.scroller.clientHeight / (this.rowHeight || 30)) - 2);
+    const page = this.rowsInSight();
     switch (event.key) {
       case "ArrowUp": return { position: position - 1, place };
       case "ArrowDown": return { position: position + 1, place };
@@ -483,9 +504,9 @@ class DataTable {
     const unit = column.unit === "" ? "" : ` ${column.unit}`;
     if (value === "-") return [[texts.value, texts.noData]];
     const said = [[column.isQuantity ? texts.value : column.name, shown(value) + unit]];
-    if (column.limitText !== "") said.push([texts.limit, column.limitText + unit]);
-    const ratio = utilisation(numberOf(value), column.limit);
-    if (Number.isFinite(ratio)) said.push([texts.utilisation, percent.format(ratio)]);
+    if (column.limitText !== "") said.push([texts.limit, column.limitText]);
+    const ratio = this.utilisationIn(this.rows[row], partsOf(this.rows[row], "data-v"), column);
+    if (!Number.isNaN(ratio)) said.push([texts.utilisation, percentOf(ratio)]);
     if (part("data-s") !== "-") said.push([texts.step, part("data-s")]);
     if (part("data-t") !== "-") said.push([texts.time, shown(part("data-t"))]);
     return said;
@@ -499,9 +520,15 @@ class DataTable {
     const curve = (this.curves[row] || {})[column.number];
     if (!curve) return;
     const title = `${textOf(this.cell(row, this.columns[0]))}, ${column.name}`;
-    const { unit, family, group } = this.element.dataset;
-    const about = [unit, family, group].filter((part) => part).join(", ");
-    curveDialog.open(title, about, this.detailsOf(row, column), curve);
+    curveDialog.open(title, this.headings().join(", "), this.detailsOf(row, column), curve);
+  }
+
+  /** Of the unit, the family and the table. */
+  headings() {
+    const found = [];
+    for (let section = this.section; section; section = section.parentElement.closest("section"))
+      found.unshift(section.querySelector("h2, h3, h4").textContent);
+    return found;
   }
 
   // -- copying
@@ -511,7 +538,7 @@ class DataTable {
     const head = columns.map((column) => (column.unit === "" ? column.name : `${column.name} [${column.unit}]`));
     const lines = this.order.map((index) => {
       const values = partsOf(this.rows[index], "data-v");
-      return columns.map((column) => (column.isNumber ? values[column.number].replace(/^-$/, "")
+      return columns.map((column) => (column.isNumber ? (values[column.number] || "").replace(/^-$/, "")
         : textOf(this.rows[index].cells[column.place])));
     });
     const text = [head, ...lines].map((fields) => fields.join("\t") + "\n").join("");
@@ -654,15 +681,20 @@ const tools = {
   onlyFindings: false,
   byMagnitude: false,
 
+  get isFiltering() {
+    return this.onlyFindings || this.filter !== "";
+  },
+
   build() {
     this.input = element("input", { type: "search", placeholder: texts.filter, "aria-label": texts.filter });
     this.input.addEventListener("input", () => this.update());
     this.findings = checkbox(texts.onlyFindings, false, () => this.update());
     this.magnitude = checkbox(texts.byMagnitude, false, () => this.update());
     this.status = element("p", { role: "status" });
-    const bar = document.querySelector("nav.tools");
+    if (tables.length === 0) return;
+    const bar = element("div", { class: "tools", role: "search" });
     bar.append(this.input, this.findings, this.magnitude, this.status);
-    bar.hidden = tables.length === 0;
+    document.querySelector("main").before(bar);
   },
 
   update() {
@@ -671,7 +703,7 @@ const tools = {
     this.byMagnitude = this.magnitude.firstChild.checked;
     for (const table of tables) table.update();
     for (const section of document.querySelectorAll("section.family, section.unit"))
-      section.hidden = !section.querySelector("section.table:not([hidden])");
+      section.hidden = this.isFiltering && !section.querySelector("section.table:not([hidden])");
     this.count();
   },
 
@@ -695,7 +727,7 @@ const tools = {
 
 /** Shows the value that a link of the summary names, whatever hides it. */
 function reveal(hash) {
-  const match = /^#(t\d+)-r(\d+)-c(\d+)$/.exec(hash);
+  const match = /^#(.+)-r(\d+)-c(\d+)$/.exec(hash);
   const table = match && tables.find((candidate) => candidate.element.id === match[1]);
   if (!table) return;
   const row = Number(match[2]);
