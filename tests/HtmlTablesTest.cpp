@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <limits>
+#include <nlohmann/json.hpp>
 #include <pugixml.hpp>
 
 #include "support/TableTesting.h"
@@ -141,7 +142,7 @@ TEST_F(HtmlTablesTest, SayWhereThereIsNoData) {
       genClampTables(R"([{"quantity": "ClampClosingForce", "pairs": [[1, 0.5], [-2, 0.75]]}])");
   auto const html = genHtmlFile({"r.json", {"OP20"}, "", std::nullopt, 1}, clamps, 0, {}).tables;
   EXPECT_THAT(html, HasSubstr("<tr data-v=\"- -2 - -\" data-s=\"- 1 - -\" data-t=\"- 0.75 - -\">"
-                              "<th scope=\"row\" dir=\"auto\">Clamp 1</th><td>–</td><td>-2</td><td>–</td>"
+                              "<th>Clamp 1</th><td>–</td><td>-2</td><td>–</td>"
                               "<td>–</td></tr>"));
 }
 
@@ -172,7 +173,7 @@ TEST_F(HtmlTablesTest, LinkTheHighestUtilisations) {
 std::vector<std::vector<std::size_t>> curvesOf(HtmlFile const& part) {
   std::vector<std::vector<std::size_t>> places;
   for (auto const& curve : part.curves) {
-    EXPECT_THAT(curve.json, StartsWith("{\"w\":"));
+    EXPECT_THAT(curve.curve.head, StartsWith("\"w\":"));
     places.push_back({curve.table, curve.row, curve.column});
   }
   return places;
@@ -220,11 +221,28 @@ TEST_F(HtmlCurves, AreThoseOfThe200HighestUtilisationsOfAllFiles) {
   auto const page = renderHtmlFiles("Title", std::move(files));
   EXPECT_EQ(count(page, "{\"w\":"), 200U);
   auto const curves = page.substr(page.find("id=\"curves\">"));
-  EXPECT_THAT(curves, StartsWith("id=\"curves\">{\"t0x0\":{\"0\":{\"0\":{\"w\":"));
+  EXPECT_THAT(curves, StartsWith("id=\"curves\">{\"shapes\":[["));
+  EXPECT_THAT(curves, HasSubstr("]],\"t0x0\":{\"0\":{\"0\":{\"w\":"));
   EXPECT_THAT(curves, HasSubstr("}},\"t1x0\":{\"0\":{\"0\":{\"w\":"));
   EXPECT_THAT(curves, HasSubstr("\"149\":{\"0\":"));
   EXPECT_EQ(count(curves, "\"50\":{"), 1U) << "only of the second file";
   EXPECT_EQ(count(curves, "\"49\":{"), 2U);
+}
+
+TEST_F(HtmlCurves, ShareTheShapesThatTheyHaveInCommon) {
+  std::vector<HtmlFile> files;
+  files.push_back(part(0, {3.0, 3.0, 6.0}));
+  auto const page = renderHtmlFiles("Title", std::move(files));
+  auto const begin = page.find("id=\"curves\">") + 12;
+  auto const curves = nlohmann::json::parse(page.substr(begin, page.find("</script>", begin) - begin));
+  auto const same = curves["t0x0"]["0"]["0"]["s"];
+  EXPECT_EQ(same, curves["t0x0"]["1"]["0"]["s"]);
+  EXPECT_EQ(same, nlohmann::json::parse("[[0, 11]]")) << "in the order of the list";
+  EXPECT_EQ(curves["shapes"].size(), 12U);
+  EXPECT_EQ(curves["shapes"][0], nlohmann::json::parse(R"(["t", "about", 24, 16, "values: 1", "s"])"));
+  auto const other = curves["t0x0"]["2"]["0"]["s"];
+  EXPECT_EQ(other[0], nlohmann::json::parse("[0, 1]"));
+  EXPECT_EQ(other.back()[1], "extremeText") << "that no other curve has";
 }
 
 TEST_F(HtmlCurves, AreThoseOfAllFindings) {

@@ -1,5 +1,6 @@
 #include "result_tables/render/HtmlCurve.h"
 
+#include <fmt/format.h>
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
@@ -10,6 +11,7 @@
 
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
+#include "result_tables/render/Chart.h"
 #include "result_tables/render/Drawing.h"
 #include "result_tables/render/SeriesTexts.h"
 #include "result_tables/render/TextStyle.h"
@@ -21,7 +23,6 @@ namespace {
 constexpr double s_curveWidth = 640;
 constexpr double s_curvePlotHeight = 172;
 constexpr double s_curveFootHeight = 42;
-constexpr std::size_t s_mostCurvePoints = 240;
 
 std::string_view nameOf(ShapeRole role) {
   switch (role) {
@@ -129,11 +130,17 @@ class ShapeWriter {
     for (auto const& line : shape.lines) {
       path.move(line.front());
       for (auto const& point : line) path.draw(point);
+      m_points.insert(m_points.end(), line.begin(), line.end());
     }
     writePath(ShapeRole::curve, path);
   }
 
   void operator()(DotsShape const& shape) {
+    if (shape.centres == m_points) {
+      begin("p", ShapeRole::dots);
+      m_out.EndArray();
+      return;
+    }
     PixelPath path;
     for (auto const& centre : shape.centres) {
       path.move(centre);
@@ -182,12 +189,13 @@ class ShapeWriter {
   }
 
   rapidjson::Writer<rapidjson::StringBuffer>& m_out;
+  std::vector<PixelPoint> m_points;  ///< of the curve
 };
 
-/// What the picture shows, for those who do not see it.
+/// What the picture shows, for those who do not see it; they know of which value it is.
 std::string wordsFor(TableSeries const& series, char decimalMark) {
   auto const digits = TextStyle().digits;
-  auto words = titleText(series) + ": " + extremeText(series, digits, decimalMark);
+  auto words = extremeText(series, digits, decimalMark);
   if (series.isExceeded) words += ", " + tr("beyond its limit");
   if (auto const& limit = series.column.limit)
     words += ", " + limitText(limit->value, limit->unit, digits, decimalMark);
@@ -195,36 +203,36 @@ std::string wordsFor(TableSeries const& series, char decimalMark) {
   return words;
 }
 
-/// JSON has such characters in strings alone.
-void escapeMarkup(std::string& json) {
+/// What has been written since the last time; the writer begins anew.
+std::string take(rapidjson::StringBuffer& buffer, rapidjson::Writer<rapidjson::StringBuffer>& out) {
+  std::string json(buffer.GetString(), buffer.GetSize());
+  buffer.Clear();
+  out.Reset(buffer);
+  // JSON has such characters in strings alone.
   boost::replace_all(json, "<", "\\u003c");
   boost::replace_all(json, ">", "\\u003e");
   boost::replace_all(json, "&", "\\u0026");
+  return json;
 }
 
 }  // namespace
 
-std::string curveAsJson(TableSeries const& series, char decimalMark) {
+HtmlCurve genHtmlCurve(TableSeries const& series, char decimalMark, std::size_t mostPoints) {
+  static_assert(s_fewestCurvePoints >= 4 * s_fewestReduced);
   auto const drawing = drawSeries(
-      series, {s_curveWidth, s_curvePlotHeight, s_curveFootHeight, false, s_mostCurvePoints, decimalMark}, 0);
+      series, {s_curveWidth, s_curvePlotHeight, s_curveFootHeight, false, mostPoints, decimalMark}, 0);
   rapidjson::StringBuffer buffer;
   rapidjson::Writer out(buffer);
   ShapeWriter shapes(out);
-  out.StartObject();
-  out.Key("w");
-  out.Int(pixels(s_curveWidth));
-  out.Key("h");
-  out.Int(pixels(drawing.height));
-  out.Key("a");
   shapes.write(wordsFor(series, decimalMark));
-  out.Key("s");
-  out.StartArray();
-  for (auto const& shape : drawing.shapes) std::visit(shapes, shape);
-  out.EndArray();
-  out.EndObject();
-  std::string json(buffer.GetString(), buffer.GetSize());
-  escapeMarkup(json);
-  return json;
+  HtmlCurve curve{fmt::format("\"w\":{},\"h\":{},\"a\":{}", pixels(s_curveWidth), pixels(drawing.height),
+                              take(buffer, out)),
+                  {}};
+  for (auto const& shape : drawing.shapes) {
+    std::visit(shapes, shape);
+    curve.shapes.push_back(take(buffer, out));
+  }
+  return curve;
 }
 
 }  // namespace Kestrel::ResultTables

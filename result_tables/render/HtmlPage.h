@@ -9,7 +9,7 @@ namespace Kestrel::ResultTables {
 struct HtmlPage {
   std::string title;
   std::string main;           ///< what stands in the element `main`
-  std::string curves = "{}";  ///< as JSON: by table, row and column, what `curveAsJson` makes
+  std::string curves = "{}";  ///< as JSON
 };
 
 /// The page as one file that needs no other: its style and its script are in it, and a content security

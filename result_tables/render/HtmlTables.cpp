@@ -7,12 +7,12 @@
 #include <iterator>
 #include <set>
 #include <tuple>
+#include <unordered_map>
 #include <utility>
 
 #include "result_tables/base/Family.h"
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
-#include "result_tables/render/HtmlCurve.h"
 #include "result_tables/render/HtmlPage.h"
 #include "result_tables/render/HtmlWriter.h"
 #include "result_tables/render/TextLine.h"
@@ -60,6 +60,10 @@ struct HtmlSection {
     return value.isExceeded || (columns()[column].limit && value.origin.nanCount > 0);
   }
   [[nodiscard]] bool hasFinding(HtmlRow const& row) const;
+  /// Whether the value is one, or of an element that is.
+  [[nodiscard]] bool hasFindingAt(HtmlRow const& row, std::size_t column) const {
+    return isInvalidFinding(row) || isFinding(row, column);
+  }
 
   /// The row of a value.
   [[nodiscard]] std::size_t rowAt(Place const& place) const;
@@ -151,7 +155,8 @@ class HtmlFileWriter {
   void writeCell(HtmlSection const& section, Cell const& cell);
 
   void appendCurves();
-  [[nodiscard]] bool isCurveWanted(Cell const& cell, bool isOfFinding) const;
+  [[nodiscard]] bool isCurveWanted(Cell const& cell) const;
+  [[nodiscard]] std::vector<Cell> cellsWithCurves() const;
 
   TextStyle m_style;
   HtmlFile m_file;
@@ -300,13 +305,14 @@ void HtmlFileWriter::writeRow(HtmlSection const& section, std::size_t number, st
     return list.find_first_not_of("- ") == list.npos ? std::string_view() : std::string_view(list);
   };
   m_html.html("\n");
-  m_html.open("tr",
-              {{"class", marks}, {"data-v", values}, {"data-s", known(steps)}, {"data-t", known(times)}});
-  m_html.open("th", {{"scope", "row"}, {"dir", "auto"}});
+  m_html.open(
+      "tr",
+      {{"class", marks}, {"data-v", known(values)}, {"data-s", known(steps)}, {"data-t", known(times)}});
+  m_html.open("th");
   m_html.text(section.table->displayName(section.item(row)));
   if (!row.isValid) appendMark(m_html, "?", tr("not valid"));
   m_html.close();
-  if (section.hasSubGroupNames) m_html.element("td", section.subGroup(row), {{"dir", "auto"}});
+  if (section.hasSubGroupNames) m_html.element("td", section.subGroup(row));
   for (std::size_t i = 0; i < section.columns().size(); ++i) writeCell(section, {number, index, i});
   m_html.close();
 }
@@ -327,34 +333,50 @@ void HtmlFileWriter::writeCell(HtmlSection const& section, Cell const& cell) {
   m_html.close();
 }
 
-bool HtmlFileWriter::isCurveWanted(Cell const& cell, bool isOfFinding) const {
+bool HtmlFileWriter::isCurveWanted(Cell const& cell) const {
+  auto const isOfFinding = [&] {
+    return m_sections[cell[0]].hasFindingAt(m_sections[cell[0]].rows[cell[1]], cell[2]);
+  };
   switch (m_style.curves) {
     case Curves::none:
       return false;
     case Curves::findings:
-      return isOfFinding;
+      return isOfFinding();
     case Curves::notable:
-      return isOfFinding || m_utilised.contains(cell);
+      return isOfFinding() || m_utilised.contains(cell);
     case Curves::all:
       return true;
   }
   return false;
 }
 
-void HtmlFileWriter::appendCurves() {
+std::vector<Cell> HtmlFileWriter::cellsWithCurves() const {
+  std::vector<Cell> cells;
   for (std::size_t i = 0; i < m_sections.size(); ++i) {
-    auto const& section = m_sections[i];
-    for (std::size_t r = 0; r < section.rows.size(); ++r) {
-      auto const& row = section.rows[r];
-      for (std::size_t c = 0; c < row.values.size(); ++c) {
-        bool const isOfFinding = section.isInvalidFinding(row) || section.isFinding(row, c);
-        if (!row.values[c].hasData() || !isCurveWanted({i, r, c}, isOfFinding)) continue;
-        auto const utilisation = utilisationOf(row.values[c], section.columns()[c], row.isValid);
-        m_file.curves.push_back(
-            {i, r, c, isOfFinding || m_style.curves == Curves::all, utilisation.value_or(0),
-             curveAsJson(genTableSeries(*section.table, placeOf(row, c)), decimalMarkInHtml())});
+    for (std::size_t r = 0; r < m_sections[i].rows.size(); ++r) {
+      auto const& values = m_sections[i].rows[r].values;
+      for (std::size_t c = 0; c < values.size(); ++c) {
+        if (values[c].hasData() && isCurveWanted({i, r, c})) cells.push_back({i, r, c});
       }
     }
+  }
+  return cells;
+}
+
+/// Where there are many, so that the page stays small, curves have fewer points.
+void HtmlFileWriter::appendCurves() {
+  constexpr std::size_t pointsInAll = 500 * s_mostCurvePoints;
+  auto const cells = cellsWithCurves();
+  auto const points = std::clamp(pointsInAll / std::max<std::size_t>(cells.size(), 1), s_fewestCurvePoints,
+                                 s_mostCurvePoints);
+  for (auto const& cell : cells) {
+    auto const& section = m_sections[cell[0]];
+    auto const& row = section.rows[cell[1]];
+    auto const utilisation = utilisationOf(row.values[cell[2]], section.columns()[cell[2]], row.isValid);
+    m_file.curves.push_back(
+        {cell[0], cell[1], cell[2], m_style.curves == Curves::all || section.hasFindingAt(row, cell[2]),
+         utilisation.value_or(0),
+         genHtmlCurve(genTableSeries(*section.table, placeOf(row, cell[2])), decimalMarkInHtml(), points)});
   }
 }
 
@@ -380,19 +402,80 @@ void dropLowCurves(std::vector<HtmlFile>& files) {
   }
 }
 
-/// By table, row and column.
+/// The shapes that several curves have, by their numbers in a list that they share.
+class SharedShapes {
+ public:
+  explicit SharedShapes(std::vector<HtmlFile> const& files) {
+    std::unordered_map<std::string_view, bool> isShared;
+    for (auto const& file : files) {
+      for (auto const& curve : file.curves) {
+        for (auto const& shape : curve.curve.shapes) {
+          auto const [known, isNew] = isShared.try_emplace(shape, false);
+          if (isNew || known->second) continue;
+          known->second = true;
+          m_numbers.emplace(shape, m_list.size());
+          m_list.push_back(shape);
+        }
+      }
+    }
+  }
+
+  /// Number of the shape; none where no other curve has it.
+  [[nodiscard]] std::optional<std::size_t> numberOf(std::string const& shape) const {
+    auto const found = m_numbers.find(shape);
+    return found == m_numbers.end() ? std::nullopt : std::optional(found->second);
+  }
+  [[nodiscard]] std::string list() const { return fmt::format("[{}]", fmt::join(m_list, ",")); }
+
+ private:
+  std::unordered_map<std::string_view, std::size_t> m_numbers;
+  std::vector<std::string_view> m_list;
+};
+
+/// The shapes of a curve: those that it shares as pairs of numbers, the first and the last of a part of the
+/// list.
+std::string shapesOf(HtmlCurve const& curve, SharedShapes const& shared) {
+  std::string json;
+  std::optional<std::pair<std::size_t, std::size_t>> part;
+  auto const append = [&json](std::string_view element) {
+    json.append(json.empty() ? "" : ",").append(element);
+  };
+  auto const endPart = [&] {
+    if (part) append(fmt::format("[{},{}]", part->first, part->second));
+    part.reset();
+  };
+  for (auto const& shape : curve.shapes) {
+    auto const number = shared.numberOf(shape);
+    if (part && number == part->second + 1) {
+      ++part->second;
+      continue;
+    }
+    endPart();
+    if (number)
+      part = {*number, *number};
+    else
+      append(shape);
+  }
+  endPart();
+  return json;
+}
+
+/// By table, row and column, beside the list of shared shapes.
 std::string curvesAsJson(std::vector<HtmlFile> const& files) {
-  std::string json = "{";
+  SharedShapes const shared(files);
+  auto json = fmt::format("{{\"shapes\":{}", shared.list());
   for (auto const& file : files) {
     HtmlFile::Curve const* last = nullptr;
     for (auto const& curve : file.curves) {
       bool const isNewTable = last == nullptr || last->table != curve.table;
       bool const isNewRow = isNewTable || last->row != curve.row;
       if (isNewRow && last != nullptr) json += isNewTable ? "}}" : "}";
-      if (json.size() > 1) json += ',';
+      json += ',';
       if (isNewTable) fmt::format_to(std::back_inserter(json), "\"t{}x{}\":{{", file.index, curve.table);
       if (isNewRow) fmt::format_to(std::back_inserter(json), "\"{}\":{{", curve.row);
-      fmt::format_to(std::back_inserter(json), "\"{}\":{}", curve.column, curve.json);
+      fmt::format_to(std::back_inserter(json), "\"{}\":", curve.column);
+      fmt::format_to(std::back_inserter(json), "{{{},\"s\":[{}]}}", curve.curve.head,
+                     shapesOf(curve.curve, shared));
       last = &curve;
     }
     if (last != nullptr) json += "}}";

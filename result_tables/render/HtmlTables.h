@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "result_tables/render/HtmlCurve.h"
 #include "result_tables/render/TextStyle.h"
 #include "result_tables/tables/Summary.h"
 #include "result_tables/tables/Tables.h"
@@ -27,7 +28,7 @@ struct HtmlFile {
     std::size_t column;
     bool isWanted;  ///< else only while its utilisation is among the highest of all files
     double utilisation;
-    std::string json;
+    HtmlCurve curve;
   };
 
   TablesFile file;

@@ -75,7 +75,8 @@ function percentOf(ratio) {
 }
 
 function partsOf(row, attribute) {
-  return (row.getAttribute(attribute) || "").split(" ");
+  const parts = row.getAttribute(attribute);
+  return parts === null ? Array(row.cells.length).fill("-") : parts.split(" ");
 }
 
 /** NaN where there is no limit or no number. */
@@ -640,9 +641,23 @@ function svgElement(name, attributes, ...children) {
   return made;
 }
 
+/** A dot, which is a line without length that ends round, at each point of a curve. */
+function dotsOn(path) {
+  return path.replace(/(M?)l? ?(-?\d+) ?(-?\d+)/g, (point, isFirst, x, y) => `${isFirst || "m"}${x} ${y}h0`);
+}
+
+/** A shape, or those from one number to another that curves share. */
+function shapesFor(shape) {
+  const [first, last] = shape;
+  return typeof first === "number" ? curves.shapes.slice(first, last + 1) : [shape];
+}
+
 function drawing(curve) {
   const attributes = { viewBox: `0 0 ${curve.w} ${curve.h}`, role: "img", "aria-label": curve.a };
-  const drawn = curve.s.map(([kind, role, ...geometry]) => {
+  let path = "";
+  const drawn = curve.s.flatMap(shapesFor).map(([kind, role, ...geometry]) => {
+    if (role === "curve") [path] = geometry;
+    if (role === "dots" && geometry.length === 0) geometry.push(dotsOn(path));
     const [name, place, ...text] = shapes[kind](...geometry);
     return svgElement(name, { class: role, ...place }, ...text);
   });
