@@ -197,6 +197,17 @@ TEST_F(Program, WritesColourToATerminalUnlessItIsUnwelcome) {
   EXPECT_THAT(run(std::string("TERM=dumb ") + onTerminal).out, Not(HasSubstr("\x1b")));
 }
 
+TEST_F(Program, WritesASummaryToATerminalThatIsTooLow) {
+  auto const onTerminal = [&](std::string const& rows, std::string const& command) {
+    return run("TERM=dumb script -qec 'stty rows " + rows + "; '\"" + command + "\" /dev/null").out;
+  };
+  EXPECT_THAT(onTerminal("24", "$P demo"), StartsWith("Summary\r\n"));
+  EXPECT_THAT(onTerminal("1000", "$P demo"), StartsWith("Clamped panel: Clamps\r\n"));
+  EXPECT_THAT(onTerminal("24", "$P demo | cat"), StartsWith("Clamped panel: Clamps\r\n"));
+  EXPECT_THAT(onTerminal("24", "$P demo --output t.txt; head -n 1 t.txt"),
+              StartsWith("Clamped panel: Clamps\r\n"));
+}
+
 TEST_F(Program, WritesNumbersIndependentlyOfTheLocale) {
   auto const text = run("LC_ALL=de_DE.UTF-8 LANGUAGE=en $P show r.json --unit OP20 --family Clamps");
   EXPECT_THAT(text.out, HasSubstr("-7.25"));

@@ -10,6 +10,7 @@ namespace {
 TEST(SeriesTexts, NameTheSeriesByWhatPeopleSee) {
   auto series = seriesOf({1});
   EXPECT_EQ(titleText(series), "OP20: Bolts, Forces, B1, Max Normal Force [N]");
+  EXPECT_EQ(placeText(series), "OP20: Bolts, Forces, B1, Max Normal Force");
   series.subGroup = "Left";
   series.shownItem = "B1\n(Joining Failed)";
   series.column.tableDisplayName = "";

@@ -18,16 +18,17 @@ namespace {
 
 using testing::ExitedWithCode;
 
-/// Makes standard output a terminal with so many columns.
-void openTerminal(unsigned short columns) {
+/// Makes standard output a terminal of that size.
+void openTerminal(unsigned short columns, unsigned short rows = 24) {
   int outer = 0;
   int inner = 0;
-  winsize const size{24, columns, 0, 0};
+  winsize const size{rows, columns, 0, 0};
   if (::openpty(&outer, &inner, nullptr, nullptr, &size) != 0) ::_exit(2);
   if (::dup2(inner, STDOUT_FILENO) < 0) ::_exit(2);
   ::setenv("TERM", "xterm", 1);
   ::unsetenv("NO_COLOR");
   ::unsetenv("COLUMNS");
+  ::unsetenv("LINES");
 }
 
 void closeTerminal() {
@@ -53,24 +54,27 @@ TEST(TerminalDeathTest, HasColourUnlessItOrTheUserHasNone) {
   EXPECT_EXIT(ask(), ExitedWithCode(0), "");
 }
 
-TEST(TerminalDeathTest, HasTheWidthThatItTells) {
+TEST(TerminalDeathTest, HasTheSizeThatItTells) {
   auto const ask = [] {
-    openTerminal(132);
+    openTerminal(132, 50);
     ::setenv("COLUMNS", "40", 1);
-    exitWith(terminalWidth() == 132);
+    ::setenv("LINES", "30", 1);
+    exitWith(terminalWidth() == 132 && terminalHeight() == 50);
   };
   EXPECT_EXIT(ask(), ExitedWithCode(0), "");
 }
 
-TEST(TerminalDeathTest, HasTheWidthOfTheEnvironmentWhereItTellsNone) {
+TEST(TerminalDeathTest, HasTheSizeOfTheEnvironmentWhereItTellsNone) {
   auto const ask = [] {
-    openTerminal(0);
-    bool asExpected = terminalWidth() == 0;
+    openTerminal(0, 0);
+    bool asExpected = terminalWidth() == 0 && terminalHeight() == 0;
     ::setenv("COLUMNS", "40", 1);
-    asExpected = asExpected && terminalWidth() == 40;
+    ::setenv("LINES", "30", 1);
+    asExpected = asExpected && terminalWidth() == 40 && terminalHeight() == 30;
     for (auto const* const text : {"", "wide", "40x", "-1"}) {
       ::setenv("COLUMNS", text, 1);
-      asExpected = asExpected && terminalWidth() == 0;
+      ::setenv("LINES", text, 1);
+      asExpected = asExpected && terminalWidth() == 0 && terminalHeight() == 0;
     }
     exitWith(asExpected);
   };
@@ -81,8 +85,9 @@ TEST(TerminalDeathTest, IsNoneWhereOutputIsRedirected) {
   auto const ask = [] {
     openTerminal(80);
     ::setenv("COLUMNS", "40", 1);
+    ::setenv("LINES", "30", 1);
     closeTerminal();
-    exitWith(!terminalHasColour() && terminalWidth() == 0);
+    exitWith(!terminalHasColour() && terminalWidth() == 0 && terminalHeight() == 0);
   };
   EXPECT_EXIT(ask(), ExitedWithCode(0), "");
 }

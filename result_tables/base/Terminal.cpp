@@ -22,12 +22,20 @@ std::string_view environment(char const* name) {
   return value == nullptr ? std::string_view() : value;
 }
 
-std::size_t columnsOfEnvironment() {
-  auto const text = environment("COLUMNS");
-  std::size_t columns = 0;
+std::size_t countInEnvironment(char const* name) {
+  auto const text = environment(name);
+  std::size_t count = 0;
   auto const* const end = text.data() + text.size();
-  auto const result = std::from_chars(text.data(), end, columns);
-  return result.ec == std::errc() && result.ptr == end ? columns : 0;
+  auto const result = std::from_chars(text.data(), end, count);
+  return result.ec == std::errc() && result.ptr == end ? count : 0;
+}
+
+/// What the terminal says of its size or, where it does not, the environment.
+std::size_t terminalSize(unsigned short winsize::*extent, char const* variable) {
+  if (::isatty(STDOUT_FILENO) == 0) return 0;
+  winsize size{};
+  if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.*extent > 0) return size.*extent;
+  return countInEnvironment(variable);
 }
 
 std::string localeName() {
@@ -61,12 +69,8 @@ bool terminalHasColour() {
   return ::isatty(STDOUT_FILENO) != 0 && environment("NO_COLOR").empty() && !kind.empty() && kind != "dumb";
 }
 
-std::size_t terminalWidth() {
-  if (::isatty(STDOUT_FILENO) == 0) return 0;
-  winsize size{};
-  if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) return size.ws_col;
-  return columnsOfEnvironment();
-}
+std::size_t terminalWidth() { return terminalSize(&winsize::ws_col, "COLUMNS"); }
+std::size_t terminalHeight() { return terminalSize(&winsize::ws_row, "LINES"); }
 
 bool localeIsUtf8() {
   auto const name = localeName();

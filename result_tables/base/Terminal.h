@@ -12,6 +12,9 @@ namespace Kestrel::ResultTables {
 /// says. 0 where standard output is no terminal and where nobody knows.
 [[nodiscard]] std::size_t terminalWidth();
 
+/// Its rows, in the same way, with LINES.
+[[nodiscard]] std::size_t terminalHeight();
+
 /// Whether text is UTF-8 in the locale of the environment, the first of LC_ALL, LC_CTYPE and LANG that is not
 /// empty: as its name says ("de_DE.UTF-8"), whether it is installed or not, or, where the name says nothing,
 /// as the system says. The locale of the process stays as it is.

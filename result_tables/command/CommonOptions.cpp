@@ -123,6 +123,7 @@ TextStyle styleFor(std::string const& file, Colour colour, TextStyle style) {
   bool const isShown = goesToStandardOutput(file);
   style.colour = colour == Colour::always || (colour == Colour::automatic && isShown && terminalHasColour());
   style.width = isShown ? terminalWidth() : 0;
+  style.height = isShown ? terminalHeight() : 0;
   style.unicode = localeIsUtf8();
   return style;
 }

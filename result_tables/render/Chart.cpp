@@ -263,6 +263,7 @@ std::vector<ChartPoint> thinned(std::vector<ChartPoint> const& line, std::size_t
     appendOutstanding(kept, line, first, behind);
   }
   std::vector<ChartPoint> points;
+  points.reserve(kept.size());
   for (auto const i : kept) points.push_back(line[i]);
   return points;
 }

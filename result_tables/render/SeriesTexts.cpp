@@ -20,16 +20,22 @@ std::size_t countNaNs(MaxValueSeries const& series) {
 
 }  // namespace
 
-std::string titleText(TableSeries const& series) {
+std::string placeText(TableSeries const& series) {
   auto const& column = series.column;
-  auto title = series.unit + ": " + series.title;
+  auto place = series.unit + ": " + series.title;
   for (std::string_view const part :
        {std::string_view(series.group), std::string_view(series.subGroup), std::string_view(series.shownItem),
         std::string_view(column.tableDisplayName.empty() ? column.key : column.tableDisplayName)}) {
-    if (!part.empty()) title.append(", ").append(part);
+    if (!part.empty()) place.append(", ").append(part);
   }
-  if (!column.unit.empty()) title += fmt::format(" [{}]", column.unit);
-  return toPrintable(title);
+  return toPrintable(place);
+}
+
+std::string titleText(TableSeries const& series) {
+  auto title = placeText(series);
+  if (auto const& unit = series.column.unit; !unit.empty())
+    title += fmt::format(" [{}]", toPrintable(unit));
+  return title;
 }
 
 std::string extremeText(TableSeries const& series, int digits, char decimalMark) {

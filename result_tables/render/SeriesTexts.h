@@ -9,7 +9,10 @@
 
 namespace Kestrel::ResultTables {
 
-/// "OP20: Clamps, Forces, Left, Clamp 1, Max Closing Force [N]"
+/// "OP20: Clamps, Forces, Left, Clamp 1, Max Closing Force"
+[[nodiscard]] std::string placeText(TableSeries const& series);
+
+/// The same with the unit of the values: "OP20: Clamps, Forces, Left, Clamp 1, Max Closing Force [N]"
 [[nodiscard]] std::string titleText(TableSeries const& series);
 
 /// The value that the table has, with its step and time: "-846.15 N, step 3, time 0.6"; "no data" or "NaN"

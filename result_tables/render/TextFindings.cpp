@@ -7,6 +7,7 @@
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
 #include "result_tables/render/Ansi.h"
+#include "result_tables/render/TextSummary.h"
 
 namespace Kestrel::ResultTables {
 
@@ -69,11 +70,13 @@ std::string renderFindingsAsText(std::vector<FileFindings> const& files, TextSty
     compared += file.countCompared();
     withoutData += file.countWithoutData();
   }
-  return out + fmt::format("{}: {}, {}: {}, {}: {}, {}: {}, {}: {}\n", tr("values beyond their limits"),
-                           counts[FindingKind::exceeded], tr("values with NaN"),
-                           counts[FindingKind::notANumber], tr("invalid elements"),
-                           counts[FindingKind::invalid], tr("values compared"), compared, tr("without data"),
-                           withoutData);
+  return out +
+         countsText({.exceeded = counts[FindingKind::exceeded],
+                     .notANumber = counts[FindingKind::notANumber],
+                     .invalid = counts[FindingKind::invalid],
+                     .compared = compared,
+                     .withoutData = withoutData}) +
+         '\n';
 }
 
 }  // namespace Kestrel::ResultTables

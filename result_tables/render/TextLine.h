@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Kestrel::ResultTables {
 
@@ -22,5 +23,10 @@ inline void appendLine(std::string& out, std::string_view line) {
   out += line;
   endLine(out, begin);
 }
+
+/// A printable text on as few lines as the width allows, broken behind separators alone; the blanks at the
+/// end of a line are left out.
+[[nodiscard]] std::vector<std::string> wrap(std::string_view printable, std::size_t width,
+                                            std::string_view separator);
 
 }  // namespace Kestrel::ResultTables

@@ -11,6 +11,7 @@
 #include "result_tables/render/Ansi.h"
 #include "result_tables/render/NumberCell.h"
 #include "result_tables/render/TextLine.h"
+#include "result_tables/render/TextSummary.h"
 
 namespace Kestrel::ResultTables {
 
@@ -92,27 +93,11 @@ struct Block {
 
 void appendBlanks(std::string& out, std::size_t count) { out.append(count, ' '); }
 
-/// The words of a head on as few lines as the width allows; a word is never broken.
-std::vector<std::string> wrap(std::string_view text, std::size_t width) {
-  std::vector<std::string> lines;
-  while (!text.empty()) {
-    auto const end = std::min(text.find(' '), text.size());
-    std::string const word(text.substr(0, end));
-    text.remove_prefix(std::min(end + 1, text.size()));
-    if (!lines.empty() && displayWidth(lines.back()) + 1 + displayWidth(word) <= width) {
-      lines.back() += ' ' + word;
-    } else {
-      lines.push_back(word);
-    }
-  }
-  return lines;
-}
-
 /// The lines above a column: its name, its unit, its limit.
 std::vector<std::string> genHead(TableColumn const& column, std::size_t numberWidth, int digits) {
   constexpr std::size_t shortestLine = 12;
   auto const& name = column.tableDisplayName.empty() ? column.key : column.tableDisplayName;
-  auto head = wrap(toPrintable(name), std::max(numberWidth, shortestLine));
+  auto head = wrap(toPrintable(name), std::max(numberWidth, shortestLine), " ");
   head.push_back(toPrintable(column.unit));
   std::string limit;
   if (column.limit) {
@@ -279,6 +264,12 @@ std::string legendOf(Marks const& marks, bool when) {
   return entries.empty() ? "" : fmt::format("\n{}\n", fmt::join(entries, "   "));
 }
 
+/// Whether its first line is no longer to be seen when a prompt stands below the last.
+bool exceedsScreen(std::string_view text, TextStyle const& style) {
+  auto const lines = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+  return style.height > 0 && lines >= style.height;
+}
+
 }  // namespace
 
 std::string renderText(std::vector<ResultTable> const& tables, TextStyle const& style) {
@@ -296,7 +287,8 @@ std::string renderText(std::vector<ResultTable> const& tables, TextStyle const& 
     }
     if (table.container().groups.empty()) appendLine(out, "  " + tr("no elements"));
   }
-  return out + legendOf(marks, style.when && !tables.empty());
+  out += legendOf(marks, style.when && !tables.empty());
+  return exceedsScreen(out, style) ? renderSummaryAsText(tables, style) + '\n' + out : out;
 }
 
 }  // namespace Kestrel::ResultTables
