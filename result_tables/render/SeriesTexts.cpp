@@ -25,7 +25,7 @@ std::string placeText(TableSeries const& series) {
   auto place = series.unit + ": " + series.title;
   for (std::string_view const part :
        {std::string_view(series.group), std::string_view(series.subGroup), std::string_view(series.shownItem),
-        std::string_view(column.tableDisplayName.empty() ? column.key : column.tableDisplayName)}) {
+        std::string_view(column.shownName())}) {
     if (!part.empty()) place.append(", ").append(part);
   }
   return toPrintable(place);

@@ -4,12 +4,12 @@
 
 #include <algorithm>
 #include <array>
-#include <map>
 #include <vector>
 
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
 #include "result_tables/render/Ansi.h"
+#include "result_tables/render/DifferenceTexts.h"
 #include "result_tables/render/NumberCell.h"
 #include "result_tables/render/TextLine.h"
 
@@ -18,9 +18,6 @@ namespace Kestrel::ResultTables {
 namespace {
 
 constexpr std::string_view s_indent = "    ";
-constexpr int s_digitsOfPercent = 3;
-
-std::string withSign(std::string const& number) { return number.front() == '-' ? number : '+' + number; }
 
 /// As in the text of a table; empty where a file does not have the value.
 std::string numberOf(std::optional<ComparedValue> const& value, int digits) {
@@ -29,36 +26,16 @@ std::string numberOf(std::optional<ComparedValue> const& value, int digits) {
   return value->nanCount > 0 ? "NaN" : std::string(s_noData);
 }
 
-bool hasNumber(std::optional<ComparedValue> const& value) { return value && value->count > 0; }
-
 /// Empty where nothing changed, and where there is no number that could have.
 std::string describeChange(ValueDifference const& difference, int digits) {
-  auto const change = difference.change();
-  bool const isShown =
-      change && *change != 0.0 && hasNumber(difference.before) && hasNumber(difference.after);
-  return isShown ? withSign(formatNumber(*change, digits)) : std::string();
+  auto const change = shownChange(difference);
+  return change && *change != 0.0 ? withSign(formatNumber(*change, digits)) : std::string();
 }
 
 std::string describePercent(ValueDifference const& difference, int digits) {
-  auto const relative = difference.relativeChange();
-  if (!relative || describeChange(difference, digits).empty()) return {};
+  auto const relative = shownRelativeChange(difference);
+  if (!relative || *relative == 0.0) return {};
   return withSign(formatNumber(*relative * 100.0, std::min(digits, s_digitsOfPercent)));
-}
-
-/// What became of the value besides its number; empty where that is nothing.
-std::string describeState(ValueDifference const& difference) {
-  std::vector<std::string> notes;
-  if (difference.kind == DifferenceKind::added) notes.push_back(tr("added"));
-  if (difference.kind == DifferenceKind::removed) notes.push_back(tr("removed"));
-  if (difference.before && difference.after && difference.before->isValid != difference.after->isValid)
-    notes.push_back(difference.after->isValid ? tr("valid again") : tr("no longer valid"));
-  if (difference.wentBeyondLimit()) notes.push_back(tr("now beyond its limit"));
-  if (difference.cameBackWithinLimit()) notes.push_back(tr("back within its limit"));
-  return fmt::format("{}", fmt::join(notes, ", "));
-}
-
-std::string const& nameOf(TableColumn const& column) {
-  return column.tableDisplayName.empty() ? column.key : column.tableDisplayName;
 }
 
 /// The texts that are not empty, printable.
@@ -134,14 +111,13 @@ class SectionDifferences {
 
 void SectionDifferences::add(RowDifferences const& row, ValueDifference const& difference) {
   auto const& column = *difference.column;
-  auto name = joinParts({row.subGroup, row.item, nameOf(column)});
-  if (!column.unit.empty()) name += " [" + toPrintable(column.unit) + ']';
+  auto const name = joinParts({row.subGroup, row.item, quantityText(column)});
   m_lines.push_back({&difference,
                      std::string(s_indent) + name,
                      {cellOf(difference.before, m_style.digits), cellOf(difference.after, m_style.digits),
                       DifferenceCell{NumberCell(describeChange(difference, m_style.digits))},
                       DifferenceCell{NumberCell(describePercent(difference, m_style.digits))}},
-                     describeState(difference)});
+                     stateText(difference)});
 }
 
 void SectionDifferences::layOut() {
@@ -210,17 +186,13 @@ void SectionDifferences::appendTo(std::string& out) {
 
 /// What the last lines say.
 struct Summary {
-  std::map<DifferenceKind, std::size_t> kinds;
-  std::size_t wentBeyond = 0;
-  std::size_t cameBack = 0;
+  DifferenceCounts counted;
   bool hasExceeded = false;
   bool hasInvalid = false;
   bool hasNaN = false;
 
   void add(ValueDifference const& difference) {
-    ++kinds[difference.kind];
-    if (difference.wentBeyondLimit()) ++wentBeyond;
-    if (difference.cameBackWithinLimit()) ++cameBack;
+    counted.add(difference);
     for (auto const& value : {difference.before, difference.after}) {
       hasExceeded = hasExceeded || (value && value->isExceeded);
       hasInvalid = hasInvalid || (value && !value->isValid);
@@ -237,16 +209,12 @@ struct Summary {
   }
 
   [[nodiscard]] std::string counts(std::size_t compared) const {
-    auto const count = [this](DifferenceKind kind) {
-      auto const found = kinds.find(kind);
-      return found == kinds.end() ? 0 : found->second;
-    };
-    auto const kindsLine = fmt::format(
-        "{}: {}, {}: {}, {}: {}, {}: {}, {}: {}\n", tr("changed"), count(DifferenceKind::changed),
-        tr("in state alone"), count(DifferenceKind::state), tr("added"), count(DifferenceKind::added),
-        tr("removed"), count(DifferenceKind::removed), tr("values in both files"), compared);
-    return kindsLine + fmt::format("{}: {}, {}: {}\n", tr("now beyond their limits"), wentBeyond,
-                                   tr("back within their limits"), cameBack);
+    auto const kindsLine =
+        fmt::format("{}: {}, {}: {}, {}: {}, {}: {}, {}: {}\n", tr("changed"), counted.changed,
+                    tr("in state alone"), counted.state, tr("added"), counted.added, tr("removed"),
+                    counted.removed, tr("values in both files"), compared);
+    return kindsLine + fmt::format("{}: {}, {}: {}\n", tr("now beyond their limits"), counted.wentBeyondLimit,
+                                   tr("back within their limits"), counted.cameBackWithinLimit);
   }
 };
 
@@ -291,10 +259,10 @@ std::string differenceLine(ValueDifference const& difference, int digits) {
   auto const values = difference.before && difference.after
                           ? describe(difference.before) + " → " + describe(difference.after)
                           : describe(difference.before ? difference.before : difference.after);
-  auto line = fmt::format("{}: {}", toPrintable(nameOf(column)), values);
+  auto line = fmt::format("{}: {}", toPrintable(column.shownName()), values);
   auto const change = describeChange(difference, digits);
   auto const percent = describePercent(difference, digits);
-  auto const state = describeState(difference);
+  auto const state = stateText(difference);
   if (!change.empty()) line += fmt::format(", {} {}{}", tr("change"), change, unit);
   if (!percent.empty()) line += fmt::format(", {} %", percent);
   if (!state.empty()) line += ", " + state;

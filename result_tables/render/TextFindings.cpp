@@ -48,8 +48,7 @@ std::string placeLine(TableFindings const& table, NamedPlace const& place) {
   append(place.group);
   append(place.subGroup);
   append(place.item);
-  if (place.column != nullptr)
-    append(place.column->tableDisplayName.empty() ? place.column->key : place.column->tableDisplayName);
+  if (place.column != nullptr) append(place.column->shownName());
   return toPrintable(line);
 }
 

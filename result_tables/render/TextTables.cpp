@@ -96,8 +96,7 @@ void appendBlanks(std::string& out, std::size_t count) { out.append(count, ' ');
 /// The lines above a column: its name, its unit, its limit.
 std::vector<std::string> genHead(TableColumn const& column, std::size_t numberWidth, int digits) {
   constexpr std::size_t shortestLine = 12;
-  auto const& name = column.tableDisplayName.empty() ? column.key : column.tableDisplayName;
-  auto head = wrap(toPrintable(name), std::max(numberWidth, shortestLine), " ");
+  auto head = wrap(toPrintable(column.shownName()), std::max(numberWidth, shortestLine), " ");
   head.push_back(toPrintable(column.unit));
   std::string limit;
   if (column.limit) {

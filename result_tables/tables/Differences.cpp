@@ -202,6 +202,25 @@ bool ValueDifference::cameBackWithinLimit() const {
   return before && before->isExceeded && after && after->isValid && !after->isExceeded;
 }
 
+void DifferenceCounts::add(ValueDifference const& difference) {
+  switch (difference.kind) {
+    case DifferenceKind::changed:
+      ++changed;
+      break;
+    case DifferenceKind::state:
+      ++state;
+      break;
+    case DifferenceKind::added:
+      ++added;
+      break;
+    case DifferenceKind::removed:
+      ++removed;
+      break;
+  }
+  if (difference.wentBeyondLimit()) ++wentBeyondLimit;
+  if (difference.cameBackWithinLimit()) ++cameBackWithinLimit;
+}
+
 bool ResultDifferences::hasDifferences() const {
   return std::ranges::any_of(tables, [](TableDifferences const& table) {
     return std::ranges::any_of(table.rows, [](RowDifferences const& row) { return !row.values.empty(); });
@@ -238,7 +257,8 @@ TableDifferences genTableDifferences(ResultTable const* before, ResultTable cons
 
 ResultDifferences genDifferences(LimitedResults const& before, LimitedResults const& after,
                                  TableSelection const& selection, Tolerance const& tolerance) {
-  ResultDifferences found{before.file.givenName, after.file.givenName, {}, {}};
+  ResultDifferences found{before.file.givenName, after.file.givenName, {}, {}, tolerance,
+                          before.limits.source,  after.limits.source};
   for (auto const& unit : selectUnitPairs(before.file, after.file, selection.units)) {
     auto const tablesBefore = genTablesOf(before, unit.before, selection);
     auto const tablesAfter = genTablesOf(after, unit.after, selection);

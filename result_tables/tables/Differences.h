@@ -91,6 +91,18 @@ struct UnreadFile {
   std::string message;
 };
 
+/// What kinds of differences there are, and how often.
+struct DifferenceCounts {
+  std::size_t changed = 0;
+  std::size_t state = 0;
+  std::size_t added = 0;
+  std::size_t removed = 0;
+  std::size_t wentBeyondLimit = 0;  ///< of all of these
+  std::size_t cameBackWithinLimit = 0;
+
+  void add(ValueDifference const& difference);
+};
+
 /// What differs between two results files, or why they could not be compared.
 struct ResultDifferences {
   std::string before;  ///< the files as they were given
@@ -98,6 +110,9 @@ struct ResultDifferences {
   /// Units of the first file, then those that the second alone has; families by number inside a unit.
   std::vector<TableDifferences> tables;
   std::vector<UnreadFile> errors;
+  Tolerance tolerance = {};
+  std::string limitsBefore = {};  ///< what the limits were read from; empty where they are the defaults
+  std::string limitsAfter = {};
 
   [[nodiscard]] bool hasDifferences() const;
   [[nodiscard]] std::size_t countCompared() const;

@@ -29,6 +29,11 @@ struct TableColumn {
   std::string unit;
   TablePropertyLimitType limitType = TablePropertyLimitType::NoLimit;
   std::optional<ColumnLimit> limit;
+
+  /// What a table is headed with; the key where there is no name.
+  [[nodiscard]] std::string const& shownName() const {
+    return tableDisplayName.empty() ? key : tableDisplayName;
+  }
 };
 
 /// A value of a table with what is known about it.
