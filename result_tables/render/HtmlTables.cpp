@@ -23,16 +23,13 @@ namespace Kestrel::ResultTables {
 
 namespace {
 
-constexpr std::size_t s_listedUtilisations = 10;
 constexpr std::size_t s_utilisationsWithCurves = 200;
-
-using Place = ResultTable::Place;
 
 /// Number of a section in the file, and row and column in it.
 using Cell = std::array<std::size_t, 3>;
 
 struct HtmlRow {
-  Place place;
+  ResultTable::Place place;
   bool isValid;
   std::vector<TableValue> values;
 };
@@ -66,7 +63,7 @@ struct HtmlSection {
   }
 
   /// The row of a value.
-  [[nodiscard]] std::size_t rowAt(Place const& place) const;
+  [[nodiscard]] std::size_t rowAt(ResultTable::Place const& place) const;
 };
 
 bool HtmlSection::hasFinding(HtmlRow const& row) const {
@@ -77,14 +74,14 @@ bool HtmlSection::hasFinding(HtmlRow const& row) const {
   return false;
 }
 
-std::size_t HtmlSection::rowAt(Place const& place) const {
+std::size_t HtmlSection::rowAt(ResultTable::Place const& place) const {
   auto const key = std::pair(place.subGroup, place.item);
   auto const found = std::ranges::lower_bound(
       rows, key, {}, [](HtmlRow const& row) { return std::pair(row.place.subGroup, row.place.item); });
   return static_cast<std::size_t>(found - rows.begin());
 }
 
-Place placeOf(HtmlRow const& row, std::size_t column) {
+ResultTable::Place placeOf(HtmlRow const& row, std::size_t column) {
   auto place = row.place;
   place.column = column;
   return place;

@@ -33,8 +33,7 @@ std::string placeText(TableSeries const& series) {
 
 std::string titleText(TableSeries const& series) {
   auto title = placeText(series);
-  if (auto const& unit = series.column.unit; !unit.empty())
-    title += fmt::format(" [{}]", toPrintable(unit));
+  if (auto const& unit = series.column.unit; !unit.empty()) title += fmt::format(" [{}]", toPrintable(unit));
   return title;
 }
 

@@ -185,7 +185,7 @@ void SectionDifferences::appendTo(std::string& out) {
 }
 
 /// What the last lines say.
-struct Summary {
+struct DifferencesSummary {
   DifferenceCounts counted;
   bool hasExceeded = false;
   bool hasInvalid = false;
@@ -219,7 +219,7 @@ struct Summary {
 };
 
 /// The sections of one table that differ, under the table's title; nothing where none does.
-std::string genTableText(TableDifferences const& table, TextStyle const& style, Summary& summary) {
+std::string genTableText(TableDifferences const& table, TextStyle const& style, DifferencesSummary& summary) {
   std::string out;
   auto row = table.rows.begin();
   while (row != table.rows.end()) {
@@ -245,7 +245,7 @@ std::string genTableText(TableDifferences const& table, TextStyle const& style, 
 
 std::string renderDifferencesAsText(ResultDifferences const& differences, TextStyle const& style) {
   std::string out;
-  Summary summary;
+  DifferencesSummary summary;
   for (auto const& table : differences.tables) out += genTableText(table, style, summary);
   return out + summary.legend() + summary.counts(differences.countCompared());
 }

@@ -18,8 +18,6 @@ namespace Kestrel::ResultTables {
 
 namespace {
 
-constexpr std::size_t s_listedUtilisations = 10;
-
 /// Of the section that has the most.
 std::size_t countElements(ResultTable const& table) {
   std::size_t most = 0;

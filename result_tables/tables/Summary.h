@@ -14,6 +14,9 @@ namespace Kestrel::ResultTables {
 [[nodiscard]] std::optional<double> utilisationOf(TableValue const& value, TableColumn const& column,
                                                   bool isValid);
 
+/// Reports list so many of the values that take the most of their limits.
+inline constexpr std::size_t s_listedUtilisations = 10;
+
 /// A value of one of some tables.
 struct UtilisedValue {
   double utilisation;
