@@ -12,7 +12,7 @@ for program in node npm chromium; do
   }
 done
 
-packages=$1
+packages=$(realpath --canonicalize-missing "$1")
 shift
 if [ $# -gt 0 ]; then
   KESTREL_BROWSER=$(command -v chromium) KESTREL_BROWSER_PACKAGES=$packages exec node "$@"
