@@ -261,7 +261,7 @@ class DataTable {
     if (this.sorting) this.sort();
     this.section.hidden = tools.isFiltering && this.order.length === 0;
     if (this.active.row >= 0 && !this.order.includes(this.active.row)) this.activate(-1, this.active.column);
-    this.scroller.scrollTop = 0;
+    if (this.isVirtual) this.scroller.scrollTop = 0;
     this.render();
     if (hadFocus) this.focus(this.active.row, this.active.column);
   }
