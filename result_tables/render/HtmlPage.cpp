@@ -26,8 +26,11 @@ namespace Kestrel::ResultTables {
 
 namespace {
 
-/// Says that the script runs before there is anything to lay out.
-constexpr std::string_view s_earlyScript = "document.documentElement.classList.add('js');";
+/// Says that the script runs before there is anything to lay out, and takes it back where it did not.
+constexpr std::string_view s_earlyScript =
+    "document.documentElement.classList.add('js');"
+    "document.addEventListener('DOMContentLoaded',function(){var page=document.documentElement.classList;"
+    "if(!page.contains('running'))page.remove('js');});";
 
 /// What the browser takes for the content of a style or a script, and a reader of XML does too.
 std::string cdata(std::string_view content) { return fmt::format("/*<![CDATA[*/\n{}/*]]>*/", content); }

@@ -5,13 +5,16 @@ import { test } from "node:test";
 
 import { namesOf, onPage, reportOfResults, resultsOf, textOf, toolOf } from "./support.mjs";
 
-/** Clamps with four forces each, in an order that is none of their names or values; every 100th but the first is beyond its limit. */
-function clamps(count) {
+/**
+ * Bolts with four forces each, in an order that is none of their names or values. The place in the order of names tells
+ * all: every 100th but the first is beyond its limit of 30 N.
+ */
+function bolts(count) {
   const tools = [];
   for (let i = 0; i < count; ++i) {
     const place = (i * 7919) % count;
     const force = (factor) => ({ values: [0, ((place * factor) % 4999) / 10, -((place * factor) % 777)] });
-    tools.push(toolOf(`Clamp ${place + 1}`, "bolt", {
+    tools.push(toolOf(`Bolt ${place + 1}`, "bolt", {
       ClampNormalForce: { values: [0, place % 100 === 0 ? -(30 + place / 1000) : (place % 29) + 0.25] },
       ClampClosingForce: force(31), ClampSupportingForce: force(17), ClampTangentialForce: force(7),
     }));
@@ -19,7 +22,7 @@ function clamps(count) {
   return resultsOf({ tools });
 }
 
-const reportOf = (count) => reportOfResults(clamps(count), { args: ["--family", "Bolts"] });
+const reportOf = (count) => reportOfResults(bolts(count), { args: ["--family", "Bolts"] });
 const rowsInPage = (page) => page.locator("section.table:first-of-type tr[aria-rowindex]").count();
 
 test("has few rows in the page, whichever are looked at, and tells of all", async () => {
@@ -32,7 +35,7 @@ test("has few rows in the page, whichever are looked at, and tells of all", asyn
     await page.locator("tr[aria-rowindex='1001']").first().waitFor();
     assert.ok(await rowsInPage(page) < 100);
     assert.equal((await grid.boundingBox()).width, width);
-    assert.equal((await namesOf(page)).pop(), "Clamp 82");
+    assert.equal((await namesOf(page)).pop(), "Bolt 82");
   });
 });
 
@@ -41,26 +44,26 @@ test("keeps the focus while its row is scrolled out of sight, sorted and filtere
     const focused = () => page.evaluate(() => document.activeElement.parentNode.cells[0].textContent);
     await page.locator("section.table tbody th").filter({ visible: true }).first().click();
     await page.keyboard.press("Control+End");
-    assert.equal(await focused(), "Clamp 82");
+    assert.equal(await focused(), "Bolt 82");
     await page.keyboard.press("PageUp");
     await page.keyboard.press("PageDown");
-    assert.equal(await focused(), "Clamp 82");
+    assert.equal(await focused(), "Bolt 82");
     await page.locator(".scroller").first().evaluate((scroller) => { scroller.scrollTop = 0; });
     await page.locator("tr[aria-rowindex='2']").first().waitFor();
-    assert.equal(await focused(), "Clamp 82");
+    assert.equal(await focused(), "Bolt 82");
     assert.equal(await page.locator(":focus").count(), 1);
     await page.keyboard.press("ArrowUp");
-    assert.equal(await focused(), "Clamp 163");
+    assert.equal(await focused(), "Bolt 163");
   });
 });
 
 test("leads to a value far below", async () => {
   await onPage(reportOf(1000), async (page) => {
     const link = page.locator(".worst a").first();
-    assert.match(await link.textContent(), /Clamp 901, Max Normal Force$/);
+    assert.match(await link.textContent(), /Bolt 901, Max Normal Force$/);
     await link.click();
     await page.locator("td:focus").waitFor();
-    assert.equal(await page.evaluate(() => document.activeElement.parentNode.cells[0].textContent), "Clamp 901");
+    assert.equal(await page.evaluate(() => document.activeElement.parentNode.cells[0].textContent), "Bolt 901");
     const cell = await page.locator(":focus").boundingBox();
     const scroller = await page.locator(".scroller").first().boundingBox();
     assert.ok(cell.y > scroller.y && cell.y + cell.height <= scroller.y + scroller.height);
@@ -78,8 +81,8 @@ test("has all rows in the page while it is printed, in their order", async () =>
     assert.ok(pdf.length > 100000);
     const printed = await page.evaluate(() => window.printed);
     assert.equal(printed.length, 1000);
-    assert.deepEqual(printed.slice(0, 3), ["Clamp 1", "Clamp 2", "Clamp 3"]);
-    assert.equal(printed[999], "Clamp 1000");
+    assert.deepEqual(printed.slice(0, 3), ["Bolt 1", "Bolt 2", "Bolt 3"]);
+    assert.equal(printed[999], "Bolt 1000");
     assert.ok(await rowsInPage(page) < 100);
   });
 });
@@ -107,12 +110,12 @@ test("opens, sorts and filters 20,000 rows of four values", async (context) => {
       context.diagnostic(`${what} in ${Math.round(milliseconds)} ms`);
     };
     await timed("sorted by number", { selector: "th[data-type=number] button" });
-    assert.equal((await namesOf(page))[0], "Clamp 16356");
+    assert.equal((await namesOf(page))[0], "Bolt 16356");
     await timed("sorted by name", { selector: "th[data-type=name] button" });
-    assert.equal((await namesOf(page))[0], "Clamp 1");
+    assert.equal((await namesOf(page))[0], "Bolt 1");
     await timed("sorted by utilisation", { selector: "[aria-pressed]" });
-    assert.equal((await namesOf(page))[0], "Clamp 19901");
-    await timed("filtered", { selector: "input[type=search]", value: "clamp 1999" });
+    assert.equal((await namesOf(page))[0], "Bolt 19901");
+    await timed("filtered", { selector: "input[type=search]", value: "bolt 1999" });
     assert.equal(await textOf(page, "[role=status]"), "22 of 40,000 rows");
     await timed("all again", { selector: "input[type=search]", value: "" });
     await timed("only findings", { selector: ".tools input[type=checkbox]" });

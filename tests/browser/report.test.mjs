@@ -1,6 +1,7 @@
 // What a person does with the report of `show`: sort, filter, look closer, copy, print.
 
 import assert from "node:assert/strict";
+import { readFileSync, writeFileSync } from "node:fs";
 import { test } from "node:test";
 
 import {
@@ -231,7 +232,8 @@ for (const clipboard of ["its own", "none of its own"]) {
 
 test("shows names as what they are, whatever they hold", async () => {
   const names = [
-    "<b>bold</b> & \"double\" 'single'", "</script><script>alert(1)</script>", "]]>", "שלום 12", "=1+2", "tab\there",
+    "<b>bold</b> & \"double\" 'single'", "</script><script>alert(1)</script>", "]]>", "שלום 12", "=1+2",
+    "tab\there",
   ];
   const results = resultsOf({
     name: names[1],
@@ -262,6 +264,14 @@ test("shows everything without a script", async () => {
     assert.equal(await page.getByRole("button").count(), 0);
     assert.equal(await page.getByText("-32.5", { exact: false }).first().isVisible(), true);
   }, { javaScriptEnabled: false });
+});
+
+test("shows everything where its script does not run to its end", async () => {
+  const path = reportOfBolts();
+  writeFileSync(path, readFileSync(path, "utf8").replace('"use strict";', '"use sloppy";'));
+  await onPage(path, async (page) => {
+    assert.deepEqual(await namesOf(page), ["Bolt 10", "Bolt 2", "Bolt 1", "Bolt 3", "bolt 4"]);
+  }, {}, [/Content Security Policy/]);
 });
 
 test("speaks the reader's language and writes numbers its way", async () => {

@@ -75,10 +75,10 @@ export function reportOfDifferences(before, after_, language = "C") {
 }
 
 /**
- * Opens a page, lets `look` look at it, and asserts that the page neither complains nor asks for anything but itself.
- * `context` are options of the browser's context.
+ * Opens a page, lets `look` look at it, and asserts that the page asks for nothing but itself, and that the browser
+ * complains of nothing but what is expected. `context` are options of the browser's context.
  */
-export async function onPage(path, look, context = {}) {
+export async function onPage(path, look, context = {}, expectedProblems = []) {
   const surroundings = await browser.newContext({
     viewport: { width: 1000, height: 700 }, offline: true, reducedMotion: "reduce", ...context,
   });
@@ -92,7 +92,8 @@ export async function onPage(path, look, context = {}) {
   await page.goto(address);
   await look(page);
   await surroundings.close();
-  assert.deepEqual(problems, []);
+  assert.equal(problems.length, expectedProblems.length, problems.join("\n"));
+  expectedProblems.forEach((expected, index) => assert.match(problems[index], expected));
   assert.deepEqual(requests, [address]);
 }
 

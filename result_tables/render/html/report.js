@@ -1,7 +1,7 @@
 "use strict";
 
-// The page is complete without this script. It adds sorting, filters, keys, details and curves to the tables of the markup.
-// Names hold anything: they enter the page as text, never as markup.
+// The page is complete without this script, which adds sorting, filters, keys, details and curves to the tables of the
+// markup. Names hold anything: they enter the page as text, never as markup.
 
 const texts = JSON.parse(document.getElementById("texts").textContent);
 const curves = JSON.parse(document.getElementById("curves").textContent);
@@ -59,10 +59,11 @@ function filled(text, values) {
 
 // ---- numbers, as the attributes of rows and headers have them
 
-const specialNumbers = { "-": NaN, nan: NaN, inf: Infinity, "-inf": -Infinity };
+const infinities = new Map([["inf", Infinity], ["-inf", -Infinity]]);
 
+/** NaN for "nan", and for "-", which is no data. */
 function numberOf(plain) {
-  return plain in specialNumbers ? specialNumbers[plain] : Number(plain);
+  return infinities.has(plain) ? infinities.get(plain) : Number(plain);
 }
 
 /** As the cells of the page have it. */
@@ -77,11 +78,6 @@ function percentOf(ratio) {
 function partsOf(row, attribute) {
   const parts = row.getAttribute(attribute);
   return parts === null ? Array(row.cells.length).fill("-") : parts.split(" ");
-}
-
-/** NaN where there is no limit or no number. */
-function utilisation(value, limit) {
-  return Math.abs(value) / Math.abs(limit);
 }
 
 /** Keys that are NaN come last in either direction. */
@@ -235,13 +231,15 @@ class DataTable {
 
   // -- which rows, in which order
 
-  /** The first click sorts the largest number or the first text to the top, the second the other way, the third not at all. */
+  /**
+   * The first time the largest number or the first text comes to the top, the second time the last, the third time the
+   * stored order is back. Without a column it is the utilisation that counts.
+   */
   sortBy(column) {
-    const before = this.sorting && this.sorting.column === column ? this.sorting : null;
-    const first = column === null || column.isNumber ? "descending" : "ascending";
-    const second = first === "descending" ? "ascending" : "descending";
-    if (!before) this.sorting = { column, direction: first };
-    else this.sorting = before.direction === first ? { column, direction: second } : null;
+    const directions = column === null || column.isNumber ? ["descending", "ascending"] : ["ascending", "descending"];
+    const isSorted = this.sorting !== null && this.sorting.column === column;
+    const direction = directions[isSorted ? directions.indexOf(this.sorting.direction) + 1 : 0];
+    this.sorting = direction ? { column, direction } : null;
     this.showSorting();
     this.update();
   }
@@ -302,16 +300,16 @@ class DataTable {
     return Float64Array.from(this.rows, (row) => numberOf(partsOf(row, "data-v")[column.number]));
   }
 
-  /** NaN also for elements that are not valid, whose values are not compared. */
-  utilisationIn(row, values, column) {
-    return row.classList.contains("i") ? NaN : utilisation(numberOf(values[column.number]), column.limit);
+  /** NaN where there is no limit or no number, and for elements that are not valid, whose values are not compared. */
+  utilisationOf(row, value, column) {
+    return row.classList.contains("i") ? NaN : Math.abs(numberOf(value)) / Math.abs(column.limit);
   }
 
   highestUtilisations() {
     const limited = this.columns.filter((column) => column.hasLimit);
     return Float64Array.from(this.rows, (row) => {
       const values = partsOf(row, "data-v");
-      const found = limited.map((column) => this.utilisationIn(row, values, column));
+      const found = limited.map((column) => this.utilisationOf(row, values[column.number], column));
       const numbers = found.filter((ratio) => !Number.isNaN(ratio));
       return numbers.length > 0 ? Math.max(...numbers) : NaN;
     });
@@ -430,7 +428,7 @@ class DataTable {
     const head = this.element.tHead.offsetHeight;
     this.scroller.style.scrollPadding = `${head}px 0 0 ${this.columns[0].header.offsetWidth}px`;
     if (this.isVirtual) {
-      const top = position * this.rowHeight;
+      const top = position * this.measuredRowHeight();
       const room = this.scroller.clientHeight - head - 2 * this.rowHeight;
       if (top < this.scroller.scrollTop || top > this.scroller.scrollTop + room)
         this.scroller.scrollTop = top - room / 2;
@@ -502,11 +500,11 @@ class DataTable {
     if (!column.isNumber) return [];
     const part = (attribute) => partsOf(this.rows[row], attribute)[column.number] || "-";
     const value = part("data-v");
-    const unit = column.unit === "" ? "" : ` ${column.unit}`;
-    if (value === "-") return [[texts.value, texts.noData]];
-    const said = [[column.isQuantity ? texts.value : column.name, shown(value) + unit]];
+    const name = column.isQuantity ? texts.value : column.name;
+    if (value === "-") return [[name, texts.noData]];
+    const said = [[name, `${shown(value)} ${column.unit}`.trim()]];
     if (column.limitText !== "") said.push([texts.limit, column.limitText]);
-    const ratio = this.utilisationIn(this.rows[row], partsOf(this.rows[row], "data-v"), column);
+    const ratio = this.utilisationOf(this.rows[row], value, column);
     if (!Number.isNaN(ratio)) said.push([texts.utilisation, percentOf(ratio)]);
     if (part("data-s") !== "-") said.push([texts.step, part("data-s")]);
     if (part("data-t") !== "-") said.push([texts.time, shown(part("data-t"))]);
@@ -591,7 +589,12 @@ const details = {
     this.place();
   },
 
-  /** Below the cell, or above it where there is no room; in the dialog or page that the cell is in. */
+  /** Stays at the cell when that is scrolled. */
+  follow() {
+    if (this.cell) this.place();
+  },
+
+  /** Below the cell, or above it where there is no room. */
   place() {
     const cell = this.cell.getBoundingClientRect();
     const box = this.box.getBoundingClientRect();
@@ -670,7 +673,8 @@ const curveDialog = {
   content: element("div", { class: "content" }),
 
   build() {
-    const close = button({ class: "close", "aria-label": texts.close, title: texts.close }, "×", () => this.dialog.close());
+    const attributes = { class: "close", "aria-label": texts.close, title: texts.close };
+    const close = button(attributes, "×", () => this.dialog.close());
     const head = element("header", {}, element("div", {}, this.title, this.about), close);
     this.dialog = element("dialog", { class: "curve-dialog", "aria-labelledby": this.title.id }, head, this.content);
     // A click beside the dialog is one on its backdrop.
@@ -781,6 +785,7 @@ document.addEventListener("click", (event) => {
 document.addEventListener("keydown", (event) => {
   if (event.key === "Escape") onEscape();
 });
+document.addEventListener("scroll", () => details.follow(), true);
 window.addEventListener("hashchange", () => reveal(location.hash));
 window.addEventListener("beforeprint", () => tables.forEach((table) => table.print(true)));
 window.addEventListener("afterprint", () => tables.forEach((table) => table.print(false)));
@@ -788,4 +793,5 @@ window.addEventListener("resize", () => tables.forEach((table) => {
   table.rowHeight = 0;
   table.renderSoon();
 }));
+document.documentElement.classList.add("running");
 reveal(location.hash);
