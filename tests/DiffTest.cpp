@@ -127,6 +127,21 @@ TEST_F(Diff, ReportsAFileThatCannotBeReadInAJunitReport) {
               HasSubstr("<error message=\"none.json: cannot read: No such file or directory\" />"));
 }
 
+TEST_F(Diff, ReportsAFileThatCannotBeReadOnAPage) {
+  auto const result = run("$P diff none.json b.json --format html --output out.html");
+  EXPECT_EQ(result.exitCode, 2);
+  EXPECT_EQ(result.err, "result-tables: none.json: cannot read: No such file or directory\n");
+  EXPECT_THAT(m_folder.read("out.html"),
+              HasSubstr("<li dir=\"auto\">none.json: cannot read: No such file or directory</li>"));
+}
+
+TEST_F(Diff, WritesAPage) {
+  auto const result = run("$P diff a.json b.json --rel 0.01 --format html");
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.out, HasSubstr("<h1>Comparison of results</h1>"));
+  EXPECT_THAT(result.out, HasSubstr("Numbers count as the same up to 0 and 1 % of the one before."));
+}
+
 TEST_F(Diff, NeedsTwoFiles) {
   expectFailure("a.json", "AFTER is required (--help says more)");
   expectFailure("a.json b.json a.json", "unexpected argument \"a.json\" (--help says more)");

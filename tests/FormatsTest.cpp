@@ -37,7 +37,7 @@ TEST(Formats, AreThoseOfTheirSubjectWithTheOneForPeopleFirst) {
   EXPECT_THAT(namesOf(s_tableFormats), ElementsAre("text", "csv", "json", "html"));
   EXPECT_THAT(namesOf(s_csvDialects<Tables>), ElementsAre("plain", "excel-de"));
   EXPECT_THAT(namesOf(s_findingsFormats), ElementsAre("text", "json", "junit", "html"));
-  EXPECT_THAT(namesOf(s_differencesFormats), ElementsAre("text", "csv", "json", "junit"));
+  EXPECT_THAT(namesOf(s_differencesFormats), ElementsAre("text", "csv", "json", "junit", "html"));
   EXPECT_THAT(namesOf(s_seriesFormats), ElementsAre("text", "csv", "json", "svg"));
   EXPECT_THAT(namesOf(s_limitsFormats), ElementsAre("text", "json"));
 }
@@ -76,6 +76,9 @@ TEST(Formats, RenderWhatTheirNamesSay) {
   EXPECT_EQ(json::parse(s_differencesFormats[2].render(none, {})),
             json::parse(R"({"differences": [], "compared": 0})"));
   EXPECT_THAT(s_differencesFormats[3].render(none, {}), testing::StartsWith("<?xml version=\"1.0\"?>\n"));
+  EXPECT_THAT(s_differencesFormats[4].render(none, {}),
+              testing::StartsWith("<!DOCTYPE html>\n<html lang=\"en\""));
+
   EXPECT_EQ(s_seriesFormats[0].render({}, {}), "no series\n");
   EXPECT_THAT(s_seriesFormats[1].render({}, {}), testing::StartsWith("file,unit,unitId,family,"));
   EXPECT_EQ(json::parse(s_seriesFormats[2].render({}, {})), json::parse(R"({"series": []})"));

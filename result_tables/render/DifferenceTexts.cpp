@@ -26,8 +26,6 @@ std::optional<double> shownRelativeChange(ValueDifference const& difference) {
   return haveBothNumbers(difference) ? difference.relativeChange() : std::nullopt;
 }
 
-std::string withSign(std::string const& number) { return number.front() == '-' ? number : '+' + number; }
-
 std::string stateText(ValueDifference const& difference) {
   std::vector<std::string> notes;
   if (difference.kind == DifferenceKind::added) notes.push_back(tr("added"));

@@ -19,9 +19,6 @@ inline constexpr int s_digitsOfPercent = 3;
 [[nodiscard]] std::optional<double> shownChange(ValueDifference const& difference);
 [[nodiscard]] std::optional<double> shownRelativeChange(ValueDifference const& difference);
 
-/// "+12", "-3" of "12", "-3".
-[[nodiscard]] std::string withSign(std::string const& number);
-
 /// What became of the value besides its number, as "removed" or "now beyond its limit"; empty where that is
 /// nothing.
 [[nodiscard]] std::string stateText(ValueDifference const& difference);

@@ -10,6 +10,7 @@
 #include "result_tables/render/CsvSeries.h"
 #include "result_tables/render/CsvTables.h"
 #include "result_tables/render/CsvWriter.h"
+#include "result_tables/render/HtmlDifferences.h"
 #include "result_tables/render/HtmlFindings.h"
 #include "result_tables/render/HtmlTables.h"
 #include "result_tables/render/JsonDifferences.h"
@@ -96,6 +97,7 @@ inline constexpr Format<ResultDifferences> s_differencesFormats[] = {
     {"csv", renderInDialect<s_plainCsv, ResultDifferences>},
     {"json", renderInAnyStyle<renderDifferencesAsJson, ResultDifferences>},
     {"junit", renderInAnyStyle<renderDifferencesAsJunit, ResultDifferences>, true},
+    {"html", renderDifferencesAsHtml, true},
 };
 inline constexpr Format<SeriesList> s_seriesFormats[] = {
     {"text", renderSeriesAsText},

@@ -6,7 +6,6 @@
 #include <array>
 #include <iterator>
 #include <set>
-#include <tuple>
 #include <unordered_map>
 #include <utility>
 
@@ -14,6 +13,7 @@
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
 #include "result_tables/render/HtmlPage.h"
+#include "result_tables/render/HtmlSummary.h"
 #include "result_tables/render/HtmlWriter.h"
 #include "result_tables/render/TextLine.h"
 #include "result_tables/tables/Findings.h"
@@ -119,11 +119,6 @@ std::string limitOf(TableColumn const& column, int digits) {
   auto text = "≤ " + numberInHtml(column.limit->value, digits);
   if (column.limit->unit != column.unit) text += ' ' + column.limit->unit;
   return text;
-}
-
-void appendMark(HtmlWriter& html, std::string_view mark, std::string const& meaning) {
-  html.text(" ");
-  html.element("abbr", mark, {{"title", meaning}});
 }
 
 /// Writes the part of one file.
@@ -307,7 +302,7 @@ void HtmlFileWriter::writeRow(HtmlSection const& section, std::size_t number, st
       {{"class", marks}, {"data-v", known(values)}, {"data-s", known(steps)}, {"data-t", known(times)}});
   m_html.open("th");
   m_html.text(section.table->displayName(section.item(row)));
-  if (!row.isValid) appendMark(m_html, "?", tr("not valid"));
+  if (!row.isValid) appendHtmlMark(m_html, "?", tr("not valid"));
   m_html.close();
   if (section.hasSubGroupNames) m_html.element("td", section.subGroup(row));
   for (std::size_t i = 0; i < section.columns().size(); ++i) writeCell(section, {number, index, i});
@@ -325,8 +320,8 @@ void HtmlFileWriter::writeCell(HtmlSection const& section, Cell const& cell) {
   if (hasNaN) appendPart(classes, "n");
   m_html.open("td", {{"class", classes}, {"id", m_anchors.contains(cell) ? anchorOf(cell) : std::string()}});
   m_html.text(shownValue(value, m_style.digits));
-  if (value.isExceeded) appendMark(m_html, "!", tr("beyond its limit"));
-  if (hasNaN) appendMark(m_html, "*", tr("its series holds values that are not numbers"));
+  if (value.isExceeded) appendHtmlMark(m_html, "!", tr("beyond its limit"));
+  if (hasNaN) appendHtmlMark(m_html, "*", tr("its series holds values that are not numbers"));
   m_html.close();
 }
 
@@ -486,71 +481,28 @@ TableCounts countsOf(std::vector<HtmlFile> const& files) {
   return counts;
 }
 
-void writeVerdict(HtmlWriter& html, std::vector<HtmlFile> const& files, TableCounts const& counts) {
-  auto const write = [&html](std::string_view kind, std::string const& text) {
-    html.element("p", text, {{"class", fmt::format("verdict {}", kind)}});
-  };
+std::pair<std::string_view, std::string> verdictOf(std::vector<HtmlFile> const& files,
+                                                   TableCounts const& counts) {
   if (std::ranges::any_of(files, [](HtmlFile const& file) { return file.file.error.has_value(); }))
-    return write("failed", tr("Not every file could be read"));
-  if (counts.exceeded + counts.notANumber + counts.invalid > 0)
-    return write("found", tr("There are findings"));
-  if (counts.compared == 0) return write("nothing", tr("Not one value was compared with a limit"));
-  write("fine", tr("Nothing found"));
+    return {"failed", tr("Not every file could be read")};
+  if (counts.exceeded + counts.notANumber + counts.invalid > 0) return {"found", tr("There are findings")};
+  if (counts.compared == 0) return {"nothing", tr("Not one value was compared with a limit")};
+  return {"fine", tr("Nothing found")};
 }
 
-void writeCounts(HtmlWriter& html, TableCounts const& counts) {
-  html.open("dl", {{"class", "counts"}});
-  for (auto const& [kind, text, count] :
-       {std::tuple("exceeded", tr("values beyond their limits"), counts.exceeded),
-        std::tuple("nan", tr("values with NaN"), counts.notANumber),
-        std::tuple("invalid", tr("invalid elements"), counts.invalid),
-        std::tuple("compared", tr("values compared"), counts.compared),
-        std::tuple("nodata", tr("without data"), counts.withoutData)}) {
-    auto const number = std::to_string(count);
-    html.open("div", {{"class", kind}});
-    html.element("dt", text);
-    html.element("dd", number, {{"data-count", number}});
-    html.close();
-  }
-  html.close();
-}
-
-/// As many names as a person cares to read.
-std::string unitNames(std::vector<std::string> const& units) {
-  constexpr std::size_t most = 20;
-  std::string text;
-  for (std::size_t i = 0; i < std::min(units.size(), most); ++i) text += (i > 0 ? ", " : "") + units[i];
-  return units.size() > most ? text + ", … " + tr("({} in all)", units.size()) : text;
-}
-
-void writeFiles(HtmlWriter& html, std::vector<HtmlFile> const& files) {
-  html.open("table", {{"class", "files"}});
-  html.open("thead");
-  html.open("tr");
-  for (auto const& head : {tr("File"), tr("Units"), tr("Limits")})
-    html.element("th", head, {{"scope", "col"}});
-  html.close();
-  html.close();
-  html.open("tbody");
-  for (auto const& [file, index, counts, tables, highest, curves] : files) {
-    if (file.error) continue;
-    html.open("tr");
-    html.element("th", file.name, {{"scope", "row"}, {"dir", "auto"}});
-    html.element("td", unitNames(file.units), {{"dir", "auto"}});
-    html.element("td", file.limits.empty() ? tr("default limits") : file.limits, {{"dir", "auto"}});
-    html.close();
-  }
-  html.close();
-  html.close();
-}
-
-void writeErrors(HtmlWriter& html, std::vector<HtmlFile> const& files) {
-  if (std::ranges::none_of(files, [](HtmlFile const& file) { return file.file.error.has_value(); })) return;
-  html.open("ul", {{"class", "errors"}});
-  for (auto const& file : files) {
-    if (file.file.error) html.element("li", *file.file.error, {{"dir", "auto"}});
-  }
-  html.close();
+HtmlSummary summaryOf(std::vector<HtmlFile> const& files) {
+  auto const counts = countsOf(files);
+  auto const [kind, verdict] = verdictOf(files, counts);
+  HtmlSummary summary{kind,
+                      verdict,
+                      {{"exceeded", tr("values beyond their limits"), counts.exceeded},
+                       {"nan", tr("values with NaN"), counts.notANumber},
+                       {"invalid", tr("invalid elements"), counts.invalid},
+                       {"compared", tr("values compared"), counts.compared},
+                       {"nodata", tr("without data"), counts.withoutData}},
+                      {}};
+  for (auto const& file : files) summary.files.push_back(file.file);
+  return summary;
 }
 
 void writeHighest(HtmlWriter& html, std::vector<HtmlFile> const& files) {
@@ -587,14 +539,8 @@ HtmlFile genHtmlFile(TablesFile const& file, std::span<ResultTable const> tables
 
 std::string renderHtmlFiles(std::string const& title, std::vector<HtmlFile>&& files) {
   dropLowCurves(files);
-  auto const counts = countsOf(files);
   HtmlWriter html;
-  html.open("section", {{"id", "summary"}});
-  html.element("h2", tr("Summary"));
-  writeVerdict(html, files, counts);
-  writeCounts(html, counts);
-  writeErrors(html, files);
-  writeFiles(html, files);
+  openHtmlSummary(html, summaryOf(files));
   writeHighest(html, files);
   html.close();
   for (auto const& file : files) html.html(file.tables);

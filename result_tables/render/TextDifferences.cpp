@@ -19,6 +19,8 @@ namespace {
 
 constexpr std::string_view s_indent = "    ";
 
+std::string withSign(std::string const& number) { return number.front() == '-' ? number : '+' + number; }
+
 /// As in the text of a table; empty where a file does not have the value.
 std::string numberOf(std::optional<ComparedValue> const& value, int digits) {
   if (!value) return {};

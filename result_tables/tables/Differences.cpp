@@ -162,6 +162,10 @@ ResultTable const* tableOf(std::vector<ResultTable> const& tables, MaxValueGroup
   return found == tables.end() ? nullptr : &*found;
 }
 
+void addName(TablesFile& read, ResultsUnit const* unit) {
+  if (unit != nullptr) read.units.push_back(unit->unit->getSimulationUnitName());
+}
+
 std::vector<ResultTable> genTablesOf(LimitedResults const& results, ResultsUnit const* unit,
                                      TableSelection const& selection) {
   if (unit == nullptr) return {};
@@ -257,9 +261,16 @@ TableDifferences genTableDifferences(ResultTable const* before, ResultTable cons
 
 ResultDifferences genDifferences(LimitedResults const& before, LimitedResults const& after,
                                  TableSelection const& selection, Tolerance const& tolerance) {
-  ResultDifferences found{before.file.givenName, after.file.givenName, {}, {}, tolerance,
-                          before.limits.source,  after.limits.source};
+  ResultDifferences found{
+      before.file.givenName,
+      after.file.givenName,
+      {},
+      {},
+      tolerance,
+      {{before.file.givenName, {}, before.limits.source}, {after.file.givenName, {}, after.limits.source}}};
   for (auto const& unit : selectUnitPairs(before.file, after.file, selection.units)) {
+    addName(found.read[0], unit.before);
+    addName(found.read[1], unit.after);
     auto const tablesBefore = genTablesOf(before, unit.before, selection);
     auto const tablesAfter = genTablesOf(after, unit.after, selection);
     for (auto const& family : s_families) {

@@ -9,6 +9,7 @@
 
 #include "result_tables/results/ResultsFile.h"
 #include "result_tables/tables/ResultTable.h"
+#include "result_tables/tables/Tables.h"
 
 namespace Kestrel::ResultTables {
 
@@ -111,8 +112,7 @@ struct ResultDifferences {
   std::vector<TableDifferences> tables;
   std::vector<UnreadFile> errors;
   Tolerance tolerance = {};
-  std::string limitsBefore = {};  ///< what the limits were read from; empty where they are the defaults
-  std::string limitsAfter = {};
+  std::vector<TablesFile> read = {};  ///< what was read of both files; none where one could not be
 
   [[nodiscard]] bool hasDifferences() const;
   [[nodiscard]] std::size_t countCompared() const;
