@@ -352,7 +352,8 @@ class DataTable {
     if (all <= mostStaticRows || this.isPrinting) return this.order.map((row, position) => position);
     const height = this.measuredRowHeight();
     const begin = Math.max(0, Math.floor(this.scroller.scrollTop / height) - spareRows);
-    const end = Math.min(all, Math.ceil((this.scroller.scrollTop + this.scroller.clientHeight) / height) + spareRows);
+    // The scroller is never higher than the window, but lower as long as there is little in it.
+    const end = Math.min(all, Math.ceil((this.scroller.scrollTop + window.innerHeight) / height) + spareRows);
     const positions = new Set();
     for (let position = begin; position < end; ++position) positions.add(position);
     // The row with the focus stays, wherever that is.
