@@ -27,15 +27,24 @@ const rowsInPage = (page) => page.locator("section.table:first-of-type tr[aria-r
 
 test("has few rows in the page, whichever are looked at, and tells of all", async () => {
   await onPage(reportOf(1000), async (page) => {
-    const grid = page.getByRole("grid").first();
-    assert.equal(await grid.getAttribute("aria-rowcount"), "1001");
+    assert.equal(await page.getByRole("grid").first().getAttribute("aria-rowcount"), "1001");
     assert.ok(await rowsInPage(page) < 100);
-    const width = (await grid.boundingBox()).width;
     await page.locator(".scroller").first().evaluate((scroller) => { scroller.scrollTop = scroller.scrollHeight; });
     await page.locator("tr[aria-rowindex='1001']").first().waitFor();
     assert.ok(await rowsInPage(page) < 100);
-    assert.equal((await grid.boundingBox()).width, width);
     assert.equal((await namesOf(page)).pop(), "Bolt 82");
+  });
+});
+
+test("keeps its columns as wide as their longest texts, which are far below", async () => {
+  const results = bolts(1000);
+  const name = "A bolt with a name that is longer than all the others";
+  results.units[0].tools[990] = toolOf(name, "bolt", { ClampNormalForce: { values: [0, 1] } });
+  await onPage(reportOfResults(results, { args: ["--family", "Bolts"] }), async (page) => {
+    const { width } = await page.getByRole("grid").first().boundingBox();
+    await page.locator(".scroller").first().evaluate((scroller) => { scroller.scrollTop = scroller.scrollHeight; });
+    await page.getByRole("rowheader", { name }).first().waitFor();
+    assert.equal((await page.getByRole("grid").first().boundingBox()).width, width);
   });
 });
 

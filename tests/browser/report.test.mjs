@@ -5,7 +5,7 @@ import { readFileSync, writeFileSync } from "node:fs";
 import { test } from "node:test";
 
 import {
-  barriersOn, clipboardOf, limitsOf, namesOf, onPage, reportOfResults, resultsOf, textOf, textsOf, toolOf,
+  barriersOn, clipboardOf, limitsOf, namesOf, onPage, reportOf, reportOfResults, resultsOf, textOf, textsOf, toolOf,
 } from "./support.mjs";
 
 const bolts = resultsOf({
@@ -104,6 +104,19 @@ test("filters by the names of elements and groups, whatever the case", async () 
   });
 });
 
+test("takes elements that are not valid neither for utilised nor by their marks", async () => {
+  await onPage(reportOf(["demo", "--unit", "OP30 Joining", "--family", "JoiningTongs"]), async (page) => {
+    assert.deepEqual(await namesOf(page), ["Tong A-pillar", "Tong sill (Joining Failed)", "Tong B-pillar"]);
+    await page.getByRole("button", { name: "Sort by utilisation" }).first().click();
+    assert.deepEqual(await namesOf(page), ["Tong A-pillar", "Tong B-pillar", "Tong sill (Joining Failed)"]);
+    await cell(page, "480.25").hover();
+    await page.getByRole("tooltip").waitFor();
+    assert.deepEqual(await textsOf(page, "#details dt"), ["value", "limit", "step", "time"]);
+    await page.getByRole("searchbox").fill("?");
+    assert.equal(await textOf(page, "[role=status]"), "0 of 9 rows");
+  });
+});
+
 test("shows only findings", async () => {
   await onPage(reportOfBolts(), async (page) => {
     await page.getByLabel("Only findings").check();
@@ -131,6 +144,8 @@ test("hides columns and shows them again", async () => {
     await page.locator("summary").first().click();
     await page.getByLabel("Max Closing Force").check();
     assert.deepEqual(await heads(), all);
+    await page.locator("h1").click();
+    assert.equal(await page.locator("details[open]").count(), 0);
   });
 });
 
@@ -205,6 +220,8 @@ test("leads from the highest utilisations to their values, whatever hides them",
     await page.getByLabel("Max Closing Force").uncheck();
     await page.locator(".worst a").nth(1).click();
     await page.locator("td:focus", { hasText: "-990" }).waitFor();
+    await page.locator("summary").first().click();
+    assert.equal(await page.getByLabel("Max Closing Force").isChecked(), true);
   });
 });
 

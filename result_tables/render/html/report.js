@@ -99,7 +99,7 @@ function ranksOf(list) {
   const ranks = new Float64Array(list.length);
   sorted.forEach((index, place) => {
     const before = sorted[place - 1];
-    ranks[index] = place > 0 && collator.compare(list[before], list[index]) === 0 ? ranks[before] : place;
+    ranks[index] = place > 0 && list[before] === list[index] ? ranks[before] : place;
   });
   return ranks;
 }
@@ -225,7 +225,7 @@ class DataTable {
     this.body.addEventListener("click", (event) => this.onClick(event));
     this.element.addEventListener("focusin", (event) => this.onFocus(event));
     this.element.addEventListener("focusout", () => details.hide());
-    this.body.addEventListener("pointerover", (event) => this.onHover(event));
+    this.body.addEventListener("pointermove", (event) => this.onHover(event));
     this.body.addEventListener("pointerleave", () => details.hideSoon());
   }
 
@@ -449,6 +449,7 @@ class DataTable {
     if (place.row >= 0) details.show(this, place.row, place.column);
   }
 
+  /** Takes moves alone: a cell that comes under a pointer at rest, as the page is scrolled, is not pointed at. */
   onHover(event) {
     const place = this.placeOfEvent(event);
     if (place) details.showSoon(this, place.row, place.column);
@@ -606,7 +607,8 @@ const details = {
   },
 
   showSoon(table, row, column) {
-    this.later(() => this.show(table, row, column), 300);
+    if (this.cell === table.cell(row, column)) clearTimeout(this.timer);
+    else this.later(() => this.show(table, row, column), 300);
   },
 
   hideSoon() {
@@ -755,6 +757,7 @@ function reveal(hash) {
   if (!table.order.includes(row)) tools.clear();
   if (column.isHidden) table.showColumn(column, true);
   table.focus(row, column);
+  table.cell(row, column).scrollIntoView({ block: "center", inline: "nearest" });
 }
 
 function closeMenus(except) {
