@@ -36,6 +36,17 @@ test("has few rows in the page, whichever are looked at, and tells of all", asyn
   });
 });
 
+test("shows rows wherever there is room for them, from the beginning", async () => {
+  await onPage(reportOf(1000), async (page) => {
+    await page.locator(".scroller").first().scrollIntoViewIfNeeded();
+    const isFilled = await page.locator(".scroller").first().evaluate((scroller) => {
+      const rows = Array.from(scroller.querySelectorAll("tr[aria-rowindex]"));
+      return rows[rows.length - 1].getBoundingClientRect().bottom >= scroller.getBoundingClientRect().bottom;
+    });
+    assert.ok(isFilled);
+  }, { viewport: { width: 1000, height: 1600 } });
+});
+
 test("keeps its columns as wide as their longest texts, which are far below", async () => {
   const results = bolts(1000);
   const name = "A bolt with a name that is longer than all the others";
