@@ -58,6 +58,13 @@ TEST_F(TextFindings, SayHowManyValuesAreNotNumbers) {
                                   "1 values are not numbers\n"));
 }
 
+TEST_F(TextFindings, SayThatAValueBeyondANegativeLimitHasNoData) {
+  auto without = file();
+  without.tables[0].values[0].count = 0;
+  EXPECT_THAT(renderFindingsAsText({without}, {}),
+              testing::HasSubstr("Spot 1, Max Normal Force: –, limit 500 N, step 0\n"));
+}
+
 TEST_F(TextFindings, AreRedOnATerminal) {
   EXPECT_THAT(renderFindingsAsText({file()}, {.colour = true}),
               testing::StartsWith("\x1b[31mOP20, SpotWelds, Left, Spot 2: Joining Failed\x1b[0m\n"));

@@ -7,6 +7,7 @@
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
 #include "result_tables/render/Ansi.h"
+#include "result_tables/render/TextLine.h"
 #include "result_tables/render/TextSummary.h"
 
 namespace Kestrel::ResultTables {
@@ -17,7 +18,9 @@ namespace {
 std::string describeValue(Finding const& finding, int digits) {
   auto const& value = *finding.value;
   auto const& limit = *finding.place.column->limit;
-  std::string text = value.count == 0 ? "NaN" : withUnit(value.value, finding.place.column->unit, digits);
+  std::string text = value.count > 0      ? withUnit(value.value, finding.place.column->unit, digits)
+                     : value.nanCount > 0 ? "NaN"
+                                          : std::string(s_noData);
   text += fmt::format(", {} {}", tr("limit"), withUnit(limit.value, limit.unit, digits));
   if (value.step) text += fmt::format(", {} {}", tr("step"), *value.step);
   if (value.time) text += fmt::format(", {} {}", tr("time"), formatNumber(*value.time, digits));
