@@ -80,9 +80,9 @@ TEST_F(CommandLine, SaysWhichOptionWasMeant) {
 
 TEST_F(CommandLine, SaysWhichValueWasMeant) {
   EXPECT_EQ(messageOf("show r.json --format yaml"),
-            "--format: expected one of text, csv, json, html, found \"yaml\"");
+            "--format: expected one of text, csv, json, html, xlsx, found \"yaml\"");
   EXPECT_EQ(messageOf("demo --format jsno"),
-            "--format: expected one of text, csv, json, html, found \"jsno\"; did you mean \"json\"?");
+            "--format: expected one of text, csv, json, html, xlsx, found \"jsno\"; did you mean \"json\"?");
   EXPECT_EQ(messageOf("check r.json --format csv"),
             "--format: expected one of text, json, junit, html, found \"csv\"");
   EXPECT_EQ(messageOf("limits list r.json --format csv"),
@@ -127,7 +127,7 @@ TEST_F(CommandLine, SpeaksTheLanguageOfTheEnvironment) {
             "r.json: erwartet: die Kennung oder der Name einer ihrer Einheiten (\"OP20\", \"OP10\"); "
             "gefunden: \"OP99\"");
   EXPECT_EQ(messageOf("demo --format yaml", "ja_JP.UTF-8"),
-            "--format: 期待: 次のいずれか: text, csv, json, html、実際: \"yaml\"");
+            "--format: 期待: 次のいずれか: text, csv, json, html, xlsx、実際: \"yaml\"");
 }
 
 // ---- help
@@ -187,7 +187,7 @@ TEST_F(CommandLine, FitsItsHelpIntoTheTerminal) {
   EXPECT_LE(widestLine(narrow), 50U) << narrow;
   EXPECT_GT(widestLine(narrow), 40U) << narrow;
   EXPECT_THAT(narrow, HasSubstr("\n                   name; can be repeated\n"));
-  EXPECT_THAT(help(200), HasSubstr("Form of the output: text, csv, json, html; text when it is not named\n"));
+  EXPECT_THAT(help(200), HasSubstr("Form of the output: text, csv, json, html, xlsx; text when it is not named\n"));
 }
 
 TEST_F(CommandLine, ListsFamiliesAndKindsOfLimitsInItsHelp) {

@@ -502,5 +502,32 @@ TEST_F(FileDeathTest, WriteOutputKnowsStandardOutputByItsSignAndByNoName) {
   EXPECT_FALSE(goesToStandardOutput("./-"));
 }
 
+TEST(UnnamedFile, IsReadWhateverItIsWrittenBy) {
+  UnnamedFile file;
+  { std::ofstream(file.path()) << "old and long"; }
+  { std::ofstream(file.path()) << "new"; }
+  EXPECT_EQ(file.read(), "new");
+  EXPECT_EQ(file.read(), "new");
+}
+
+TEST(UnnamedFile, LeavesNothingBehindAndSaysWhereItCannotBe) {
+  TemporaryFolder const folder;
+  ::setenv("TMPDIR", folder.path().c_str(), 1);
+  {
+    UnnamedFile file;
+    file.checkRoom(1U << 20U);
+    EXPECT_EQ(file.read(), "");
+    EXPECT_THAT(folder.names(), testing::IsEmpty());
+  }
+  ::setenv("TMPDIR", "/nowhere", 1);
+  try {
+    UnnamedFile const file;
+    FAIL();
+  } catch (Error const& error) {
+    EXPECT_STREQ(error.what(), "/nowhere: cannot write: No such file or directory");
+  }
+  ::unsetenv("TMPDIR");
+}
+
 }  // namespace
 }  // namespace Kestrel::ResultTables

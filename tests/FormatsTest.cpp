@@ -34,7 +34,7 @@ std::vector<std::string_view> namesOf(Formats const& formats) {
 }
 
 TEST(Formats, AreThoseOfTheirSubjectWithTheOneForPeopleFirst) {
-  EXPECT_THAT(namesOf(s_tableFormats), ElementsAre("text", "csv", "json", "html"));
+  EXPECT_THAT(namesOf(s_tableFormats), ElementsAre("text", "csv", "json", "html", "xlsx"));
   EXPECT_THAT(namesOf(s_csvDialects<Tables>), ElementsAre("plain", "excel-de"));
   EXPECT_THAT(namesOf(s_findingsFormats), ElementsAre("text", "json", "junit", "html"));
   EXPECT_THAT(namesOf(s_differencesFormats), ElementsAre("text", "csv", "json", "junit", "html"));
@@ -57,6 +57,8 @@ TEST(Formats, RenderWhatTheirNamesSay) {
 
   EXPECT_THAT(s_tableFormats[3].render(tables, {}),
               testing::StartsWith("<!DOCTYPE html>\n<html lang=\"en\""));
+  EXPECT_THAT(s_tableFormats[4].render(tables, {}), testing::StartsWith("PK"));
+  EXPECT_TRUE(s_tableFormats[4].isBinary);
 
   Findings const findings = {{"r.json", {}, "r.json: cannot read"}};
   EXPECT_EQ(s_findingsFormats[0].render(findings, {}),

@@ -178,6 +178,33 @@ TEST_F(Program, ReportsAFileThatMayNotGrow) {
   EXPECT_EQ(m_folder.read("out.txt"), "old");
 }
 
+TEST_F(Program, WritesAWorkbookWholeOrNotAtAll) {
+  m_folder.write("old.xlsx", "old");
+  auto const failing = [this](std::string const& script, std::string const& message) {
+    expectFailure("mkdir t; TMPDIR=$PWD/t; export TMPDIR; " + script, "result-tables: " + message);
+    EXPECT_EQ(run("ls -A t; rmdir t").out, "");
+    EXPECT_EQ(m_folder.read("old.xlsx"), "old");
+  };
+  failing("$P demo --format xlsx --output /dev/full", "/dev/full: cannot write: No space left on device");
+  failing("$P demo --format xlsx >/dev/full", "standard output: cannot write: No space left on device");
+  auto const t = (m_folder.path() / "t").native();
+  failing("ulimit -f 1; $P demo --format xlsx --output old.xlsx", t + ": cannot write: File too large");
+  failing("TMPDIR=nowhere $P demo --format xlsx --output old.xlsx",
+          "nowhere: cannot write: No such file or directory");
+  failing("TMPDIR=nowhere $P demo --format xlsx | cat; exit 2",
+          "nowhere: cannot write: No such file or directory");
+  EXPECT_EQ(run("ls").out, "old.xlsx\nr.json\n");
+  EXPECT_EQ(run("$P demo --format xlsx --output - | head -c 2; $P demo --format xlsx | head -c 2").out,
+            "PKPK");
+}
+
+TEST_F(Program, KeepsAWorkbookFromTerminals) {
+  auto const result = run("script -qec \"$P demo --format xlsx\" /dev/null </dev/null; echo $?");
+  EXPECT_THAT(result.out,
+              testing::HasSubstr("result-tables: --format xlsx: expected --output with the name of a "
+                                 "file, as this is no text, found a terminal\r\n2\n"));
+}
+
 TEST_F(Program, EndsQuietlyWhenThePagerIsClosedEarly) {
   auto const result = run("{ $P demo --format json; echo $? >code; } | head -n 1; cat code");
   EXPECT_EQ(result.out, "{\n0\n");

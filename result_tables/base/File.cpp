@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <system_error>
 #include <utility>
 
@@ -256,6 +257,39 @@ void writeFile(std::filesystem::path const& path, std::string_view text) {
   if (exists) file.giveTo(status.st_uid, status.st_gid);
   file.write(text, exists ? status.st_mode & 07777U : permissionsOfNewFiles());
   file.replaceTarget();
+}
+
+std::string temporaryFolder() {
+  char const* const named = std::getenv("TMPDIR");
+  return named && *named ? named : "/tmp";
+}
+
+UnnamedFile::UnnamedFile() : m_descriptor(-1) {
+  auto path = temporaryFolder() + "/result-tables.XXXXXX";
+  m_descriptor = ::mkostemp(path.data(), O_CLOEXEC);
+  if (m_descriptor < 0) failToWriteTemporaryFile();
+  ::unlink(path.c_str());
+}
+
+UnnamedFile::~UnnamedFile() { ::close(m_descriptor); }
+
+std::string UnnamedFile::path() const { return "/proc/self/fd/" + std::to_string(m_descriptor); }
+
+void UnnamedFile::checkRoom(std::size_t bytes) {
+  errno = ::posix_fallocate(m_descriptor, 0, static_cast<off_t>(bytes));
+  if (errno != 0 || ::ftruncate(m_descriptor, 0) != 0) failToWriteTemporaryFile();
+}
+
+std::string UnnamedFile::read() const {
+  ::lseek(m_descriptor, 0, SEEK_SET);
+  return std::string(readAll(m_descriptor, temporaryFolder()).text());
+}
+
+void failToWriteTemporaryFile() {
+  int const reason = errno;
+  auto const folder = temporaryFolder();
+  errno = reason;
+  failWithErrno(Deed::write, folder);
 }
 
 FileLock::FileLock(std::filesystem::path const& path) : m_descriptor(-1) {

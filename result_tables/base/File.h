@@ -80,6 +80,33 @@ auto namingWhatIsTooLarge(std::string_view name, Read const& read) {
 /// written to directly.
 void writeFile(std::filesystem::path const& path, std::string_view text);
 
+/// The system's temporary folder.
+[[nodiscard]] std::string temporaryFolder();
+
+/// A file without a name in the temporary folder, which is gone with the object, or with the process however
+/// that ends. What cannot be done is an `Error` that names the folder and the system's reason.
+class UnnamedFile {
+ public:
+  UnnamedFile();
+  UnnamedFile(UnnamedFile const&) = delete;
+  UnnamedFile& operator=(UnnamedFile const&) = delete;
+  ~UnnamedFile();
+
+  /// What others in this process open it by.
+  [[nodiscard]] std::string path() const;
+  /// Makes sure that the folder has room for so many bytes more; what the file held is gone.
+  void checkRoom(std::size_t bytes);
+  /// All that is in it.
+  [[nodiscard]] std::string read() const;
+
+ private:
+  int m_descriptor;
+};
+
+/// An `Error` that says that no file in the system's temporary folder could be written, with the reason that
+/// is in errno.
+[[noreturn]] void failToWriteTemporaryFile();
+
 /// The exclusive right, among all who ask for it, to read a file and to replace it by `writeFile`; waits
 /// until nobody else has it. It ends with the object, and with the process however that ends.
 ///

@@ -32,7 +32,7 @@ std::size_t countInEnvironment(char const* name) {
 
 /// What the terminal says of its size or, where it does not, the environment.
 std::size_t terminalSize(unsigned short winsize::*extent, char const* variable) {
-  if (::isatty(STDOUT_FILENO) == 0) return 0;
+  if (!standardOutputIsTerminal()) return 0;
   winsize size{};
   if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.*extent > 0) return size.*extent;
   return countInEnvironment(variable);
@@ -64,9 +64,11 @@ std::string charsetOf(std::string const& name) {
 
 }  // namespace
 
+bool standardOutputIsTerminal() { return ::isatty(STDOUT_FILENO) != 0; }
+
 bool terminalHasColour() {
   auto const kind = environment("TERM");
-  return ::isatty(STDOUT_FILENO) != 0 && environment("NO_COLOR").empty() && !kind.empty() && kind != "dumb";
+  return standardOutputIsTerminal() && environment("NO_COLOR").empty() && !kind.empty() && kind != "dumb";
 }
 
 std::size_t terminalWidth() { return terminalSize(&winsize::ws_col, "COLUMNS"); }

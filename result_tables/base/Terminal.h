@@ -4,6 +4,8 @@
 
 namespace Kestrel::ResultTables {
 
+[[nodiscard]] bool standardOutputIsTerminal();
+
 /// Whether escape sequences on standard output are shown as colours: it is a terminal, which TERM names and
 /// does not call "dumb", and NO_COLOR is absent or empty.
 [[nodiscard]] bool terminalHasColour();

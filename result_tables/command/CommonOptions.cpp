@@ -119,6 +119,13 @@ void addOutputFile(Arguments& arguments, std::string& file) {
                    tr("File to write whole or not at all, in place of standard output"), into(file));
 }
 
+void refuseTerminal(std::string_view format, std::string const& file) {
+  if (!goesToStandardOutput(file) || !standardOutputIsTerminal()) return;
+  throw Error(
+      tr("--format {}: expected --output with the name of a file, as this is no text, found a terminal",
+         format));
+}
+
 TextStyle styleFor(std::string const& file, Colour colour, TextStyle style) {
   bool const isShown = goesToStandardOutput(file);
   style.colour = colour == Colour::always || (colour == Colour::automatic && isShown && terminalHasColour());

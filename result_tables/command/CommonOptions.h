@@ -141,8 +141,12 @@ void addCsv(Arguments& arguments, Output<Subject>& output) {
 /// All that says how tables are put out.
 void addTables(Arguments& arguments, Output<Tables>& output);
 
+/// What is no text on a terminal is an `Error`.
+void refuseTerminal(std::string_view format, std::string const& file);
+
 template <typename Subject>
 void write(Output<Subject> const& output, Subject const& subject) {
+  if (output.format->isBinary) refuseTerminal(output.format->name, output.file);
   writeOutput(output.file, output.format->render(subject, output.styleThere()));
 }
 

@@ -27,6 +27,7 @@
 #include "result_tables/render/TextSeries.h"
 #include "result_tables/render/TextStyle.h"
 #include "result_tables/render/TextTables.h"
+#include "result_tables/render/XlsxTables.h"
 #include "result_tables/tables/Tables.h"
 
 namespace Kestrel::ResultTables {
@@ -45,6 +46,8 @@ struct Format {
   /// What it keeps of the tables of the file with that index, where it shows more of them than the subject
   /// holds; null where it does not. Any thread.
   std::any (*keepOf)(Tables const& tables, std::size_t index, TextStyle const& style) = nullptr;
+  /// Whether it is no text, so that it is kept from terminals.
+  bool isBinary = false;
 };
 
 /// For the forms that are the same wherever they are shown.
@@ -74,6 +77,7 @@ inline constexpr Format<Tables> s_tableFormats[] = {
     {"csv", renderTables<renderInDialect<s_plainCsv, std::vector<ResultTable>>>},
     {"json", renderTables<renderInAnyStyle<renderJson, std::vector<ResultTable>>>},
     {"html", renderTablesAsHtml},
+    {.name = "xlsx", .render = renderInAnyStyle<renderAsXlsx, Tables>, .isBinary = true},
 };
 /// What `--csv` chooses from, for each subject that has a row "csv".
 template <typename Subject>
