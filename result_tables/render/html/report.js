@@ -503,7 +503,7 @@ class DataTable {
     const part = (attribute) => partsOf(this.rows[row], attribute)[column.number] || "-";
     const value = part("data-v");
     const name = column.isQuantity ? texts.value : column.name;
-    if (value === "-") return [[name, texts.noData]];
+    if (value === "-") return column.isQuantity ? [[name, texts.noData]] : [];
     const said = [[name, `${shown(value)} ${column.unit}`.trim()]];
     if (column.limitText !== "") said.push([texts.limit, column.limitText]);
     const ratio = this.utilisationOf(this.rows[row], value, column);
