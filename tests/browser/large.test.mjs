@@ -33,6 +33,8 @@ test("has few rows in the page, whichever are looked at, and tells of all", asyn
     await page.locator("tr[aria-rowindex='1001']").first().waitFor();
     assert.ok(await rowsInPage(page) < 100);
     assert.equal((await namesOf(page)).pop(), "Bolt 82");
+    await page.locator("th[data-type=name] button").first().click();
+    assert.equal(await page.locator(".scroller").first().evaluate((scroller) => scroller.scrollTop), 0);
   });
 });
 
@@ -66,6 +68,8 @@ test("keeps the focus while its row is scrolled out of sight, sorted and filtere
     await page.keyboard.press("Control+End");
     assert.equal(await focused(), "Bolt 82");
     await page.keyboard.press("PageUp");
+    const head = await page.locator("thead").first().boundingBox();
+    assert.ok((await page.locator(":focus").boundingBox()).y >= head.y + head.height);
     await page.keyboard.press("PageDown");
     assert.equal(await focused(), "Bolt 82");
     await page.locator(".scroller").first().evaluate((scroller) => { scroller.scrollTop = 0; });

@@ -121,8 +121,10 @@ test("shows only findings", async () => {
   await onPage(reportOfBolts(), async (page) => {
     await page.getByLabel("Only findings").check();
     assert.deepEqual(await namesOf(page), ["Bolt 10", "Bolt 1", "Bolt 3"]);
+    await page.getByRole("rowheader", { name: "Bolt 3" }).first().click();
     await page.getByRole("searchbox").fill("bolt 1");
     assert.deepEqual(await namesOf(page), ["Bolt 10", "Bolt 1"]);
+    assert.equal(await page.locator("section.table:first-of-type table [tabindex='0']").textContent(), "Element");
     await page.getByLabel("Only findings").uncheck();
     await page.getByRole("searchbox").fill("");
     assert.equal((await namesOf(page)).length, 5);
@@ -138,11 +140,19 @@ test("hides columns and shows them again", async () => {
     await page.getByLabel("Max Closing Force").uncheck();
     assert.equal(all.length, 5);
     assert.equal((await heads()).length, 4);
+    await page.getByRole("rowheader", { name: "Bolt 2" }).first().click();
+    await page.keyboard.press("ArrowRight");
+    await page.keyboard.press("ArrowRight");
+    assert.equal(await page.evaluate(() => document.activeElement.cellIndex), 3);
+    await page.locator("summary").first().click();
+    await page.getByLabel("Max Supporting Force").uncheck();
+    assert.equal(await page.locator("section.table:first-of-type table [tabindex='0']").textContent(), "Bolt 2");
     assert.equal(await page.getByRole("gridcell", { name: "-990" }).count(), 0);
     await page.keyboard.press("Escape");
     assert.equal(await page.locator("details[open]").count(), 0);
     await page.locator("summary").first().click();
     await page.getByLabel("Max Closing Force").check();
+    await page.getByLabel("Max Supporting Force").check();
     assert.deepEqual(await heads(), all);
     await page.locator("h1").click();
     assert.equal(await page.locator("details[open]").count(), 0);
@@ -163,6 +173,12 @@ test("shows a value's limit, utilisation, step and time when it is pointed at or
     await page.keyboard.press("ArrowUp");
     assert.deepEqual(await textsOf(page, "#details dl > div"), said);
     assert.equal(await page.locator(":focus").getAttribute("aria-describedby"), "details");
+    await page.getByRole("searchbox").focus();
+    assert.equal(await page.getByRole("tooltip").count(), 0);
+    await cell(page, "-990").hover();
+    await page.getByRole("tooltip").waitFor();
+    await page.mouse.move(1, 1);
+    await page.getByRole("tooltip").waitFor({ state: "hidden" });
   });
 });
 
@@ -175,6 +191,7 @@ test("opens a value's curve with a click or Enter, closes it, and gives the focu
     assert.equal(await dialog.locator("path.curve").count(), 1);
     assert.equal(await dialog.locator("line.limit").count(), 2);
     assert.equal(await dialog.locator("circle.extremeExceeded").count(), 1);
+    assert.equal(await textOf(page, "dialog header p"), "OP20, Bolts, Forces");
     assert.deepEqual(await textsOf(page, "dialog dt"), ["value", "limit", "utilisation", "step", "time"]);
     await page.keyboard.press("Escape");
     assert.equal(await dialog.count(), 0);
@@ -183,6 +200,10 @@ test("opens a value's curve with a click or Enter, closes it, and gives the focu
     await page.getByRole("button", { name: "Close" }).click();
     assert.equal(await dialog.count(), 0);
     assert.match(await page.locator(":focus").textContent(), /^-32\.5/);
+    await page.keyboard.press("Enter");
+    await dialog.waitFor();
+    await page.mouse.click(5, 5);
+    assert.equal(await dialog.count(), 0);
   });
 });
 
