@@ -1,4 +1,4 @@
-// Tables as text, CSV and JSON, beside what all of them need: where each value comes from, for which the
+// Tables as text, CSV, JSON and a workbook, beside what all of them need: where each value comes from, for which the
 // series are read.
 
 #include <benchmark/benchmark.h>
@@ -77,6 +77,7 @@ BENCHMARK(origins)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(rendering, text, "text")->Name("text")->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(rendering, json, "json")->Name("json")->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(rendering, csv, "csv")->Name("csv")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(rendering, xlsx, "xlsx")->Name("xlsx")->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

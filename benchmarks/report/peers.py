@@ -1,19 +1,22 @@
 #!/usr/bin/env python3
 """What people would write in place of the program: json or pandas reads, numpy finds, pandas writes.
 
-usage: peers.py check|show|csv|print FILE
+usage: peers.py check|show|workbook|csv|print FILE
 
 check   the bolts of a results file whose normal force is beyond 30 N
 show    the table of every series of a results file, as CSV
+workbook  the table of the bolts of a results file as a workbook, cell by cell as the program writes it
 csv     reads a table of comma separated values, and nothing else
 print   reads the forces of a CalculiX print, and nothing else
 """
 
 import json
 import sys
+import tempfile
 
 import numpy
 import pandas
+import xlsxwriter
 
 LIMIT = 30.0
 LIMITED = "ClampNormalForce"
@@ -54,6 +57,36 @@ def show(path):
     table.to_csv(sys.stdout, index=False)
 
 
+def write_rows(sheet, unit, section, values, percent):
+    """Rows of names, the limited value with its limit and utilisation, and the others; of the second section there is no data."""
+    for row, (name, numbers) in enumerate(values, start=1 if section == "Forces" else 1 + len(values)):
+        sheet.write_string(row, 0, unit)
+        sheet.write_string(row, 1, section)
+        sheet.write_string(row, 3, name)
+        sheet.write_boolean(row, 4, True)
+        if section != "Forces":
+            sheet.write_string(row, 11, "\u2013")
+            continue
+        sheet.write_number(row, 5, numbers[0])
+        sheet.write_formula(row, 6, "='Limits'!$G$2", None, LIMIT)
+        formula = f'=IF(E{row + 1},IFERROR(ABS(F{row + 1})/ABS(G{row + 1}),""),"")'
+        sheet.write_formula(row, 7, formula, percent, abs(numbers[0]) / LIMIT)
+        for column, number in enumerate(numbers[1:], start=8):
+            sheet.write_number(row, column, number)
+
+
+def write_workbook(path):
+    with open(path, encoding="utf-8") as file:
+        (unit,) = json.load(file)["units"]
+    values = [(tool["id"], [max(one["values"], key=abs) for one in tool["series"]]) for tool in unit["tools"]]
+    with tempfile.TemporaryFile() as output, xlsxwriter.Workbook(output, {"constant_memory": True}) as book:
+        percent = book.add_format({"num_format": "0.0%"})
+        sheet = book.add_worksheet("Bolts")
+        book.add_worksheet("Limits").write_number(1, 6, LIMIT)
+        for section in ("Forces", "Distances"):
+            write_rows(sheet, unit["name"], section, values, percent)
+
+
 def read_csv(path):
     print(pandas.read_csv(path).shape)
 
@@ -74,7 +107,7 @@ def read_print(path):
 
 
 if __name__ == "__main__":
-    jobs = {"check": check, "show": show, "csv": read_csv, "print": read_print}
+    jobs = {"check": check, "show": show, "workbook": write_workbook, "csv": read_csv, "print": read_print}
     if len(sys.argv) != 3 or sys.argv[1] not in jobs:
         sys.exit(__doc__)
     jobs[sys.argv[1]](sys.argv[2])

@@ -100,6 +100,8 @@ JOBS = {
     "show one unit": show("units-100-large", "--unit OP50 ", **of_tenth("show one small unit")),
     "show one small unit": show("units-100", "--unit OP50 "),
     "show in Python": Job("{peers} show {data}/tools-20000.json"),
+    "show as a workbook": Job("{program} show --format xlsx {data}/values-1000000.json"),
+    "workbook in Python": Job("{peers} workbook {data}/values-1000000.json"),
     "version": Job("{program} --version", is_counted=True),
     "simdjson": Job("{parse} simdjson {data}/tools-20000.json"),
     "RapidJSON": Job("{parse} rapidjson {data}/tools-20000.json"),
@@ -183,6 +185,14 @@ SECTIONS = (
             Row("`check` of the sample", "check the sample", goal=10.0),
         ),
         (7, 2),
+    ),
+    Section(
+        "Workbooks",
+        "A million values, four each of 250,000 bolts with one step: a workbook of 500,000 rows, as bolts have a second section, with "
+        "limit and utilisation beside each limited value. *python3-xlsxwriter* writes the same cells in its mode of constant memory; "
+        "both read the results file first, here with json.",
+        (Row("`show --format xlsx`", "show as a workbook", "python3-xlsxwriter", "workbook in Python", 0.2),),
+        (3, 1),
     ),
     Section(
         "Progress",
