@@ -1,5 +1,5 @@
-// Tables as text, CSV, JSON and a workbook, beside what all of them need: where each value comes from, for which the
-// series are read.
+// Tables as text, CSV, JSON and a workbook, beside what all of them need: where each value comes from, for
+// which the series are read.
 
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>

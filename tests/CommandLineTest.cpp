@@ -187,7 +187,8 @@ TEST_F(CommandLine, FitsItsHelpIntoTheTerminal) {
   EXPECT_LE(widestLine(narrow), 50U) << narrow;
   EXPECT_GT(widestLine(narrow), 40U) << narrow;
   EXPECT_THAT(narrow, HasSubstr("\n                   name; can be repeated\n"));
-  EXPECT_THAT(help(200), HasSubstr("Form of the output: text, csv, json, html, xlsx; text when it is not named\n"));
+  EXPECT_THAT(help(200),
+              HasSubstr("Form of the output: text, csv, json, html, xlsx; text when it is not named\n"));
 }
 
 TEST_F(CommandLine, ListsFamiliesAndKindsOfLimitsInItsHelp) {
