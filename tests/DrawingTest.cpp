@@ -227,7 +227,7 @@ TEST(Drawing, CountsInfiniteValuesAmongItsPoints) {
   EXPECT_LE(arrows.size(), 60U);
   EXPECT_GE(arrows.size(), 30U);
   EXPECT_LE(points, 240 - arrows.size());
-  EXPECT_GE(points, 90U);
+  EXPECT_GE(points, 60U);
 }
 
 }  // namespace

@@ -1,8 +1,6 @@
 #include "result_tables/render/Chart.h"
 
 #include <algorithm>
-#include <array>
-#include <cassert>
 #include <cmath>
 #include <utility>
 
@@ -140,76 +138,6 @@ void setAxes(Chart& chart, TableSeries const& series, std::vector<double> const&
   for (double const limit : limits) chart.limits.push_back({limit, chart.y.fractionOf(limit)});
 }
 
-// ---- fewer points
-
-/// Appends the places of the first, the lowest, the highest and the last of the points from `first` to before
-/// `behind`, each once, in order.
-void appendOutstanding(std::vector<std::size_t>& kept, std::vector<ChartPoint> const& points,
-                       std::size_t first, std::size_t behind) {
-  std::array<std::size_t, 4> chosen{first, first, first, behind - 1};
-  auto& [begin, lowest, highest, end] = chosen;
-  for (std::size_t i = first; i < behind; ++i) {
-    if (points[i].y < points[lowest].y) lowest = i;
-    if (points[i].y > points[highest].y) highest = i;
-  }
-  std::sort(chosen.begin(), chosen.end());
-  kept.insert(kept.end(), chosen.begin(), std::unique(chosen.begin(), chosen.end()));
-}
-
-/// The points of lines, one line behind the other.
-class LineSequence {
- public:
-  explicit LineSequence(std::vector<std::vector<ChartPoint>> const& lines) {
-    for (auto const& line : lines) {
-      m_points.insert(m_points.end(), line.begin(), line.end());
-      m_lines.insert(m_lines.end(), line.size(), m_lines.empty() ? 0 : m_lines.back() + 1);
-    }
-  }
-
-  [[nodiscard]] std::size_t size() const { return m_points.size(); }
-
-  /// Where runs begin: neighbours of one line in one of so many columns.
-  [[nodiscard]] std::vector<std::size_t> runsIn(std::size_t columns) const {
-    auto const columnOf = [&](std::size_t i) {
-      return std::min(std::floor(m_points[i].x * static_cast<double>(columns)),
-                      static_cast<double>(columns - 1));
-    };
-    std::vector<std::size_t> runs;
-    for (std::size_t i = 0; i < size(); ++i) {
-      if (i == 0 || m_lines[i] != m_lines[i - 1] || columnOf(i) != columnOf(i - 1)) runs.push_back(i);
-    }
-    return runs;
-  }
-
-  /// What stands out in each group of up to so many runs, which are of one line or may be of several.
-  [[nodiscard]] std::vector<std::size_t> outstanding(std::vector<std::size_t> const& runs,
-                                                     std::size_t perGroup, bool mayJoinLines) const {
-    std::vector<std::size_t> kept;
-    for (std::size_t run = 0, next = 0; run < runs.size(); run = next) {
-      for (next = run + 1; next < runs.size() && next - run < perGroup;) {
-        if (!mayJoinLines && m_lines[runs[next]] != m_lines[runs[run]]) break;
-        ++next;
-      }
-      appendOutstanding(kept, m_points, runs[run], next < runs.size() ? runs[next] : size());
-    }
-    return kept;
-  }
-
-  /// The lines with these points alone, without those that have none.
-  [[nodiscard]] std::vector<std::vector<ChartPoint>> linesOf(std::vector<std::size_t> const& kept) const {
-    std::vector<std::vector<ChartPoint>> lines;
-    for (std::size_t k = 0; k < kept.size(); ++k) {
-      if (k == 0 || m_lines[kept[k]] != m_lines[kept[k - 1]]) lines.emplace_back();
-      lines.back().push_back(m_points[kept[k]]);
-    }
-    return lines;
-  }
-
- private:
-  std::vector<ChartPoint> m_points;
-  std::vector<std::size_t> m_lines;  ///< per point the number of its line
-};
-
 }  // namespace
 
 double Axis::fractionOf(double value) const {
@@ -253,33 +181,6 @@ Chart genChart(TableSeries const& series, ChartIntervals const& intervals) {
     chart.extreme = {chart.x.fractionOf(places[*series.extreme]),
                      heightOf(stored.values[*series.extreme], chart.y)};
   return chart;
-}
-
-std::vector<ChartPoint> thinned(std::vector<ChartPoint> const& line, std::size_t columns) {
-  auto const columnOf = [&](std::size_t i) { return std::floor(line[i].x * static_cast<double>(columns)); };
-  std::vector<std::size_t> kept;
-  for (std::size_t first = 0, behind = 0; first < line.size(); first = behind) {
-    for (behind = first + 1; behind < line.size() && columnOf(behind) == columnOf(first);) ++behind;
-    appendOutstanding(kept, line, first, behind);
-  }
-  std::vector<ChartPoint> points;
-  points.reserve(kept.size());
-  for (auto const i : kept) points.push_back(line[i]);
-  return points;
-}
-
-std::vector<std::vector<ChartPoint>> reduced(std::vector<std::vector<ChartPoint>> const& lines,
-                                             std::size_t most) {
-  assert(most >= s_fewestReduced);
-  LineSequence const sequence(lines);
-  if (sequence.size() <= most) return lines;
-  auto const runs = sequence.runsIn(most);
-  bool const mayJoinLines = lines.size() > most / 8;
-  // No fewer runs can be enough, as each group keeps a point at least.
-  for (std::size_t perGroup = (runs.size() + most - 1) / most;; perGroup += 1 + perGroup / 4) {
-    auto const kept = sequence.outstanding(runs, perGroup, mayJoinLines);
-    if (kept.size() <= most) return sequence.linesOf(kept);
-  }
 }
 
 }  // namespace Kestrel::ResultTables

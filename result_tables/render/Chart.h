@@ -76,17 +76,4 @@ struct Chart {
 /// Over the times of the series or, where it has none, over its steps.
 [[nodiscard]] Chart genChart(TableSeries const& series, ChartIntervals const& intervals);
 
-/// The points of a line that can be told apart where it is drawn over so many columns: of neighbours in one
-/// column the first, the lowest, the highest and the last.
-[[nodiscard]] std::vector<ChartPoint> thinned(std::vector<ChartPoint> const& line, std::size_t columns);
-
-inline constexpr std::size_t s_fewestReduced = 8;
-
-/// The lines with no more than so many points in all: as they are where they have no more; else of neighbours
-/// again the first, the lowest, the highest and the last, in as many columns as leave no more points. Lines
-/// keep their ends, unless there are more lines than an eighth of `most`: of those that are neighbours then,
-/// some are lost. REQUIRES: most >= s_fewestReduced.
-[[nodiscard]] std::vector<std::vector<ChartPoint>> reduced(std::vector<std::vector<ChartPoint>> const& lines,
-                                                           std::size_t most);
-
 }  // namespace Kestrel::ResultTables

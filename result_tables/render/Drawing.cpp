@@ -9,6 +9,7 @@
 #include "result_tables/render/Chart.h"
 #include "result_tables/render/SeriesTexts.h"
 #include "result_tables/render/TextStyle.h"
+#include "result_tables/render/Thinning.h"
 
 namespace Kestrel::ResultTables {
 
@@ -98,7 +99,7 @@ class SeriesDrawing {
 };
 
 void SeriesDrawing::reduceTo(std::size_t mostPoints) {
-  if (!m_chart.infinite.empty()) m_chart.infinite = reduced({m_chart.infinite}, mostPoints / 4).front();
+  m_chart.infinite = reducedPoints(m_chart.infinite, mostPoints / 4);
   m_chart.lines = reduced(m_chart.lines, mostPoints - m_chart.infinite.size());
 }
 

@@ -11,10 +11,10 @@
 
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
-#include "result_tables/render/Chart.h"
 #include "result_tables/render/Drawing.h"
 #include "result_tables/render/SeriesTexts.h"
 #include "result_tables/render/TextStyle.h"
+#include "result_tables/render/Thinning.h"
 
 namespace Kestrel::ResultTables {
 
