@@ -54,7 +54,7 @@ TEST(XlsxTables, ShowValuesWithLimitsAndUtilisationsThatFollowThem) {
   auto const sheet = workbookOf(genBolts("r.json")).part("xl/worksheets/sheet3.xml");
   EXPECT_THAT(sheet, HasSubstr("<row r=\"2\"><c r=\"A2\" t=\"s\"><v>1</v></c><c r=\"B2\" t=\"s\"><v>2</v></c>"
                                "<c r=\"D2\" t=\"inlineStr\"><is><t>B1</t></is></c>"
-                               "<c r=\"E2\" t=\"b\"><v>1</v></c><c r=\"F2\"><v>-45</v></c>"
+                               "<c r=\"E2\" s=\"7\" t=\"b\"><v>1</v></c><c r=\"F2\"><v>-45</v></c>"
                                "<c r=\"G2\" s=\"5\"><f>'Limits'!$G$2</f><v>30</v></c>"
                                "<c r=\"H2\" s=\"6\"><f>IF(E2,IFERROR(ABS(F2)/ABS(G2),\"\"),\"\")</f>"
                                "<v>1.5</v></c>"

@@ -59,6 +59,7 @@ XlsxFamily::XlsxFamily(XlsxSheets const& sheets, std::vector<std::size_t> tables
       m_withNaN(styleOf(sheets.styles.withNaN)),
       m_ofLimit(styleOf(sheets.styles.usedLimit)),
       m_ofUtilisation(styleOf(sheets.styles.utilisation)),
+      m_ofValid(styleOf(sheets.styles.valid)),
       m_rows(
           sheets.book, title(), genColumns(), m_validColumn, sheets.styles.head,
           [this](lxw_worksheet& sheet, lxw_row_t lastRow) { finishSheet(sheet, lastRow); },
@@ -207,7 +208,7 @@ void XlsxFamily::writeValues(XlsxRows& rows, Section const& section, ResultTable
   auto const& table = m_sheets->tables[section.table];
   auto const& item = table.container().groups[place.group].subGroups[place.subGroup].items[place.item];
   bool const isValid = table.isValid(item);
-  rows.flag(isValid);
+  rows.flag(isValid, m_ofValid);
   auto const values = table.genRow(place.group, place.subGroup, place.item);
   for (std::size_t i = 0; i < m_quantities.size(); ++i) {
     auto const& quantity = m_quantities[i];

@@ -94,6 +94,7 @@ class XlsxFamily {
   int m_withNaN;
   int m_ofLimit;
   int m_ofUtilisation;
+  int m_ofValid;
   XlsxTable m_rows;
   std::string m_noData;                                         ///< as it is spelt
   std::vector<std::vector<std::vector<std::string>>> m_limits;  ///< by table, section and column

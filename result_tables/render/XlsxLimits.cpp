@@ -11,8 +11,9 @@ namespace {
 std::vector<XlsxTable::Column> columnsOfLimits(bool severalFiles) {
   std::vector<XlsxTable::Column> columns;
   if (severalFiles) columns.push_back({tr("File"), 24});
-  for (auto& head :
-       {tr("Unit"), tr("Unit's id"), tr("Family"), tr("Section"), tr("Quantity"), tr("Measured in")})
+  columns.push_back({tr("Unit"), 20});
+  columns.push_back({tr("Unit's id"), 38});
+  for (auto& head : {tr("Family"), tr("Section"), tr("Quantity"), tr("Measured in")})
     columns.push_back({head, 20});
   columns.push_back({tr("Limit"), 14});
   return columns;

@@ -120,8 +120,8 @@ void XlsxRows::number(double value, int style) {
   m_out += "</v></c>";
 }
 
-void XlsxRows::flag(bool value) {
-  beginCell(0);
+void XlsxRows::flag(bool value, int style) {
+  beginCell(style);
   m_out += value ? "\" t=\"b\"><v>1</v></c>" : "\" t=\"b\"><v>0</v></c>";
 }
 

@@ -45,7 +45,7 @@ class XlsxRows {
   void link(std::string_view text, std::string const& place, int style);
   /// A number, or the word for what is none: "NaN", "inf", "-inf".
   void number(double value, int style = 0);
-  void flag(bool value);
+  void flag(bool value, int style = 0);
   /// A formula, as it stands behind "=", with its result, which is a number or a word as above.
   void formula(std::string_view formula, double result, int style = 0);
   /// The same where the result is an empty text.

@@ -22,6 +22,7 @@ XlsxStyles::XlsxStyles(XlsxBook& book)
       limit(book.addFormat()),
       usedLimit(book.addFormat()),
       utilisation(book.addFormat()),
+      valid(book.addFormat()),
       exceeded(book.addFormat()) {
   format_set_bold(&head);
   format_set_text_wrap(&head);
@@ -40,6 +41,8 @@ XlsxStyles::XlsxStyles(XlsxBook& book)
   format_set_align(&usedLimit, LXW_ALIGN_RIGHT);
   format_set_font_color(&usedLimit, s_paleText);
   format_set_num_format(&utilisation, "0.0%");
+  // Some spreadsheets show 1 and 0 without.
+  format_set_num_format(&valid, "\"TRUE\";\"TRUE\";\"FALSE\"");
   format_set_bold(&exceeded);
   format_set_font_color(&exceeded, s_exceededText);
   format_set_bg_color(&exceeded, s_exceededFill);

@@ -16,6 +16,7 @@ struct XlsxStyles {
   lxw_format& limit;        ///< that people may change
   lxw_format& usedLimit;    ///< that follows from one
   lxw_format& utilisation;  ///< as a percentage
+  lxw_format& valid;        ///< whether an element is
   lxw_format& exceeded;     ///< on top of another
 };
 
