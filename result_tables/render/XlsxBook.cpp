@@ -55,7 +55,7 @@ XlsxBook::XlsxBook() : m_folder(temporaryFolder()) {
 
 XlsxBook::~XlsxBook() {
   if (!m_book) return;
-  for (auto* const sheet : m_sheets) std::fclose(sheet->optimize_tmpfile);
+  for (auto* const sheet : m_sheets) static_cast<void>(std::fclose(sheet->optimize_tmpfile));
   lxw_workbook_free(m_book);
 }
 

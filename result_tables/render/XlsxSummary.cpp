@@ -35,8 +35,11 @@ class XlsxSummary {
 
 void XlsxSummary::writeTitle() {
   constexpr double widths[] = {48, 32, 24, 14, 14, 14};
-  for (lxw_col_t i = 0; i < std::size(widths); ++i)
-    expectDone(worksheet_set_column(m_sheet, i, i, widths[i], nullptr));
+  lxw_col_t column = 0;
+  for (auto const width : widths) {
+    expectDone(worksheet_set_column(m_sheet, column, column, width, nullptr));
+    ++column;
+  }
   m_rows.text(tr("Result tables"), styleOf(m_sheets->styles.title));
   m_rows.endRow();
   m_rows.text("result-tables " RESULT_TABLES_VERSION);
