@@ -189,6 +189,7 @@ test("opens a value's curve with a click or Enter, closes it, and gives the focu
     await dialog.waitFor();
     assert.equal(await dialog.getByRole("img").count(), 1);
     assert.equal(await dialog.locator("path.curve").count(), 1);
+    assert.match(await dialog.locator("path.dots").getAttribute("d"), /^M\d+ \d+h0m\d+ \d+h0m\d+ -?\d+h0$/);
     assert.equal(await dialog.locator("line.limit").count(), 2);
     assert.equal(await dialog.locator("circle.extremeExceeded").count(), 1);
     assert.equal(await textOf(page, "dialog header p"), "OP20, Bolts, Forces");

@@ -279,7 +279,7 @@ class DataTable {
     const { column, direction } = this.sorting;
     const isDescending = direction === "descending";
     const keys = this.keysOf(column);
-    this.order.sort((one, other) => compareKeys(keys[one], keys[other], isDescending) || one - other);
+    this.order.sort((one, other) => compareKeys(keys[one], keys[other], isDescending));
   }
 
   cached(name, make) {
@@ -422,7 +422,9 @@ class DataTable {
   focus(row, column) {
     this.activate(row, column);
     if (row >= 0) this.scrollTo(this.order.indexOf(row));
-    this.cell(row, column).focus();
+    const cell = this.cell(row, column);
+    cell.focus({ preventScroll: true });
+    cell.scrollIntoView({ block: "nearest", inline: "nearest" });
   }
 
   scrollTo(position) {
