@@ -40,12 +40,12 @@ struct Format {
 
   std::string_view name;
   Render& render;
-  /// Whether it says what could not be done, so that it is put out then too by commands that otherwise put
-  /// out nothing.
-  bool reportsErrors = false;
   /// What it keeps of the tables of the file with that index, where it shows more of them than the subject
   /// holds; null where it does not. Any thread.
   std::any (*keepOf)(Tables const& tables, std::size_t index, TextStyle const& style) = nullptr;
+  /// Whether it says what could not be done, so that it is put out then too by commands that otherwise put
+  /// out nothing.
+  bool reportsErrors = false;
   /// Whether it is no text, so that it is kept from terminals.
   bool isBinary = false;
 };
@@ -94,14 +94,16 @@ inline constexpr Format<Findings> s_findingsFormats[] = {
     {"text", renderFindingsAsText},
     {"json", renderInAnyStyle<renderFindingsAsJson, Findings>},
     {"junit", renderInAnyStyle<renderFindingsAsJunit, Findings>},
-    {"html", renderInAnyStyle<renderFindingsAsHtml, Findings>, false, keepForHtml},
+    {.name = "html", .render = renderInAnyStyle<renderFindingsAsHtml, Findings>, .keepOf = keepForHtml},
 };
 inline constexpr Format<ResultDifferences> s_differencesFormats[] = {
     {"text", renderDifferencesAsText},
     {"csv", renderInDialect<s_plainCsv, ResultDifferences>},
     {"json", renderInAnyStyle<renderDifferencesAsJson, ResultDifferences>},
-    {"junit", renderInAnyStyle<renderDifferencesAsJunit, ResultDifferences>, true},
-    {"html", renderDifferencesAsHtml, true},
+    {.name = "junit",
+     .render = renderInAnyStyle<renderDifferencesAsJunit, ResultDifferences>,
+     .reportsErrors = true},
+    {.name = "html", .render = renderDifferencesAsHtml, .reportsErrors = true},
 };
 inline constexpr Format<SeriesList> s_seriesFormats[] = {
     {"text", renderSeriesAsText},

@@ -199,11 +199,9 @@ std::string HtmlFileWriter::anchorOf(Cell const& cell) const {
 /// "OP20, Clamps, Forces, Left, Clamp 1, Max Normal Force"
 std::string HtmlFileWriter::describe(HtmlSection const& section, HtmlRow const& row,
                                      std::size_t column) const {
-  auto const& [key, name, shortName, tableName, shortTableName, unit, type, limit] =
-      section.columns()[column];
   std::string text = section.table->unit().getSimulationUnitName();
   for (auto const& part : {section.table->title(), section.content().name, section.subGroup(row),
-                           section.item(row).name, tableName.empty() ? key : tableName}) {
+                           section.item(row).name, section.columns()[column].shownName()}) {
     if (!part.empty()) text += ", " + part;
   }
   return text;
@@ -271,7 +269,7 @@ void HtmlFileWriter::writeHead(HtmlSection const& section) {
                        {"data-key", column.key},
                        {"data-unit", column.unit},
                        {"data-limit", column.limit ? shortestForm(column.limit->value) : std::string()}});
-    m_html.text(column.tableDisplayName.empty() ? column.key : column.tableDisplayName);
+    m_html.text(column.shownName());
     if (!column.unit.empty()) m_html.element("span", column.unit, {{"class", "unit"}});
     if (column.limit) m_html.element("span", limitOf(column, m_style.digits), {{"class", "limit"}});
     m_html.close();
