@@ -13,20 +13,6 @@ CheckedValue checkValue(ResultTable const& table, ResultTable::Place const& plac
   return {place, value, isValid, isExceeded, origin.step, origin.companion, origin.count, origin.nanCount};
 }
 
-void appendValues(std::vector<CheckedValue>& values, ResultTable const& table, std::size_t group) {
-  auto const& columns = table.columns(group);
-  auto const& subGroups = table.container().groups[group].subGroups;
-  for (std::size_t i = 0; i < subGroups.size(); ++i) {
-    for (std::size_t k = 0; k < subGroups[i].items.size(); ++k) {
-      auto const& item = subGroups[i].items[k];
-      bool const isValid = table.isValid(item);
-      for (std::size_t c = 0; c < std::min(columns.size(), item.maxValues.size()); ++c) {
-        if (columns[c].limit) values.push_back(checkValue(table, {group, i, k, c}, isValid));
-      }
-    }
-  }
-}
-
 /// The sum of what `count` says of each element.
 template <typename Elements, typename Element>
 std::size_t sumOf(Elements const& elements, std::size_t (Element::*count)() const) {
@@ -92,6 +78,23 @@ std::size_t FileFindings::countCompared() const { return sumOf(tables, &TableFin
 
 std::size_t FileFindings::countWithoutData() const { return sumOf(tables, &TableFindings::countWithoutData); }
 
+void forEachLimitedValue(ResultTable const& table,
+                         std::function<void(ResultTable::Place const&, bool isValid)> const& visit) {
+  auto const& groups = table.container().groups;
+  for (std::size_t group = 0; group < groups.size(); ++group) {
+    auto const& columns = table.columns(group);
+    for (std::size_t i = 0; i < groups[group].subGroups.size(); ++i) {
+      auto const& items = groups[group].subGroups[i].items;
+      for (std::size_t k = 0; k < items.size(); ++k) {
+        bool const isValid = table.isValid(items[k]);
+        for (std::size_t c = 0; c < std::min(columns.size(), items[k].maxValues.size()); ++c) {
+          if (columns[c].limit) visit({group, i, k, c}, isValid);
+        }
+      }
+    }
+  }
+}
+
 std::vector<InvalidItem> findInvalidItems(ResultTable const& table) {
   std::vector<InvalidItem> invalid;
   auto const& container = table.container();
@@ -114,7 +117,9 @@ TableFindings genFindings(ResultTable const& table) {
                       table.columns(),
                       findInvalidItems(table),
                       {}};
-  for (std::size_t i = 0; i < container.groups.size(); ++i) appendValues(found.values, table, i);
+  forEachLimitedValue(table, [&](ResultTable::Place const& place, bool isValid) {
+    found.values.push_back(checkValue(table, place, isValid));
+  });
   return found;
 }
 

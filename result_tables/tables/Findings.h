@@ -94,6 +94,11 @@ struct FileFindings {
   [[nodiscard]] std::size_t countWithoutData() const;
 };
 
+/// Calls `visit` with the places of the values whose columns have a limit, section by section, row by row,
+/// and whether their items are valid.
+void forEachLimitedValue(ResultTable const& table,
+                         std::function<void(ResultTable::Place const& place, bool isValid)> const& visit);
+
 /// The rows of a table whose values cannot be trusted, in the order of the first section's rows. None where
 /// the family does not say what invalid means.
 [[nodiscard]] std::vector<InvalidItem> findInvalidItems(ResultTable const& table);

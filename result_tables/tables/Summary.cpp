@@ -61,39 +61,19 @@ TableCounts Summary::total() const {
   return sum;
 }
 
-namespace {
-
-/// Counts the limited values of a section and offers them for the highest.
-void summarise(TableCounts& counts, HighestUtilisations& highest, ResultTable const& table, std::size_t index,
-               std::size_t group) {
-  auto const& columns = table.columns(group);
-  auto const& subGroups = table.container().groups[group].subGroups;
-  for (std::size_t i = 0; i < subGroups.size(); ++i) {
-    for (std::size_t k = 0; k < subGroups[i].items.size(); ++k) {
-      auto const& item = subGroups[i].items[k];
-      bool const isValid = table.isValid(item);
-      for (std::size_t c = 0; c < std::min(columns.size(), item.maxValues.size()); ++c) {
-        if (!columns[c].limit) continue;
-        ResultTable::Place const place{group, i, k, c};
-        auto const value = table.genValue(place);
-        counts.addLimited(value, isValid);
-        if (auto const utilisation = utilisationOf(value, columns[c], isValid))
-          highest.add({*utilisation, index, place, value});
-      }
-    }
-  }
-}
-
-}  // namespace
-
 Summary genSummary(std::vector<ResultTable> const& tables, std::size_t highest) {
   Summary summary;
   HighestUtilisations values(highest);
   for (std::size_t i = 0; i < tables.size(); ++i) {
+    auto const& table = tables[i];
     auto& counts = summary.ofTables.emplace_back();
-    counts.invalid = findInvalidItems(tables[i]).size();
-    for (std::size_t group = 0; group < tables[i].container().groups.size(); ++group)
-      summarise(counts, values, tables[i], i, group);
+    counts.invalid = findInvalidItems(table).size();
+    forEachLimitedValue(table, [&](ResultTable::Place const& place, bool isValid) {
+      auto const value = table.genValue(place);
+      counts.addLimited(value, isValid);
+      if (auto const utilisation = utilisationOf(value, table.columns(place.group)[place.column], isValid))
+        values.add({*utilisation, i, place, value});
+    });
   }
   summary.highest = values.take();
   return summary;
