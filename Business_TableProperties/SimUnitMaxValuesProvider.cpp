@@ -88,15 +88,6 @@ bool isValid(BodyJoinInterface::JoinState state) {
   return std::ranges::find(s_failedJoinStates, static_cast<unsigned int>(state)) == s_failedJoinStates.end();
 }
 
-template <typename Record>
-Record& lastOf(std::shared_ptr<Record> const& last) {
-  return *last;
-}
-template <typename Record>
-Record& lastOf(std::vector<std::shared_ptr<Record>> const& records) {
-  return *records.back();
-}
-
 /// Whether the last records of the elements `ids` are valid, by the name that `nameOf` gives. Elements
 /// without records get no entry; of elements that share a name the last one counts.
 template <typename Records, typename NameOf>
@@ -106,7 +97,7 @@ std::map<std::string, bool> validityOf(std::vector<std::string> const& ids, Reco
   for (auto const& id : ids) {
     auto const found = records.find(id);
     if (found == records.end()) continue;
-    auto& last = lastOf(found->second);
+    auto& last = *found->second.back();
     bool const lastIsValid = isValid(last.getState());
     validity[nameOf(last)] = lastIsValid;
   }
@@ -116,22 +107,6 @@ std::map<std::string, bool> validityOf(std::vector<std::string> const& ids, Reco
 std::string nameOfTong(EvalJoiningTong& tong) { return tong.getTongPresentationName(); }
 
 std::string nameOfPointJoin(SimulationBodyJoin& join) { return join.getName(0); }
-
-/// Replaces the content of `tongs`, a map from string identifiers, by what `keep(entry, tong)` keeps of the
-/// tongs of the visible steps, ascending by step.
-template <typename Tongs, typename Keep>
-void collectTongs(Tongs& tongs, SimulationUnit const& unit, std::weak_ptr<SimulationResult> const& result,
-                  Keep const& keep) {
-  tongs.clear();
-  if (!unit.hasVisibleSimulationSteps()) return;
-  RecurringKeys entryOf(tongs);
-  forEachVisibleStep(unit, result.lock(), [&](SimulationStep& step, unsigned int) {
-    entryOf.startRound();
-    std::for_each(step.beginJoiningTong(), step.endJoiningTong(), [&](auto const& tong) {
-      if (tong) keep(entryOf[tong->getJoiningTongStringID()], tong);
-    });
-  });
-}
 
 /// The record of a line join, whatever the step.
 std::shared_ptr<SimulationBodyLineJoin> const& itself(std::shared_ptr<SimulationBodyLineJoin> const& lineJoin,
@@ -408,16 +383,22 @@ void SimUnitMaxValuesProvider::assembleJoiningTongGroupContainer(MaxValueGroupCo
 }
 
 void SimUnitMaxValuesProvider::getAllEvalJoiningTongs(JoiningTongMap& tongs) const {
-  collectTongs(tongs, *m_simulationUnit, m_simulationResult,
-               [](auto& records, auto const& tong) { records.push_back(tong); });
+  tongs.clear();
+  if (!m_simulationUnit->hasVisibleSimulationSteps()) return;
+  RecurringKeys recordsOf(tongs);
+  forEachVisibleStep(*m_simulationUnit, getSimulationResult(), [&](SimulationStep& step, unsigned int) {
+    recordsOf.startRound();
+    std::for_each(step.beginJoiningTong(), step.endJoiningTong(), [&](auto const& tong) {
+      if (tong) recordsOf[tong->getJoiningTongStringID()].push_back(tong);
+    });
+  });
 }
 
 std::map<std::string, bool> SimUnitMaxValuesProvider::getJoiningTongValuesAreValid(
     std::vector<std::string> const& stringIDs) const {
-  std::map<std::string, std::shared_ptr<EvalJoiningTong>> lastRecords;
-  collectTongs(lastRecords, *m_simulationUnit, m_simulationResult,
-               [](auto& last, auto const& tong) { last = tong; });
-  return validityOf(stringIDs, lastRecords, nameOfTong);
+  JoiningTongMap tongs;
+  getAllEvalJoiningTongs(tongs);
+  return validityOf(stringIDs, tongs, nameOfTong);
 }
 
 void SimUnitMaxValuesProvider::assembleSpotWeldGroupContainer(MaxValueGroupContainer& container) const {
