@@ -2,13 +2,13 @@
 
 #include <fmt/format.h>
 #include <nettle/base64.h>
-#include <nettle/sha2.h>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <string_view>
 
+#include "result_tables/base/Digest.h"
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
 #include "result_tables/json/JsonWriter.h"
@@ -40,12 +40,8 @@ std::string script() { return cdata({kestrel_report_script_begin, kestrel_report
 
 /// A source of a content security policy: "'sha256-…'".
 std::string sourceOf(std::string_view content) {
-  sha256_ctx context;
-  sha256_init(&context);
-  sha256_update(&context, content.size(), reinterpret_cast<std::uint8_t const*>(content.data()));
-  std::array<std::uint8_t, SHA256_DIGEST_SIZE> digest{};
-  sha256_digest(&context, digest.size(), digest.data());
-  std::string text(BASE64_ENCODE_RAW_LENGTH(SHA256_DIGEST_SIZE), '\0');
+  auto const digest = sha256Of(content);
+  std::string text(BASE64_ENCODE_RAW_LENGTH(std::tuple_size_v<Sha256>), '\0');
   base64_encode_raw(text.data(), digest.size(), digest.data());
   return fmt::format("'sha256-{}'", text);
 }
