@@ -44,7 +44,7 @@ class LimitsDocument : public testing::Test {
   }
 
   [[nodiscard]] double valueIn(fs::path const& document) const {
-    return readLimitsIfExist(document, m_file).collection->getLimit(firstUnit(), s_bolt)->getLimit();
+    return readLimitsContent(document).limitsOf(m_file).collection->getLimit(firstUnit(), s_bolt)->getLimit();
   }
 
   /// The error of an edit, empty when there is none.
@@ -142,9 +142,9 @@ TEST_F(LimitsDocument, MayBeATextForThoseWhoOnlyRead) {
 }
 
 TEST_F(LimitsDocument, IsNamedByWhatIsReadFromIt) {
-  EXPECT_EQ(readLimitsIfExist(m_document, m_file).source, "") << "the defaults";
+  EXPECT_EQ(readLimitsContent(m_document).limitsOf(m_file).source, "") << "the defaults";
   editLimits(m_document, m_file, [](TablePropertiesData&) {});
-  EXPECT_EQ(readLimitsIfExist(m_document, m_file).source, m_document);
+  EXPECT_EQ(readLimitsContent(m_document).limitsOf(m_file).source, m_document);
   EXPECT_EQ(limitsIn(R"({"format": "limits", "version": 1})", "policy.json", m_file).source, "policy.json");
 }
 

@@ -17,11 +17,9 @@ constexpr double s_infinity = std::numeric_limits<double>::infinity();
 constexpr double s_nan = std::numeric_limits<double>::quiet_NaN();
 
 std::optional<double> utilisation(double value, double limit, bool isValid = true, std::size_t count = 1) {
-  TableColumn column;
-  column.limit = ColumnLimit{limit, "N"};
   TableValue tableValue{value, {}, false};
   tableValue.origin.count = count;
-  return utilisationOf(tableValue, column, isValid);
+  return utilisationOf(tableValue, ColumnLimit{limit, "N"}, isValid);
 }
 
 TEST(Utilisation, IsThePartOfTheLimitThatAValueTakes) {

@@ -8,7 +8,6 @@
 #include "result_tables/base/Text.h"
 #include "result_tables/base/ToolKind.h"
 #include "result_tables/limits/Limits.h"
-#include "result_tables/limits/LimitsDocument.h"
 #include "result_tables/limits/LimitsText.h"
 
 namespace Kestrel::ResultTables {
@@ -94,11 +93,11 @@ void NamedLimits::checkFor(std::vector<std::string> const& results) const {
       tr("--limits: expected one results file, as each has its own limits, found {}", results.size()));
 }
 
-ResultLimits NamedLimits::of(std::string const& results, ResultsFile const& file) const {
+LimitsContent NamedLimits::contentFor(std::string const& results) const {
   if (m_failure) std::rethrow_exception(m_failure);
-  if (!m_document.empty()) return limitsIn(m_content, m_document, file);
-  if (results == s_standardStream) return {genDefaultLimits(file)};
-  return readLimitsIfExist(limitsDocumentOf(results), file);
+  if (!m_document.empty()) return {m_document, m_content};
+  if (results == s_standardStream) return {};
+  return readLimitsContent(limitsDocumentOf(results));
 }
 
 ResultLimits limitsFor(std::string const& results, std::string const& document, ResultsFile const& file) {

@@ -12,6 +12,7 @@
 #include "result_tables/base/Suggestion.h"
 #include "result_tables/base/Translate.h"
 #include "result_tables/command/Arguments.h"
+#include "result_tables/limits/LimitsDocument.h"
 #include "result_tables/limits/ResultLimits.h"
 #include "result_tables/render/Formats.h"
 #include "result_tables/results/ResultsFile.h"
@@ -48,9 +49,12 @@ class NamedLimits {
   /// text of limits is for all.
   void checkFor(std::vector<std::string> const& results) const;
 
-  /// The limits that results are compared with. Where none are named they are those beside the results, or
-  /// the defaults where there are none.
-  [[nodiscard]] ResultLimits of(std::string const& results, ResultsFile const& file) const;
+  /// What results are compared with. Where nothing is named it is what stands beside the results, if
+  /// anything.
+  [[nodiscard]] LimitsContent contentFor(std::string const& results) const;
+  [[nodiscard]] ResultLimits of(std::string const& results, ResultsFile const& file) const {
+    return contentFor(results).limitsOf(file);
+  }
 
  private:
   std::string m_document;

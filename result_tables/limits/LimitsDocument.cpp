@@ -54,8 +54,11 @@ ResultLimits readLimits(std::filesystem::path const& document, ResultsFile const
   return limitsIn(readFile(document), document, file);
 }
 
-ResultLimits readLimitsIfExist(std::filesystem::path const& document, ResultsFile const& file) {
-  auto const content = readFileIfExists(document);
+LimitsContent readLimitsContent(std::filesystem::path const& document) {
+  return {document, readFileIfExists(document)};
+}
+
+ResultLimits LimitsContent::limitsOf(ResultsFile const& file) const {
   return content ? limitsIn(*content, document, file) : ResultLimits{genDefaultLimits(file)};
 }
 

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "Business_TableProperties/TablePropertiesData.h"
@@ -23,8 +24,16 @@ namespace Kestrel::ResultTables {
 [[nodiscard]] ResultLimits limitsIn(std::string const& content, std::filesystem::path const& document,
                                     ResultsFile const& file);
 
-/// The limits of a document as `readLimits` gives them, and the defaults where there is none.
-[[nodiscard]] ResultLimits readLimitsIfExist(std::filesystem::path const& document, ResultsFile const& file);
+/// What stands in a document or a text of limits; nothing where the limits are the defaults.
+struct LimitsContent {
+  std::filesystem::path document;
+  std::optional<std::string> content;
+
+  [[nodiscard]] ResultLimits limitsOf(ResultsFile const& file) const;
+};
+
+/// Nothing stands in a document that does not exist.
+[[nodiscard]] LimitsContent readLimitsContent(std::filesystem::path const& document);
 
 /// Changes the limits of a document, the defaults where there is none, and writes them back, whole or not at
 /// all. Nobody else who comes this way changes the document in between, see `FileLock`. When `change` throws

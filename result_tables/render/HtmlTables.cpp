@@ -172,7 +172,7 @@ void HtmlFileWriter::summarise(HtmlSection const& section, std::size_t number) {
     for (std::size_t c = 0; c < row.values.size(); ++c) {
       if (!section.columns()[c].limit) continue;
       m_file.counts.addLimited(row.values[c], row.isValid);
-      auto const utilisation = utilisationOf(row.values[c], section.columns()[c], row.isValid);
+      auto const utilisation = utilisationOf(row.values[c], section.columns()[c].limit, row.isValid);
       if (utilisation) m_highest.add({*utilisation, number, placeOf(row, c), row.values[c]});
     }
   }
@@ -313,7 +313,7 @@ void HtmlFileWriter::writeCell(HtmlSection const& section, Cell const& cell) {
   auto const& value = row.values[cell[2]];
   bool const hasNaN = value.origin.nanCount > 0;
   auto classes =
-      utilisationClass(utilisationOf(value, section.columns()[cell[2]], row.isValid), value.isExceeded);
+      utilisationClass(utilisationOf(value, section.columns()[cell[2]].limit, row.isValid), value.isExceeded);
   if (value.isExceeded) appendPart(classes, "x");
   if (hasNaN) appendPart(classes, "n");
   m_html.open("td", {{"class", classes}, {"id", m_anchors.contains(cell) ? anchorOf(cell) : std::string()}});
@@ -362,7 +362,8 @@ void HtmlFileWriter::appendCurves() {
   for (auto const& cell : cells) {
     auto const& section = m_sections[cell[0]];
     auto const& row = section.rows[cell[1]];
-    auto const utilisation = utilisationOf(row.values[cell[2]], section.columns()[cell[2]], row.isValid);
+    auto const utilisation =
+        utilisationOf(row.values[cell[2]], section.columns()[cell[2]].limit, row.isValid);
     m_file.curves.push_back(
         {cell[0], cell[1], cell[2], m_style.curves == Curves::all || section.hasFindingAt(row, cell[2]),
          utilisation.value_or(0),

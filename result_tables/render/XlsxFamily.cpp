@@ -226,7 +226,7 @@ void XlsxFamily::writeValues(XlsxRows& rows, Section const& section, ResultTable
     }
     writeLimit(rows, quantity, section.limits[*column], *shown.limit, value, isValid);
     totals.counts.addLimited(value, isValid);
-    if (auto const utilisation = utilisationOf(value, shown, isValid)) {
+    if (auto const utilisation = utilisationOf(value, shown.limit, isValid)) {
       totals.highest.add(
           {*utilisation, section.table, {place.group, place.subGroup, place.item, *column}, value});
     }

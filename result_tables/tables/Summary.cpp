@@ -7,10 +7,11 @@
 
 namespace Kestrel::ResultTables {
 
-std::optional<double> utilisationOf(TableValue const& value, TableColumn const& column, bool isValid) {
-  if (!column.limit || !isValid || value.origin.count == 0) return std::nullopt;
-  if (value.value == 0 && column.limit->value == 0) return 0.0;
-  double const ratio = std::abs(value.value) / std::abs(column.limit->value);
+std::optional<double> utilisationOf(TableValue const& value, std::optional<ColumnLimit> const& limit,
+                                    bool isValid) {
+  if (!limit || !isValid || value.origin.count == 0) return std::nullopt;
+  if (value.value == 0 && limit->value == 0) return 0.0;
+  double const ratio = std::abs(value.value) / std::abs(limit->value);
   return std::isnan(ratio) ? std::nullopt : std::optional(ratio);
 }
 
@@ -71,7 +72,8 @@ Summary genSummary(std::vector<ResultTable> const& tables, std::size_t highest) 
     forEachLimitedValue(table, [&](ResultTable::Place const& place, bool isValid) {
       auto const value = table.genValue(place);
       counts.addLimited(value, isValid);
-      if (auto const utilisation = utilisationOf(value, table.columns(place.group)[place.column], isValid))
+      if (auto const utilisation =
+              utilisationOf(value, table.columns(place.group)[place.column].limit, isValid))
         values.add({*utilisation, i, place, value});
     });
   }

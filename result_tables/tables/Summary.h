@@ -11,8 +11,8 @@ namespace Kestrel::ResultTables {
 /// How much of its limit a value takes: |value| / |limit|, infinite where the limit is 0 and the value is
 /// not. None without a limit, without a number, and of an item that is not valid; and where value and limit
 /// are both infinite, or the limit is a NaN.
-[[nodiscard]] std::optional<double> utilisationOf(TableValue const& value, TableColumn const& column,
-                                                  bool isValid);
+[[nodiscard]] std::optional<double> utilisationOf(TableValue const& value,
+                                                  std::optional<ColumnLimit> const& limit, bool isValid);
 
 /// Reports list so many of the values that take the most of their limits.
 inline constexpr std::size_t s_listedUtilisations = 10;
