@@ -42,14 +42,14 @@ class CommandLine : public testing::Test {
 TEST_F(CommandLine, SaysWhichCommandWasMeant) {
   EXPECT_EQ(
       messageOf(""),
-      "expected one of the commands show, check, diff, series, demo, limits, import, found nothing (--help "
+      "expected one of the commands show, check, diff, series, demo, limits, import, study, found nothing (--help "
       "says more)");
   EXPECT_EQ(messageOf("shwo r.json"),
-            "expected one of the commands show, check, diff, series, demo, limits, import, found \"shwo\"; "
+            "expected one of the commands show, check, diff, series, demo, limits, import, study, found \"shwo\"; "
             "did you mean "
             "\"show\"? (--help says more)");
   EXPECT_EQ(messageOf("tables r.json"),
-            "expected one of the commands show, check, diff, series, demo, limits, import, found \"tables\" "
+            "expected one of the commands show, check, diff, series, demo, limits, import, study, found \"tables\" "
             "(--help says "
             "more)");
   EXPECT_EQ(messageOf("limits"),
@@ -111,14 +111,14 @@ TEST_F(CommandLine, SaysWhatIsMissingOrTooMuch) {
 
 TEST_F(CommandLine, ShowsNothingUnprintableOfWhatIsWrong) {
   EXPECT_EQ(messageOf("\"$(printf 'a\\033[31m\\nb')\""),
-            "expected one of the commands show, check, diff, series, demo, limits, import, found "
+            "expected one of the commands show, check, diff, series, demo, limits, import, study, found "
             "\"a␛[31m␊b\" (--help says "
             "more)");
 }
 
 TEST_F(CommandLine, SpeaksTheLanguageOfTheEnvironment) {
   EXPECT_EQ(messageOf("shwo", "de_DE.UTF-8"),
-            "erwartet: einer der Befehle show, check, diff, series, demo, limits, import; gefunden: "
+            "erwartet: einer der Befehle show, check, diff, series, demo, limits, import, study; gefunden: "
             "\"shwo\"; war \"show\" "
             "gemeint? (mehr mit --help)");
   EXPECT_EQ(messageOf("demo --fromat csv", "ja_JP.UTF-8"),
@@ -148,7 +148,11 @@ constexpr char const* s_commands[] = {"",
                                       "limits dump",
                                       "import",
                                       "import calculix",
-                                      "import csv"};
+                                      "import csv",
+                                      "study",
+                                      "study add",
+                                      "study list",
+                                      "study remove"};
 
 std::size_t widestLine(std::string const& text) {
   std::size_t widest = 0;

@@ -40,6 +40,7 @@ TEST(Formats, AreThoseOfTheirSubjectWithTheOneForPeopleFirst) {
   EXPECT_THAT(namesOf(s_differencesFormats), ElementsAre("text", "csv", "json", "junit", "html"));
   EXPECT_THAT(namesOf(s_seriesFormats), ElementsAre("text", "csv", "json", "svg"));
   EXPECT_THAT(namesOf(s_limitsFormats), ElementsAre("text", "json"));
+  EXPECT_THAT(namesOf(s_studyRunsFormats), ElementsAre("text", "csv", "json"));
 }
 
 TEST(Formats, RenderWhatTheirNamesSay) {
@@ -88,6 +89,10 @@ TEST(Formats, RenderWhatTheirNamesSay) {
 
   EXPECT_EQ(s_limitsFormats[0].render({}, {}), "");
   EXPECT_EQ(json::parse(s_limitsFormats[1].render({}, {})), json::parse(R"({"limits": []})"));
+
+  EXPECT_THAT(s_studyRunsFormats[0].render({{}}, {}), testing::StartsWith("values   compared   "));
+  EXPECT_THAT(s_studyRunsFormats[1].render({}, {}), testing::StartsWith("run,file,added,"));
+  EXPECT_EQ(json::parse(s_studyRunsFormats[2].render({}, {})), json::parse(R"({"runs": []})"));
 }
 
 }  // namespace

@@ -19,6 +19,7 @@
 #include "result_tables/command/Mistake.h"
 #include "result_tables/command/Series.h"
 #include "result_tables/command/Show.h"
+#include "result_tables/command/Study.h"
 
 namespace Kestrel::ResultTables {
 
@@ -126,6 +127,8 @@ std::span<Command const> programCommands() {
        limitsCommands()},
       {"import", [] { return tr("Make a results file out of a solver's histories"); }, nullptr,
        importCommands()},
+      {"study", [] { return tr("Keep the extremes of many runs in a database, and ask it"); }, nullptr,
+       studyCommands()},
   };
   return commands;
 }

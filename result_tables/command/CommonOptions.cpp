@@ -52,6 +52,11 @@ void addResults(Arguments& arguments, std::vector<std::string>& results) {
   arguments.operand("RESULTS", Count::atLeastOne, tr("Results files; - is standard input"), into(results));
 }
 
+void addStudyName(Arguments& arguments, std::string& database) {
+  arguments.operand("DATABASE", Count::one, tr("Study: a file, or the address postgresql://… of a server"),
+                    into(database));
+}
+
 void addUnits(Arguments& arguments, std::vector<std::string>& units, Count count) {
   arguments.option("--unit", "U", count, tr("Only the units with this id or name; can be repeated"),
                    into(units));

@@ -26,6 +26,9 @@ namespace Kestrel::ResultTables {
 void addResults(Arguments& arguments, std::string& results);
 void addResults(Arguments& arguments, std::vector<std::string>& results);
 
+/// DATABASE of the commands that ask or change a study
+void addStudyName(Arguments& arguments, std::string& database);
+
 /// --unit
 void addUnits(Arguments& arguments, std::vector<std::string>& units,
               Arguments::Count count = Arguments::Count::any);

@@ -8,6 +8,7 @@
 
 #include "result_tables/render/CsvDifferences.h"
 #include "result_tables/render/CsvSeries.h"
+#include "result_tables/render/CsvStudyRuns.h"
 #include "result_tables/render/CsvTables.h"
 #include "result_tables/render/CsvWriter.h"
 #include "result_tables/render/HtmlDifferences.h"
@@ -17,6 +18,7 @@
 #include "result_tables/render/JsonFindings.h"
 #include "result_tables/render/JsonLimits.h"
 #include "result_tables/render/JsonSeries.h"
+#include "result_tables/render/JsonStudyRuns.h"
 #include "result_tables/render/JsonTables.h"
 #include "result_tables/render/JunitDifferences.h"
 #include "result_tables/render/JunitFindings.h"
@@ -25,6 +27,7 @@
 #include "result_tables/render/TextFindings.h"
 #include "result_tables/render/TextLimits.h"
 #include "result_tables/render/TextSeries.h"
+#include "result_tables/render/TextStudyRuns.h"
 #include "result_tables/render/TextStyle.h"
 #include "result_tables/render/TextTables.h"
 #include "result_tables/render/XlsxTables.h"
@@ -70,6 +73,7 @@ std::string renderInDialect(Subject const& subject, TextStyle const&) {
 using Findings = std::vector<FileFindings>;
 using SeriesList = std::vector<TableSeries>;
 using ListedLimits = std::vector<ListedLimit>;
+using StudyRuns = std::vector<StudyRun>;
 
 /// The forms of what commands put out; the first is the one for people.
 inline constexpr Format<Tables> s_tableFormats[] = {
@@ -114,6 +118,11 @@ inline constexpr Format<SeriesList> s_seriesFormats[] = {
 inline constexpr Format<ListedLimits> s_limitsFormats[] = {
     {"text", renderLimitsAsText},
     {"json", renderInAnyStyle<renderLimitsAsJson, ListedLimits>},
+};
+inline constexpr Format<StudyRuns> s_studyRunsFormats[] = {
+    {"text", renderStudyRunsAsText},
+    {"csv", renderInDialect<s_plainCsv, StudyRuns>},
+    {"json", renderInAnyStyle<renderStudyRunsAsJson, StudyRuns>},
 };
 
 }  // namespace Kestrel::ResultTables

@@ -1,0 +1,255 @@
+#include "result_tables/command/StudyAdding.h"
+
+#include <fmt/chrono.h>
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <exception>
+#include <filesystem>
+#include <map>
+#include <mutex>
+#include <set>
+
+#include "result_tables/base/Digest.h"
+#include "result_tables/base/Error.h"
+#include "result_tables/base/Family.h"
+#include "result_tables/base/Parallel.h"
+#include "result_tables/base/Progress.h"
+#include "result_tables/base/Text.h"
+#include "result_tables/command/CommonOptions.h"
+#include "result_tables/command/Message.h"
+#include "result_tables/study/Study.h"
+
+namespace Kestrel::ResultTables {
+
+namespace {
+
+using Count = Arguments::Count;
+
+struct AddOptions {
+  std::string database;
+  std::vector<std::string> results;
+  std::optional<std::string> run;
+  std::map<std::string, std::string> labels;
+  TableSelection selection;
+  std::string limits;
+  std::size_t jobs = numberOfProcessors();
+};
+
+void takeLabel(std::map<std::string, std::string>& labels, std::string const& text) {
+  auto const mark = text.find('=');
+  if (mark == std::string::npos || mark == 0)
+    throw Error(tr("--label: expected KEY=VALUE, found {}", quote(text)));
+  checkStorable("--label", text);
+  if (!labels.emplace(text.substr(0, mark), text.substr(mark + 1)).second)
+    throw Error(tr("--label: expected each key once, found {} twice", quote(text.substr(0, mark))));
+}
+
+/// A study, of which all runs are added.
+bool isStudy(std::string const& results) { return isServerAddress(results) || isDatabaseFile(results); }
+
+std::string runNameOf(std::string const& results, AddOptions const& options) {
+  return options.run ? *options.run : std::filesystem::path(results).replace_extension().string();
+}
+
+/// Two files must not replace each other, and one name is for one file.
+void checkNames(AddOptions const& options) {
+  std::map<std::string, std::string> fileOfRun;
+  for (auto const& results : options.results) {
+    if (options.run && (options.results.size() > 1 || isStudy(results)))
+      throw Error(tr("--run: expected one results file, as each has a name of its own, found others"));
+    if (isStudy(results)) continue;
+    if (!options.run && results == s_standardStream)
+      throw Error(tr("RESULTS: expected --run with the name of the run beside standard input, found none"));
+    auto const name = runNameOf(results, options);
+    if (auto const [other, isNew] = fileOfRun.emplace(name, results); !isNew) {
+      throw Error(tr("RESULTS: expected files whose names without suffix differ, found {} and {}",
+                     quote(other->second), quote(results)));
+    }
+  }
+}
+
+/// What of a file is added, the same in whatever order it was said.
+std::string describeSelection(TableSelection const& selection) {
+  std::string text;
+  for (auto const& unit : std::set(selection.units.begin(), selection.units.end()))
+    text += fmt::format("unit {}\n", unit);
+  for (auto const family : std::set(selection.families.begin(), selection.families.end()))
+    text += fmt::format("family {}\n", familyName(family));
+  if (selection.teaching) text += "teaching\n";
+  return text;
+}
+
+std::string timeOfDay() {
+  auto const now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
+  return fmt::format("{:%Y-%m-%dT%H:%M:%SZ}", fmt::gmtime(now));
+}
+
+std::string describe(Added added, StudyRun const& run) {
+  auto const name = toPrintable(run.name);
+  switch (added) {
+    case Added::asNew:
+      return tr("{}: added, {} values", name, run.valueCount);
+    case Added::asReplacement:
+      return tr("{}: replaced, as the content is another; {} values", name, run.valueCount);
+    case Added::labelsOnly:
+      return tr("{}: given other labels, as the content is the same", name);
+    case Added::notAgain:
+      return tr("{}: unchanged, as the content is the same", name);
+  }
+  return {};
+}
+
+/// Lets what is numbered from 0 happen in this order, on whatever threads.
+class Turns {
+ public:
+  /// Waits for all before `index`. REQUIRES: called once for each index, not by fewer threads than wait.
+  void take(std::size_t index, std::function<void()> const& act) {
+    std::unique_lock lock(m_mutex);
+    m_changed.wait(lock, [&] { return m_next == index; });
+    act();
+    ++m_next;
+    m_changed.notify_all();
+  }
+
+ private:
+  std::mutex m_mutex;
+  std::condition_variable m_changed;
+  std::size_t m_next = 0;
+};
+
+/// Adds files to a study: reads several at the same time, and stores them one after the other in the order
+/// in which they were given.
+class Adding {
+ public:
+  explicit Adding(AddOptions const& options)
+      : m_options(options), m_limits(options.limits), m_study(options.database, DatabaseAccess::write) {
+    m_limits.checkFor(options.results);
+  }
+
+  /// What is said of each file.
+  struct Outcome {
+    std::vector<std::string> done;
+    std::vector<std::string> messages;
+  };
+
+  Outcome add(std::size_t index) {
+    auto const& results = m_options.results[index];
+    Outcome outcome;
+    std::optional<RunData> data;
+    if (!isStudy(results)) {
+      try {
+        data = read(results);
+      } catch (std::exception const& error) {
+        outcome.messages.emplace_back(error.what());
+      }
+    }
+    m_turns.take(index, [&] {
+      try {
+        if (data) outcome.done.push_back(store(*data));
+        if (isStudy(results)) addStudy(results, outcome.done);
+      } catch (std::exception const& error) {
+        outcome.messages.emplace_back(error.what());
+      }
+    });
+    return outcome;
+  }
+
+ private:
+  /// What is to be stored of a file; the run alone where that is stored already.
+  RunData read(std::string const& results) {
+    StudyRun run;
+    run.name = runNameOf(results, m_options);
+    run.file = results;
+    checkStorable(run.name, run.name);
+    checkStorable(run.file, run.file);
+    run.program = RESULT_TABLES_VERSION;
+    run.labels = m_options.labels;
+    run.selection = describeSelection(m_options.selection);
+    auto text = readInput(results);
+    auto const limits = m_limits.contentFor(results);
+    run.contentDigest = toHexadecimal(sha256Of(text.text()));
+    if (limits.content) run.limitsDigest = toHexadecimal(sha256Of(*limits.content));
+    if (isStored(run)) return {std::move(run), {}, {}, {}};
+    auto const file = readResults(results, std::move(text), m_options.selection.units);
+    auto const tables = genResultTables(file, m_options.selection, limits.limitsOf(file));
+    return genRunData(std::move(run), tables);
+  }
+
+  bool isStored(StudyRun const& run) {
+    std::scoped_lock const lock(m_mutex);
+    return m_study.has(run);
+  }
+
+  std::string store(RunData& data) {
+    std::scoped_lock const lock(m_mutex);
+    data.run.added = timeOfDay();
+    auto const added = m_study.has(data.run) ? m_study.addLabels(data.run) : m_study.add(data);
+    return describe(added, data.run);
+  }
+
+  void addStudy(std::string const& name, std::vector<std::string>& done) {
+    std::scoped_lock const lock(m_mutex);
+    Study const other(name, DatabaseAccess::read);
+    for (auto const& run : other.runs()) {
+      auto data = m_study.has(run) ? RunData{run, {}, {}, {}} : other.read(run.name);
+      for (auto const& [key, value] : m_options.labels) data.run.labels[key] = value;
+      auto const added = m_study.has(run) ? m_study.addLabels(data.run) : m_study.add(data);
+      done.push_back(describe(added, data.run));
+    }
+  }
+
+  AddOptions const& m_options;
+  NamedLimits m_limits;
+  Study m_study;
+  std::mutex m_mutex;  ///< of the study
+  Turns m_turns;
+};
+
+ExitCode addToStudy(AddOptions const& options) {
+  checkNames(options);
+  if (options.run) checkStorable("--run", *options.run);
+  Adding adding(options);
+  std::vector<Adding::Outcome> outcomes(options.results.size());
+  {
+    Progress progress(outcomes.size());
+    forEachInParallel(outcomes.size(), options.jobs, [&](std::size_t i) {
+      outcomes[i] = adding.add(i);
+      progress.countOne();
+    });
+  }
+  bool hasErrors = false;
+  for (auto const& outcome : outcomes) {
+    for (auto const& line : outcome.done) writeToStandardOutput(line + '\n');
+    for (auto const& message : outcome.messages) printMessage(message);
+    hasErrors = hasErrors || !outcome.messages.empty();
+  }
+  return hasErrors ? ExitCode::failed : ExitCode::nothingFound;
+}
+
+}  // namespace
+
+Run declareStudyAdd(Arguments& arguments) {
+  auto const options = std::make_shared<AddOptions>();
+  addStudyName(arguments, options->database);
+  arguments.operand("RESULTS", Count::atLeastOne,
+                    tr("Results files, and studies of which all runs are added; - is standard input"),
+                    into(options->results));
+  arguments.option("--run", "NAME", Count::atMostOne,
+                   tr("Name of the run; the file's path without its suffix when it is not named"),
+                   [options = options.get()](std::string const& name) { options->run = name; });
+  arguments.option("--label", "KEY=VALUE", Count::any,
+                   tr("What is to be known of the runs besides; can be repeated"),
+                   [options = options.get()](std::string const& text) { takeLabel(options->labels, text); });
+  addSelection(arguments, options->selection);
+  addLimits(arguments, options->limits);
+  arguments.option("--jobs", "N", Count::atMostOne,
+                   tr("Files to read at the same time; as many as there are processors when it is not named"),
+                   [options = options.get()](std::string const& text) {
+                     options->jobs = countFromText("--jobs", text, 1024);
+                   });
+  return [options] { return addToStudy(*options); };
+}
+
+}  // namespace Kestrel::ResultTables
