@@ -137,17 +137,17 @@ class Adding {
   Outcome add(std::size_t index) {
     auto const& results = m_options.results[index];
     Outcome outcome;
-    std::optional<RunData> data;
+    std::optional<Content> content;
     if (!isStudy(results)) {
       try {
-        data = read(results);
+        content = read(results, false);
       } catch (std::exception const& error) {
         outcome.messages.emplace_back(error.what());
       }
     }
     m_turns.take(index, [&] {
       try {
-        if (data) outcome.done.push_back(store(*data));
+        if (content) outcome.done.push_back(store(results, *content));
         if (isStudy(results)) addStudy(results, outcome.done);
       } catch (std::exception const& error) {
         outcome.messages.emplace_back(error.what());
@@ -157,8 +157,13 @@ class Adding {
   }
 
  private:
-  /// What is to be stored of a file; the run alone where that is stored already.
-  RunData read(std::string const& results) {
+  /// What is to be stored of a file; the run alone where that is stored.
+  struct Content {
+    RunData data;
+    bool isWhole = false;
+  };
+
+  Content read(std::string const& results, bool isWhole) {
     StudyRun run;
     run.name = runNameOf(results, m_options);
     run.file = results;
@@ -171,10 +176,10 @@ class Adding {
     auto const limits = m_limits.contentFor(results);
     run.contentDigest = toHexadecimal(sha256Of(text.text()));
     if (limits.content) run.limitsDigest = toHexadecimal(sha256Of(*limits.content));
-    if (isStored(run)) return {std::move(run), {}, {}, {}};
+    if (!isWhole && isStored(run)) return {{std::move(run), {}, {}, {}}};
     auto const file = readResults(results, std::move(text), m_options.selection.units);
     auto const tables = genResultTables(file, m_options.selection, limits.limitsOf(file));
-    return genRunData(std::move(run), tables);
+    return {genRunData(std::move(run), tables), true};
   }
 
   bool isStored(StudyRun const& run) {
@@ -182,21 +187,38 @@ class Adding {
     return m_study.has(run);
   }
 
-  std::string store(RunData& data) {
+  std::string store(std::string const& results, Content& content) {
+    if (!content.isWhole) {
+      if (auto const done = storeLabels(content.data.run)) return *done;
+      content = read(results, true);
+    }
+    content.data.run.added = timeOfDay();
+    return store(content.data);
+  }
+
+  std::string store(RunData const& data) {
     std::scoped_lock const lock(m_mutex);
-    data.run.added = timeOfDay();
-    auto const added = m_study.has(data.run) ? m_study.addLabels(data.run) : m_study.add(data);
-    return describe(added, data.run);
+    return describe(m_study.add(data), data.run);
+  }
+
+  /// Nothing where others have removed or replaced the run since it was looked for.
+  std::optional<std::string> storeLabels(StudyRun const& run) {
+    std::scoped_lock const lock(m_mutex);
+    auto const added = m_study.addLabels(run);
+    return added ? std::optional(describe(*added, run)) : std::nullopt;
   }
 
   void addStudy(std::string const& name, std::vector<std::string>& done) {
-    std::scoped_lock const lock(m_mutex);
     Study const other(name, DatabaseAccess::read);
-    for (auto const& run : other.runs()) {
-      auto data = m_study.has(run) ? RunData{run, {}, {}, {}} : other.read(run.name);
-      for (auto const& [key, value] : m_options.labels) data.run.labels[key] = value;
-      auto const added = m_study.has(run) ? m_study.addLabels(data.run) : m_study.add(data);
-      done.push_back(describe(added, data.run));
+    for (auto run : other.runs()) {
+      for (auto const& [key, value] : m_options.labels) run.labels[key] = value;
+      auto said = isStored(run) ? storeLabels(run) : std::nullopt;
+      if (!said) {
+        auto data = other.read(run.name);
+        data.run.labels = run.labels;
+        said = store(data);
+      }
+      done.push_back(*said);
     }
   }
 

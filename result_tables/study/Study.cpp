@@ -113,14 +113,21 @@ struct StoredRun {
   }
 };
 
-std::optional<StoredRun> findRun(Database& database, std::string const& name) {
+std::optional<StoredRun> findRun(Database& database, Sql sql, std::string const& name) {
   std::optional<StoredRun> found;
-  database.query(
-      "SELECT id, layout_id, content_digest, limits_digest, selection FROM study_runs WHERE name = $1",
-      {name}, [&found](DatabaseRow const& row) {
-        found = StoredRun{row.integer(0), row.integer(1), row.text(2), row.text(3), row.text(4)};
-      });
+  database.query(sql, {name}, [&found](DatabaseRow const& row) {
+    found = StoredRun{row.integer(0), row.integer(1), row.text(2), row.text(3), row.text(4)};
+  });
   return found;
+}
+
+/// The run, which until the end of the transaction no other changes. A server lets others change what has
+/// merely been read.
+std::optional<StoredRun> lockRun(Database& database, std::string const& name) {
+  return findRun(database,
+                 "UPDATE study_runs SET name = name WHERE name = $1 RETURNING id, layout_id, content_digest, "
+                 "limits_digest, selection",
+                 name);
 }
 
 std::map<std::string, std::string> labelsOf(Database& database, std::int64_t run) {
@@ -293,7 +300,7 @@ void storeValues(Database& database, std::int64_t run, RunData const& data) {
 }
 
 Added store(Database& database, RunData const& data) {
-  auto const stored = findRun(database, data.run.name);
+  auto const stored = lockRun(database, data.run.name);
   if (stored && stored->isSameAs(data.run)) return changeLabels(database, *stored, data.run);
   auto const layout = layoutFor(database, data);
   if (!stored) {
@@ -459,7 +466,10 @@ std::vector<StudyRun> Study::runs() const {
 }
 
 bool Study::has(StudyRun const& run) const {
-  auto const stored = findRun(*m_database, run.name);
+  auto const stored = findRun(
+      *m_database,
+      "SELECT id, layout_id, content_digest, limits_digest, selection FROM study_runs WHERE name = $1",
+      run.name);
   return stored && stored->isSameAs(run);
 }
 
@@ -469,12 +479,12 @@ Added Study::add(RunData const& data) {
   return added;
 }
 
-Added Study::addLabels(StudyRun const& run) {
-  auto added = Added::notAgain;
+std::optional<Added> Study::addLabels(StudyRun const& run) {
+  std::optional<Added> added;
   inTransaction(*m_database, true, [&] {
-    auto const stored = findRun(*m_database, run.name);
-    if (!stored) refuseRun(*m_database, run.name);
-    added = changeLabels(*m_database, *stored, run);
+    auto const stored = lockRun(*m_database, run.name);
+    added = stored && stored->isSameAs(run) ? std::optional(changeLabels(*m_database, *stored, run))
+                                            : std::nullopt;
   });
   return added;
 }
@@ -483,7 +493,7 @@ void Study::remove(std::vector<std::string> const& names) {
   inTransaction(*m_database, true, [&] {
     std::map<std::int64_t, StoredRun> runs;
     for (auto const& name : names) {
-      auto const stored = findRun(*m_database, name);
+      auto const stored = lockRun(*m_database, name);
       if (!stored) refuseRun(*m_database, name);
       runs.emplace(stored->id, *stored);
     }

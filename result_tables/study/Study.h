@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -40,8 +41,9 @@ class Study {
   /// Stores a run whole, in one transaction. One of the same name keeps its place in the order. Labels
   /// replace those that are stored where there are any.
   Added add(RunData const& data);
-  /// The same for a run that `has` says is stored, of which the labels alone are looked at.
-  Added addLabels(StudyRun const& run);
+  /// The same for a run that `has` says is stored, of which the labels alone are looked at. Nothing where
+  /// others have removed or replaced it since.
+  [[nodiscard]] std::optional<Added> addLabels(StudyRun const& run);
 
   /// Removes the runs of these names, all or, where one is not there, with an `Error`, none.
   void remove(std::vector<std::string> const& names);
