@@ -122,6 +122,9 @@ TEST_F(StudyCommand, AddsTheRunsOfOtherStudies) {
   EXPECT_EQ(run("$P study add all.db two.db --label m=2").out,
             "b: given other labels, as the content is the same\na: given other labels, as the content is the "
             "same\n");
+  EXPECT_EQ(run("$P study add all.db two.db --family Bolts").err,
+            "result-tables: RESULTS: expected results files beside a selection or --limits, found the study "
+            "\"two.db\", whose runs are added as they are\n");
   EXPECT_EQ(run("$P study add all.db all.db").out,
             "a: unchanged, as the content is the same\nb: unchanged, as the content is the same\n");
 }

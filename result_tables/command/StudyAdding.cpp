@@ -53,6 +53,19 @@ std::string runNameOf(std::string const& results, AddOptions const& options) {
   return options.run ? *options.run : std::filesystem::path(results).replace_extension().string();
 }
 
+/// A study is added as it is: what says how results are read says nothing of it.
+void checkStudies(AddOptions const& options) {
+  auto const& [units, families, teaching] = options.selection;
+  if (units.empty() && families.empty() && !teaching && options.limits.empty()) return;
+  for (auto const& results : options.results) {
+    if (!isStudy(results)) continue;
+    throw Error(tr(
+        "RESULTS: expected results files beside a selection or --limits, found the study {}, whose runs are "
+        "added as they are",
+        quote(results)));
+  }
+}
+
 /// Two files must not replace each other, and one name is for one file.
 void checkNames(AddOptions const& options) {
   std::map<std::string, std::string> fileOfRun;
@@ -231,6 +244,7 @@ class Adding {
 
 ExitCode addToStudy(AddOptions const& options) {
   checkNames(options);
+  checkStudies(options);
   if (options.run) checkStorable("--run", *options.run);
   Adding adding(options);
   std::vector<Adding::Outcome> outcomes(options.results.size());
