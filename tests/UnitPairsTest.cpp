@@ -21,15 +21,18 @@ ResultsFile fileOf(std::string const& name, std::vector<std::string> const& unit
   return readResults(name, R"({"format": "simulation-results", "version": 1, "units": [)" + text + "]}");
 }
 
-std::string shown(ResultsUnit const* unit) {
-  if (unit == nullptr) return "-";
-  return unit->unit->getID().toString().substr(35) + ' ' + unit->unit->getSimulationUnitName();
+std::string shown(ResultsFile const& file, std::optional<std::size_t> index) {
+  if (!index) return "-";
+  auto const& unit = *file.units[*index].unit;
+  return unit.getID().toString().substr(35) + ' ' + unit.getSimulationUnitName();
 }
 
-std::vector<std::string> shown(std::vector<UnitPair> const& pairs) {
+std::vector<std::string> shown(ResultsFile const& before, ResultsFile const& after,
+                               std::vector<IndexPair> const& pairs) {
   std::vector<std::string> lines;
   lines.reserve(pairs.size());
-  for (auto const& [before, after] : pairs) lines.push_back(shown(before) + " = " + shown(after));
+  for (auto const& pair : pairs)
+    lines.push_back(shown(before, pair.before) + " = " + shown(after, pair.after));
   return lines;
 }
 
@@ -37,7 +40,7 @@ std::vector<std::string> pairsOf(std::vector<std::string> const& before,
                                  std::vector<std::string> const& after) {
   auto const first = fileOf("before.json", before);
   auto const second = fileOf("after.json", after);
-  return shown(pairUnits(first, second));
+  return shown(first, second, pairUnits(namedUnitsOf(first), namedUnitsOf(second)));
 }
 
 TEST(UnitPairs, AreUnitsOfOneIdWhateverTheirNamesAndOrder) {
@@ -68,7 +71,7 @@ TEST(UnitPairs, EndWithTheUnitsOfTheSecondFileAlone) {
 class SelectedUnitPairs : public testing::Test {
  protected:
   [[nodiscard]] std::vector<std::string> select(std::vector<std::string> const& wanted) const {
-    return shown(selectUnitPairs(m_before, m_after, wanted));
+    return shown(m_before, m_after, selectUnitPairs(namedUnitsOf(m_before), namedUnitsOf(m_after), wanted));
   }
 
   ResultsFile const m_before = fileOf("before.json", {"1 OP10", "2 OP20", "3 OP30"});

@@ -31,4 +31,9 @@ std::string columnKey(std::string const& valueName) {
   return valueName == ToolForceBusinessName::getTranslated(totalForce) ? totalForce : valueName;
 }
 
+std::string valueNameOf(std::string const& key) {
+  auto const& totalForce = GlobalForcesDefinition::s_totalToolForces;
+  return key == totalForce ? ToolForceBusinessName::getTranslated(totalForce) : key;
+}
+
 }  // namespace Kestrel::ResultTables

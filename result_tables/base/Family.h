@@ -93,4 +93,7 @@ inline constexpr auto s_families = [] {
 /// but for the total tool force, which the library calls by its name in the user's language.
 [[nodiscard]] std::string columnKey(std::string const& valueName);
 
+/// What the library calls the column of that key.
+[[nodiscard]] std::string valueNameOf(std::string const& key);
+
 }  // namespace Kestrel::ResultTables

@@ -1,6 +1,7 @@
 #include "result_tables/command/CommonOptions.h"
 
 #include <charconv>
+#include <cmath>
 
 #include "result_tables/base/Error.h"
 #include "result_tables/base/Family.h"
@@ -42,6 +43,13 @@ HelpSection familiesSection() {
   return section;
 }
 
+double toleranceFromText(std::string_view option, std::string const& text) {
+  auto const number = numberFromText(text);
+  if (!number || !std::isfinite(*number) || *number < 0.0)
+    throw Error(tr("{}: expected a finite number that is not negative, found {}", option, quote(text)));
+  return *number;
+}
+
 }  // namespace
 
 void addResults(Arguments& arguments, std::string& results) {
@@ -70,6 +78,18 @@ void addSelection(Arguments& arguments, TableSelection& selection) {
                    });
   arguments.flag("--teaching", tr("Clamps and bolts with their teaching offsets"), selection.teaching);
   arguments.addHelp(familiesSection());
+}
+
+void addTolerance(Arguments& arguments, Tolerance& tolerance) {
+  arguments.option(
+      "--abs", "X", Arguments::Count::atMostOne,
+      tr("Numbers are the same up to this difference, in the column's unit; 0 when it is not named"),
+      [&tolerance](std::string const& text) { tolerance.absolute = toleranceFromText("--abs", text); });
+  arguments.option(
+      "--rel", "X", Arguments::Count::atMostOne,
+      tr("The same as a part of the number in BEFORE, which is added; 0.01 is one percent, 0 when it is not "
+         "named"),
+      [&tolerance](std::string const& text) { tolerance.relative = toleranceFromText("--rel", text); });
 }
 
 void addLimits(Arguments& arguments, std::string& document) {

@@ -16,6 +16,7 @@
 #include "result_tables/limits/ResultLimits.h"
 #include "result_tables/render/Formats.h"
 #include "result_tables/results/ResultsFile.h"
+#include "result_tables/tables/Differences.h"
 #include "result_tables/tables/ResultTable.h"
 
 // What several commands take is declared here, so that it has the same name and meaning everywhere.
@@ -35,6 +36,9 @@ void addUnits(Arguments& arguments, std::vector<std::string>& units,
 
 /// --unit, --family, --teaching
 void addSelection(Arguments& arguments, TableSelection& selection);
+
+/// --abs, --rel
+void addTolerance(Arguments& arguments, Tolerance& tolerance);
 
 /// --limits of a command that only reads, where the document of RESULTS is meant when none is named
 void addLimits(Arguments& arguments, std::string& document);

@@ -1,14 +1,12 @@
 #include "result_tables/command/Diff.h"
 
 #include <array>
-#include <cmath>
 #include <exception>
 #include <optional>
 
 #include "result_tables/base/Error.h"
 #include "result_tables/base/Parallel.h"
 #include "result_tables/base/Progress.h"
-#include "result_tables/base/Text.h"
 #include "result_tables/command/CommonOptions.h"
 #include "result_tables/command/Message.h"
 
@@ -24,25 +22,6 @@ struct DiffOptions {
   Tolerance tolerance;
   Output<ResultDifferences> output;
 };
-
-double toleranceFromText(std::string_view option, std::string const& text) {
-  auto const number = numberFromText(text);
-  if (!number || !std::isfinite(*number) || *number < 0.0)
-    throw Error(tr("{}: expected a finite number that is not negative, found {}", option, quote(text)));
-  return *number;
-}
-
-void addTolerance(Arguments& arguments, Tolerance& tolerance) {
-  arguments.option(
-      "--abs", "X", Arguments::Count::atMostOne,
-      tr("Numbers are the same up to this difference, in the column's unit; 0 when it is not named"),
-      [&tolerance](std::string const& text) { tolerance.absolute = toleranceFromText("--abs", text); });
-  arguments.option(
-      "--rel", "X", Arguments::Count::atMostOne,
-      tr("The same as a part of the number in BEFORE, which is added; 0.01 is one percent, 0 when it is not "
-         "named"),
-      [&tolerance](std::string const& text) { tolerance.relative = toleranceFromText("--rel", text); });
-}
 
 /// Reads both files at the same time; a file that cannot be read is an error of the result.
 ResultDifferences genDifferences(DiffOptions const& options) {

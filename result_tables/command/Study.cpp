@@ -2,6 +2,7 @@
 
 #include "result_tables/command/CommonOptions.h"
 #include "result_tables/command/StudyAdding.h"
+#include "result_tables/command/StudyQuestions.h"
 #include "result_tables/study/Study.h"
 
 namespace Kestrel::ResultTables {
@@ -54,6 +55,8 @@ Run declareStudyRemove(Arguments& arguments) {
 constexpr Command s_studyCommands[] = {
     {"add", [] { return tr("Add results files to a study"); }, declareStudyAdd},
     {"list", [] { return tr("List the runs of a study"); }, declareStudyList},
+    {"compare", [] { return tr("Compare two runs of a study; exits with 1 if they differ"); },
+     declareStudyCompare},
     {"remove", [] { return tr("Remove runs from a study"); }, declareStudyRemove},
 };
 

@@ -273,10 +273,10 @@ void checkForImport(LimitsText const& text, ResultsFile const& file) {
   for (auto const& part : text.units) {
     refuseColumns(text, part);
     if (part.id ? ids.contains(*part.id) : names.contains(*part.name)) continue;
-    refuse(
-        text, part.place + (part.id ? "/id" : "/name"),
-        tr("the id or the name of one of the units of {} ({})", toPrintable(file.name), describeUnits(file)),
-        part.id ? part.id->toString() : quote(*part.name));
+    refuse(text, part.place + (part.id ? "/id" : "/name"),
+           tr("the id or the name of one of the units of {} ({})", toPrintable(file.name),
+              describeUnits(namedUnitsOf(file))),
+           part.id ? part.id->toString() : quote(*part.name));
   }
 }
 

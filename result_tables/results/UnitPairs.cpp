@@ -1,62 +1,51 @@
 #include "result_tables/results/UnitPairs.h"
 
-#include <algorithm>
 #include <map>
 #include <utility>
-
-#include "result_tables/base/Pairs.h"
-#include "result_tables/results/UnitSelection.h"
 
 namespace Kestrel::ResultTables {
 
 namespace {
 
-std::vector<SimulationUnitId> idsOf(ResultsFile const& file) {
+std::vector<SimulationUnitId> idsOf(NamedUnits const& of) {
   std::vector<SimulationUnitId> ids;
-  for (auto const& unit : file.units) ids.push_back(unit.unit->getID());
+  for (auto const* unit : of.units) ids.push_back(unit->getID());
   return ids;
 }
 
-ResultsUnit const* unitAt(ResultsFile const& file, std::optional<std::size_t> index) {
-  return index ? &file.units[*index] : nullptr;
-}
-
-/// The units of one name that only one of the files has by id.
+/// The pairs of one name in which only one side has a unit.
 struct LeftOver {
-  std::vector<UnitPair*> before;
-  std::vector<UnitPair*> after;
+  std::vector<IndexPair*> before;
+  std::vector<IndexPair*> after;
 };
 
-void pairByName(std::vector<UnitPair>& pairs) {
+void pairByName(std::vector<IndexPair>& pairs, NamedUnits const& before, NamedUnits const& after) {
   std::map<std::string, LeftOver> leftOver;
   for (auto& pair : pairs) {
-    if (pair.after == nullptr) leftOver[pair.before->unit->getSimulationUnitName()].before.push_back(&pair);
-    if (pair.before == nullptr) leftOver[pair.after->unit->getSimulationUnitName()].after.push_back(&pair);
+    if (!pair.after) leftOver[before.units[*pair.before]->getSimulationUnitName()].before.push_back(&pair);
+    if (!pair.before) leftOver[after.units[*pair.after]->getSimulationUnitName()].after.push_back(&pair);
   }
   for (auto const& [name, units] : leftOver) {
     if (units.before.size() == 1 && units.after.size() == 1)
       std::swap(units.before.front()->after, units.after.front()->after);
   }
-  std::erase_if(pairs, [](UnitPair const& pair) { return pair.before == nullptr && pair.after == nullptr; });
+  std::erase(pairs, IndexPair{});
 }
 
-bool isEitherNamedBy(UnitPair const& pair, std::string const& idOrName) {
-  return (pair.before != nullptr && isNamedBy(*pair.before->unit, idOrName)) ||
-         (pair.after != nullptr && isNamedBy(*pair.after->unit, idOrName));
+bool isOneOf(NamedUnits const& of, std::optional<std::size_t> index, std::string const& idOrName) {
+  return index && isNamedBy(*of.units[*index], idOrName);
 }
 
 }  // namespace
 
-std::vector<UnitPair> pairUnits(ResultsFile const& before, ResultsFile const& after) {
-  std::vector<UnitPair> pairs;
-  for (auto const& [beforeIndex, afterIndex] : pairEqualKeys(idsOf(before), idsOf(after)))
-    pairs.push_back({unitAt(before, beforeIndex), unitAt(after, afterIndex)});
-  pairByName(pairs);
+std::vector<IndexPair> pairUnits(NamedUnits const& before, NamedUnits const& after) {
+  auto pairs = pairEqualKeys(idsOf(before), idsOf(after));
+  pairByName(pairs, before, after);
   return pairs;
 }
 
-std::vector<UnitPair> selectUnitPairs(ResultsFile const& before, ResultsFile const& after,
-                                      std::vector<std::string> const& wanted) {
+std::vector<IndexPair> selectUnitPairs(NamedUnits const& before, NamedUnits const& after,
+                                       std::vector<std::string> const& wanted) {
   auto pairs = pairUnits(before, after);
   if (wanted.empty()) return pairs;
   std::vector<bool> isSelected(pairs.size(), false);
@@ -64,15 +53,15 @@ std::vector<UnitPair> selectUnitPairs(ResultsFile const& before, ResultsFile con
     bool isInBefore = false;
     bool isInAfter = false;
     for (std::size_t i = 0; i < pairs.size(); ++i) {
-      if (!isEitherNamedBy(pairs[i], idOrName)) continue;
+      if (!isOneOf(before, pairs[i].before, idOrName) && !isOneOf(after, pairs[i].after, idOrName)) continue;
       isSelected[i] = true;
-      isInBefore = isInBefore || pairs[i].before != nullptr;
-      isInAfter = isInAfter || pairs[i].after != nullptr;
+      isInBefore = isInBefore || pairs[i].before;
+      isInAfter = isInAfter || pairs[i].after;
     }
     if (!isInBefore) refuseUnit(before, idOrName);
     if (!isInAfter) refuseUnit(after, idOrName);
   }
-  std::vector<UnitPair> selected;
+  std::vector<IndexPair> selected;
   for (std::size_t i = 0; i < pairs.size(); ++i) {
     if (isSelected[i]) selected.push_back(pairs[i]);
   }

@@ -11,9 +11,16 @@
 
 namespace Kestrel::ResultTables {
 
-std::string describeUnits(ResultsFile const& file) {
+NamedUnits namedUnitsOf(ResultsFile const& file) {
+  NamedUnits of{toPrintable(file.name), {}};
+  of.units.reserve(file.units.size());
+  for (auto const& unit : file.units) of.units.push_back(unit.unit.get());
+  return of;
+}
+
+std::string describeUnits(NamedUnits const& of) {
   std::vector<std::string_view> names;
-  for (auto const& unit : file.units) names.emplace_back(unit.unit->getSimulationUnitName());
+  for (auto const* unit : of.units) names.emplace_back(unit->getSimulationUnitName());
   return quotedListOf(names);
 }
 
@@ -21,9 +28,9 @@ bool isNamedBy(SimulationUnit const& unit, std::string const& idOrName) {
   return isNamedBy(unit.getID(), unit.getSimulationUnitName(), idOrName);
 }
 
-void refuseUnit(ResultsFile const& file, std::string const& wanted) {
-  throw Error(tr("{}: expected the id or the name of one of its units ({}), found {}", toPrintable(file.name),
-                 describeUnits(file), quote(wanted)));
+void refuseUnit(NamedUnits const& of, std::string const& wanted) {
+  throw Error(tr("{}: expected the id or the name of one of its units ({}), found {}", of.name,
+                 describeUnits(of), quote(wanted)));
 }
 
 std::vector<ResultsUnit const*> selectUnits(ResultsFile const& file, std::vector<std::string> const& wanted) {
@@ -40,7 +47,8 @@ std::vector<ResultsUnit const*> selectUnits(ResultsFile const& file, std::vector
     if (isSelected) selected.push_back(&unit);
   }
   auto const missing = std::find(found.begin(), found.end(), false);
-  if (missing != found.end()) refuseUnit(file, wanted[static_cast<std::size_t>(missing - found.begin())]);
+  if (missing != found.end())
+    refuseUnit(namedUnitsOf(file), wanted[static_cast<std::size_t>(missing - found.begin())]);
   return selected;
 }
 

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "result_tables/base/Error.h"
+#include "result_tables/base/Family.h"
 #include "result_tables/base/Suggestion.h"
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
@@ -20,6 +21,13 @@ bool isSameId(std::string_view one, std::string_view other) {
 
 }  // namespace
 
+bool isOfFamilies(TableSelection const& selection, RunSection const& section) {
+  auto const& families = selection.families;
+  if (!families.empty() && std::ranges::find(families, section.family) == families.end()) return false;
+  bool const isAskedFor = section.isTeaching && familyOf(section.family).asking == FamilyAsking::clamps;
+  return selection.teaching || !isAskedFor;
+}
+
 bool StudySelection::has(RunSection const& section) {
   bool isOfUnit = m_selection.units.empty();
   for (std::size_t i = 0; i < m_selection.units.size(); ++i) {
@@ -29,9 +37,7 @@ bool StudySelection::has(RunSection const& section) {
     isOfUnit = true;
   }
   if (m_known.empty() || m_known.back() != section.unit) m_known.push_back(section.unit);
-  auto const& families = m_selection.families;
-  bool const isOfFamily = families.empty() || std::ranges::find(families, section.family) != families.end();
-  return isOfUnit && isOfFamily && (m_selection.teaching || !section.isTeaching);
+  return isOfUnit && isOfFamilies(m_selection, section);
 }
 
 void StudySelection::checkUnits(std::string const& name) const {

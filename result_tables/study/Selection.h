@@ -8,6 +8,10 @@
 
 namespace Kestrel::ResultTables {
 
+/// Whether a section is among those of the selected families: the teaching section of clamps and bolts is
+/// only where that is asked for.
+[[nodiscard]] bool isOfFamilies(TableSelection const& selection, RunSection const& section);
+
 /// What is asked of the runs of a study, section by section. A unit need not be in every run, but one that no
 /// run has is an `Error`.
 class StudySelection {

@@ -162,14 +162,20 @@ ResultTable const* tableOf(std::vector<ResultTable> const& tables, MaxValueGroup
   return found == tables.end() ? nullptr : &*found;
 }
 
-void addName(TablesFile& read, ResultsUnit const* unit) {
-  if (unit != nullptr) read.units.push_back(unit->unit->getSimulationUnitName());
+/// The tables of a unit of one side, whose name is taken down; none where it has no such unit.
+std::vector<ResultTable> genTablesOf(ComparedSide const& side, std::optional<std::size_t> unit,
+                                     TablesFile& read) {
+  if (!unit) return {};
+  read.units.push_back(side.units.units[*unit]->getSimulationUnitName());
+  return side.genTables(*unit);
 }
 
-std::vector<ResultTable> genTablesOf(LimitedResults const& results, ResultsUnit const* unit,
-                                     TableSelection const& selection) {
-  if (unit == nullptr) return {};
-  return genUnitTables(results.file, *unit, selection, results.limits);
+ComparedSide sideOf(LimitedResults const& results, TableSelection const& selection) {
+  return {{results.file.givenName, {}, results.limits.source},
+          namedUnitsOf(results.file),
+          [&results, &selection](std::size_t unit) {
+            return genUnitTables(results.file, results.file.units[unit], selection, results.limits);
+          }};
 }
 
 }  // namespace
@@ -259,20 +265,12 @@ TableDifferences genTableDifferences(ResultTable const* before, ResultTable cons
   return found;
 }
 
-ResultDifferences genDifferences(LimitedResults const& before, LimitedResults const& after,
-                                 TableSelection const& selection, Tolerance const& tolerance) {
-  ResultDifferences found{
-      before.file.givenName,
-      after.file.givenName,
-      {},
-      {},
-      tolerance,
-      {{before.file.givenName, {}, before.limits.source}, {after.file.givenName, {}, after.limits.source}}};
-  for (auto const& unit : selectUnitPairs(before.file, after.file, selection.units)) {
-    addName(found.read[0], unit.before);
-    addName(found.read[1], unit.after);
-    auto const tablesBefore = genTablesOf(before, unit.before, selection);
-    auto const tablesAfter = genTablesOf(after, unit.after, selection);
+ResultDifferences genDifferences(ComparedSide const& before, ComparedSide const& after,
+                                 std::vector<std::string> const& units, Tolerance const& tolerance) {
+  ResultDifferences found{before.read.name, after.read.name, {}, {}, tolerance, {before.read, after.read}};
+  for (auto const& unit : selectUnitPairs(before.units, after.units, units)) {
+    auto const tablesBefore = genTablesOf(before, unit.before, found.read[0]);
+    auto const tablesAfter = genTablesOf(after, unit.after, found.read[1]);
     for (auto const& family : s_families) {
       auto const* const tableBefore = tableOf(tablesBefore, family.dataType);
       auto const* const tableAfter = tableOf(tablesAfter, family.dataType);
@@ -281,6 +279,11 @@ ResultDifferences genDifferences(LimitedResults const& before, LimitedResults co
     }
   }
   return found;
+}
+
+ResultDifferences genDifferences(LimitedResults const& before, LimitedResults const& after,
+                                 TableSelection const& selection, Tolerance const& tolerance) {
+  return genDifferences(sideOf(before, selection), sideOf(after, selection), selection.units, tolerance);
 }
 
 }  // namespace Kestrel::ResultTables

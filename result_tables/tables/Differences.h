@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -8,6 +9,7 @@
 #include <vector>
 
 #include "result_tables/results/ResultsFile.h"
+#include "result_tables/results/UnitSelection.h"
 #include "result_tables/tables/ResultTable.h"
 #include "result_tables/tables/Tables.h"
 
@@ -130,8 +132,22 @@ struct LimitedResults {
   ResultLimits limits;
 };
 
-/// Compares the selected tables of two files, whose units are paired by `selectUnitPairs`. Makes each table
-/// once and passes over the values alone; holds the tables of all units afterwards, but no series.
+/// One of the two sides that are compared.
+struct ComparedSide {
+  TablesFile read;  ///< without units
+  NamedUnits units;
+  /// Makes the selected tables of one of them, by its index.
+  std::function<std::vector<ResultTable>(std::size_t unit)> genTables;
+};
+
+/// Compares the tables of the units that are wanted, none wanted: of all, which are paired by
+/// `selectUnitPairs`. Makes each table once and passes over the values alone; holds the tables of all units
+/// afterwards, but no series.
+[[nodiscard]] ResultDifferences genDifferences(ComparedSide const& before, ComparedSide const& after,
+                                               std::vector<std::string> const& units,
+                                               Tolerance const& tolerance);
+
+/// The same of two files.
 [[nodiscard]] ResultDifferences genDifferences(LimitedResults const& before, LimitedResults const& after,
                                                TableSelection const& selection, Tolerance const& tolerance);
 

@@ -14,16 +14,23 @@ namespace Kestrel::ResultTables {
 
 namespace {
 
-TableColumn genColumn(std::string const& key) {
-  TableColumn column;
-  column.key = columnKey(key);
-  column.displayName = TablePropertySettings::getDisplayName(key);
-  column.shortDisplayName = TablePropertySettings::getShortDisplayName(key);
-  column.tableDisplayName = TablePropertySettings::getTableDisplayName(key);
-  column.shortTableDisplayName = TablePropertySettings::getShortTableDisplayName(key);
-  column.unit = TablePropertySettings::getUnitString(key);
-  return column;
-}
+/// Looks values up in the results that a container was made of.
+class CollectedOrigins : public ValueOrigins {
+ public:
+  CollectedOrigins(SimulationUnit const& unit, std::weak_ptr<SimulationResult> const& result,
+                   std::shared_ptr<MaxValueGroupContainer const> container)
+      : m_origins(unit, result, std::move(container)) {}
+
+  [[nodiscard]] MaxValueOrigin originOf(ResultTable::Place const& place) const override {
+    return m_origins.getOrigin(place);
+  }
+  [[nodiscard]] MaxValueSeries genSeriesOf(ResultTable::Place const& place) const override {
+    return m_origins.genGetSeries(place);
+  }
+
+ private:
+  SimUnitMaxValueOrigins m_origins;
+};
 
 std::optional<ColumnLimit> limitOf(TableColumn const& column, MaxValueGroupContainer const& container,
                                    ResultLimits const& limits) {
@@ -51,15 +58,36 @@ std::vector<TableColumn> genColumns(MaxValueGroup const& group, MaxValueGroupCon
 
 }  // namespace
 
+TableColumn genColumn(std::string const& valueName) {
+  TableColumn column;
+  column.key = columnKey(valueName);
+  column.displayName = TablePropertySettings::getDisplayName(valueName);
+  column.shortDisplayName = TablePropertySettings::getShortDisplayName(valueName);
+  column.tableDisplayName = TablePropertySettings::getTableDisplayName(valueName);
+  column.shortTableDisplayName = TablePropertySettings::getShortTableDisplayName(valueName);
+  column.unit = TablePropertySettings::getUnitString(valueName);
+  return column;
+}
+
 ResultTable::ResultTable(std::string file, SimulationUnit const& unit,
                          std::weak_ptr<SimulationResult> const& result,
                          std::shared_ptr<MaxValueGroupContainer const> container, ResultLimits const& limits)
     : m_file(std::move(file)),
       m_unit(&unit),
       m_container(std::move(container)),
-      m_origins(std::make_shared<SimUnitMaxValueOrigins const>(unit, result, m_container)) {
+      m_origins(std::make_shared<CollectedOrigins const>(unit, result, m_container)) {
   for (auto const& group : m_container->groups) m_columns.push_back(genColumns(group, *m_container, limits));
 }
+
+ResultTable::ResultTable(std::string file, SimulationUnit const& unit,
+                         std::shared_ptr<MaxValueGroupContainer const> container,
+                         std::vector<std::vector<TableColumn>> columns,
+                         std::shared_ptr<ValueOrigins const> origins)
+    : m_file(std::move(file)),
+      m_unit(&unit),
+      m_container(std::move(container)),
+      m_origins(std::move(origins)),
+      m_columns(std::move(columns)) {}
 
 std::string ResultTable::title() const {
   return m_container->title.empty() ? familyTitle(m_container->dataType) : m_container->title;

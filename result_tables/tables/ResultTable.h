@@ -48,6 +48,18 @@ struct TableValue {
   [[nodiscard]] bool isNaN() const { return origin.count == 0 && origin.nanCount > 0; }
 };
 
+/// Knows where the values of a table come from. May be asked on several threads at once.
+class ValueOrigins {
+ public:
+  virtual ~ValueOrigins() = default;
+  [[nodiscard]] virtual MaxValueOrigin originOf(SimUnitMaxValueOrigins::Place const& place) const = 0;
+  /// A copy of the series; an empty one where there is none.
+  [[nodiscard]] virtual MaxValueSeries genSeriesOf(SimUnitMaxValueOrigins::Place const& place) const = 0;
+};
+
+/// What the catalogue says of a column that the library calls `valueName`, without limit.
+[[nodiscard]] TableColumn genColumn(std::string const& valueName);
+
 /// The table of one family of one unit, joined from maximum values, where they come from, headers and limits.
 /// Knows nothing of how it is shown. Refers to the unit, which must outlive it.
 class ResultTable {
@@ -58,6 +70,12 @@ class ResultTable {
   /// do not reach the table.
   ResultTable(std::string file, SimulationUnit const& unit, std::weak_ptr<SimulationResult> const& result,
               std::shared_ptr<MaxValueGroupContainer const> container, ResultLimits const& limits);
+
+  /// The same of values that have been collected before: `columns` are those of each section, with their
+  /// limits.
+  ResultTable(std::string file, SimulationUnit const& unit,
+              std::shared_ptr<MaxValueGroupContainer const> container,
+              std::vector<std::vector<TableColumn>> columns, std::shared_ptr<ValueOrigins const> origins);
 
   [[nodiscard]] std::string const& file() const { return m_file; }
   [[nodiscard]] SimulationUnit const& unit() const { return *m_unit; }
@@ -85,10 +103,10 @@ class ResultTable {
   [[nodiscard]] bool isExceeded(std::size_t group, std::size_t column, MaxValueItem const& item) const;
 
   /// Where a value comes from. Passes over its series with each call.
-  [[nodiscard]] MaxValueOrigin origin(Place const& place) const { return m_origins->getOrigin(place); }
+  [[nodiscard]] MaxValueOrigin origin(Place const& place) const { return m_origins->originOf(place); }
 
   /// The series that a value comes from.
-  [[nodiscard]] MaxValueSeries genSeries(Place const& place) const { return m_origins->genGetSeries(place); }
+  [[nodiscard]] MaxValueSeries genSeries(Place const& place) const { return m_origins->genSeriesOf(place); }
 
   /// The value at a place that has a column. Passes over its series.
   [[nodiscard]] TableValue genValue(Place const& place) const;
@@ -102,7 +120,7 @@ class ResultTable {
   std::string m_file;
   SimulationUnit const* m_unit;
   std::shared_ptr<MaxValueGroupContainer const> m_container;
-  std::shared_ptr<SimUnitMaxValueOrigins const> m_origins;
+  std::shared_ptr<ValueOrigins const> m_origins;
   std::vector<std::vector<TableColumn>> m_columns;  ///< per group
 };
 

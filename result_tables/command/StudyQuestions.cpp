@@ -1,0 +1,60 @@
+#include "result_tables/command/StudyQuestions.h"
+
+#include <memory>
+
+#include "result_tables/command/CommonOptions.h"
+#include "result_tables/study/StoredTables.h"
+#include "result_tables/study/Study.h"
+
+namespace Kestrel::ResultTables {
+
+namespace {
+
+using Count = Arguments::Count;
+
+// ---- compare
+
+struct StudyCompareOptions {
+  std::string database;
+  std::string before;
+  std::string after;
+  TableSelection selection;
+  Tolerance tolerance;
+  Output<ResultDifferences> output;
+};
+
+/// A run as a side of a comparison, where it goes by its name.
+ComparedSide sideOf(StoredTables const& tables, TableSelection const& selection) {
+  auto const& run = tables.run();
+  return {{run.name, {}, run.limitsDigest.empty() ? std::string() : tr("stored with the run")},
+          tables.units(),
+          [&tables, &selection](std::size_t unit) { return tables.genTables(unit, selection); }};
+}
+
+ExitCode compareRuns(StudyCompareOptions const& options) {
+  Study const study(options.database, DatabaseAccess::read);
+  StoredTables const before(study.name(), study.read(options.before));
+  StoredTables const after(study.name(), study.read(options.after));
+  auto const differences = genDifferences(sideOf(before, options.selection), sideOf(after, options.selection),
+                                          options.selection.units, options.tolerance);
+  write(options.output, differences);
+  return differences.hasDifferences() ? ExitCode::found : ExitCode::nothingFound;
+}
+
+}  // namespace
+
+Run declareStudyCompare(Arguments& arguments) {
+  auto const options = std::make_shared<StudyCompareOptions>();
+  addStudyName(arguments, options->database);
+  arguments.operand("BEFORE", Count::one, tr("Run of the study"), into(options->before));
+  arguments.operand("AFTER", Count::one, tr("Run to compare with it"), into(options->after));
+  addSelection(arguments, options->selection);
+  addTolerance(arguments, options->tolerance);
+  addFormat<ResultDifferences>(arguments, s_differencesFormats, options->output);
+  addCsv(arguments, options->output);
+  addOutputFile(arguments, options->output.file);
+  addTextStyle(arguments, options->output.style, options->output.colour);
+  return [options] { return compareRuns(*options); };
+}
+
+}  // namespace Kestrel::ResultTables
