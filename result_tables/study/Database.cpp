@@ -33,6 +33,11 @@ class OpenTransaction {
 
 }  // namespace
 
+void failForDamage(std::string const& name, std::string const& what) {
+  throw Error(
+      tr("{}: the study is damaged ({}); take a copy that is not, or add the runs to a new one", name, what));
+}
+
 void inTransaction(Database& database, bool isWriting, std::function<void()> const& work) {
   constexpr int mostTimes = 10;
   for (int time = 1;; ++time) {

@@ -20,6 +20,7 @@ namespace Kestrel::ResultTables {
 class Sql {
  public:
   template <std::size_t size>
+  // NOLINTNEXTLINE(google-explicit-constructor): statements are written where they are used
   consteval Sql(char const (&text)[size]) : m_text(text) {}
 
   [[nodiscard]] char const* text() const { return m_text; }
@@ -105,6 +106,9 @@ class Database {
   /// transaction that writes.
   virtual void upgrade(int fromVersion) = 0;
 };
+
+/// Throws the `Error` for a study that holds what none can, of which messages call it `name`.
+[[noreturn]] void failForDamage(std::string const& name, std::string const& what);
 
 /// Does `work` in a transaction, whole or not at all; again where another writer was in its way.
 void inTransaction(Database& database, bool isWriting, std::function<void()> const& work);

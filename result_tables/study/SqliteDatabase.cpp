@@ -85,8 +85,7 @@ struct BusyWait {
     case SQLITE_NOTADB:
       throw Error(tr("{}: expected a study, found a file of another kind", name));
     case SQLITE_CORRUPT:
-      throw Error(tr("{}: the study is damaged ({}); take a copy that is not, or add the runs to a new one",
-                     name, reason));
+      failForDamage(name, reason);
     case SQLITE_FULL:
       throw Error(
           tr("{}: cannot be written ({}); what it held stands; make room and try again", name, reason));

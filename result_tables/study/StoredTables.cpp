@@ -3,19 +3,15 @@
 #include <algorithm>
 #include <utility>
 
-#include "result_tables/base/Error.h"
 #include "result_tables/base/Family.h"
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
+#include "result_tables/study/Database.h"
 #include "result_tables/study/Selection.h"
 
 namespace Kestrel::ResultTables {
 
 namespace {
-
-[[noreturn]] void refuseRun(std::string const& study) {
-  throw Error(tr("{}: the study is damaged ({})", study, tr("a number out of range")));
-}
 
 /// Looks values of a table up among those that are stored.
 class StoredOrigins : public ValueOrigins {
@@ -70,15 +66,17 @@ void StoredTables::addSection(std::string const& study, std::size_t section) {
   auto const& of = m_data->sections[section];
   auto const id = GUIdentifier::fromString(of.unitId);
   auto const size = m_data->elements.size();
-  if (!id || of.firstElement > size || of.elementCount > size - of.firstElement) refuseRun(study);
+  if (!id || of.firstElement > size || of.elementCount > size - of.firstElement)
+    failForDamage(study, tr("a number out of range"));
   for (auto i = of.firstElement; i < of.firstElement + of.elementCount; ++i) {
-    if (m_data->elements[i].section != section) refuseRun(study);
+    if (m_data->elements[i].section != section) failForDamage(study, tr("a number out of range"));
   }
   SimulationUnitId const unitId(*id);
   auto unit = std::ranges::find(m_units, unitId, [](Unit const& each) { return each.unit->getID(); });
   if (unit == m_units.end()) {
-    m_units.push_back({std::make_unique<SimulationUnit const>(unitId, of.unit), {}});
+    m_units.emplace_back();
     unit = m_units.end() - 1;
+    unit->unit = std::make_unique<SimulationUnit const>(unitId, of.unit);
   }
   unit->sections.push_back(section);
 }
@@ -90,10 +88,10 @@ void StoredTables::indexValues(std::string const& study) {
   for (std::size_t element = 0; element < m_data->elements.size(); ++element) {
     first[element] = next;
     for (; next < values.size() && values[next].element == element; ++next) {
-      if (values[next].column != next - first[element]) refuseRun(study);
+      if (values[next].column != next - first[element]) failForDamage(study, tr("a number out of range"));
     }
   }
-  if (next != values.size()) refuseRun(study);
+  if (next != values.size()) failForDamage(study, tr("a number out of range"));
   m_firstValues = std::make_shared<std::vector<std::size_t> const>(std::move(first));
 }
 

@@ -76,16 +76,11 @@ constexpr BulkTable s_values{
 std::int64_t signedOf(std::size_t number) { return static_cast<std::int64_t>(number); }
 std::size_t unsignedOf(std::int64_t number) { return static_cast<std::size_t>(number); }
 
-[[noreturn]] void failForDamage(Database const& database, std::string const& what) {
-  throw Error(tr("{}: the study is damaged ({}); take a copy that is not, or add the runs to a new one",
-                 database.name(), what));
-}
-
 /// An index that a database says; one that there cannot be is an `Error`.
 std::size_t indexIn(Database const& database, DatabaseRow const& row, int column, std::size_t size) {
   auto const index = row.integer(column);
   if (index >= 0 && unsignedOf(index) < size) return unsignedOf(index);
-  failForDamage(database, tr("a number out of range"));
+  failForDamage(database.name(), tr("a number out of range"));
 }
 
 void writeOptional(RowWriter& rows, std::optional<double> value) {
@@ -350,8 +345,7 @@ std::vector<RunSection> readSections(Database& database, std::int64_t run, std::
       "WHERE layout_id = $1 ORDER BY section_no",
       {layout}, [&](DatabaseRow const& row) {
         auto const* const family = familyNamed(row.text(2));
-        if (family == nullptr)
-          failForDamage(database, tr("a family that there is not"));
+        if (family == nullptr) failForDamage(database.name(), tr("a family that there is not"));
         sections.push_back({row.text(0),
                             row.text(1),
                             family->dataType,
