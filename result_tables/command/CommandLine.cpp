@@ -27,8 +27,8 @@ namespace {
 
 HelpSection exitCodesSection() {
   return {tr("Exit codes"),
-          {{"0", tr("done; check and diff have found nothing")},
-           {"1", tr("check has found something, or diff a difference")},
+          {{"0", tr("done; check, diff and study compare have found nothing")},
+           {"1", tr("check has found something, or diff or study compare a difference")},
            {"2", tr("something could not be done; standard error says why")},
            {"3", tr("check has found nothing, as it had not one value to compare with a limit")}}};
 }
