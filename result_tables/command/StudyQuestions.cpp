@@ -5,12 +5,31 @@
 #include "result_tables/command/CommonOptions.h"
 #include "result_tables/study/StoredTables.h"
 #include "result_tables/study/Study.h"
+#include "result_tables/study/WorstQuestion.h"
 
 namespace Kestrel::ResultTables {
 
 namespace {
 
 using Count = Arguments::Count;
+
+// ---- worst
+
+constexpr std::size_t s_usualWorst = 20;
+constexpr std::size_t s_mostWorst = 1000000;
+
+struct StudyWorstOptions {
+  std::string database;
+  TableSelection selection;
+  std::size_t top = s_usualWorst;
+  Output<WorstValues> output;
+};
+
+ExitCode listWorst(StudyWorstOptions const& options) {
+  Study const study(options.database, DatabaseAccess::read);
+  write(options.output, askWorst(study.database(), options.selection, options.top));
+  return ExitCode::nothingFound;
+}
 
 // ---- compare
 
@@ -42,6 +61,22 @@ ExitCode compareRuns(StudyCompareOptions const& options) {
 }
 
 }  // namespace
+
+Run declareStudyWorst(Arguments& arguments) {
+  auto const options = std::make_shared<StudyWorstOptions>();
+  addStudyName(arguments, options->database);
+  addSelection(arguments, options->selection);
+  arguments.option("--top", "N", Count::atMostOne,
+                   tr("How many values to list; {} when it is not named", s_usualWorst),
+                   [options = options.get()](std::string const& text) {
+                     options->top = countFromText("--top", text, s_mostWorst);
+                   });
+  addFormat<WorstValues>(arguments, s_worstValuesFormats, options->output);
+  addCsv(arguments, options->output);
+  addOutputFile(arguments, options->output.file);
+  addTextStyle(arguments, options->output.style, options->output.colour);
+  return [options] { return listWorst(*options); };
+}
 
 Run declareStudyCompare(Arguments& arguments) {
   auto const options = std::make_shared<StudyCompareOptions>();

@@ -4,6 +4,9 @@
 
 namespace Kestrel::ResultTables {
 
+/// `study worst`
+[[nodiscard]] Run declareStudyWorst(Arguments& arguments);
+
 /// `study compare`
 [[nodiscard]] Run declareStudyCompare(Arguments& arguments);
 

@@ -10,6 +10,7 @@
 #include "result_tables/render/CsvSeries.h"
 #include "result_tables/render/CsvStudyRuns.h"
 #include "result_tables/render/CsvTables.h"
+#include "result_tables/render/CsvWorstValues.h"
 #include "result_tables/render/CsvWriter.h"
 #include "result_tables/render/HtmlDifferences.h"
 #include "result_tables/render/HtmlFindings.h"
@@ -20,6 +21,7 @@
 #include "result_tables/render/JsonSeries.h"
 #include "result_tables/render/JsonStudyRuns.h"
 #include "result_tables/render/JsonTables.h"
+#include "result_tables/render/JsonWorstValues.h"
 #include "result_tables/render/JunitDifferences.h"
 #include "result_tables/render/JunitFindings.h"
 #include "result_tables/render/SvgSeries.h"
@@ -30,6 +32,7 @@
 #include "result_tables/render/TextStudyRuns.h"
 #include "result_tables/render/TextStyle.h"
 #include "result_tables/render/TextTables.h"
+#include "result_tables/render/TextWorstValues.h"
 #include "result_tables/render/XlsxTables.h"
 #include "result_tables/tables/Tables.h"
 
@@ -123,6 +126,11 @@ inline constexpr Format<StudyRuns> s_studyRunsFormats[] = {
     {"text", renderStudyRunsAsText},
     {"csv", renderInDialect<s_plainCsv, StudyRuns>},
     {"json", renderInAnyStyle<renderStudyRunsAsJson, StudyRuns>},
+};
+inline constexpr Format<WorstValues> s_worstValuesFormats[] = {
+    {"text", renderWorstValuesAsText},
+    {"csv", renderInDialect<s_plainCsv, WorstValues>},
+    {"json", renderInAnyStyle<renderWorstValuesAsJson, WorstValues>},
 };
 
 }  // namespace Kestrel::ResultTables

@@ -20,15 +20,18 @@ std::size_t countNaNs(MaxValueSeries const& series) {
 
 }  // namespace
 
-std::string placeText(TableSeries const& series) {
-  auto const& column = series.column;
-  auto place = series.unit + ": " + series.title;
-  for (std::string_view const part :
-       {std::string_view(series.group), std::string_view(series.subGroup), std::string_view(series.shownItem),
-        std::string_view(column.shownName())}) {
+std::string placeText(std::string_view unit, std::string_view title,
+                      std::initializer_list<std::string_view> parts) {
+  auto place = std::string(unit).append(": ").append(title);
+  for (auto const part : parts) {
     if (!part.empty()) place.append(", ").append(part);
   }
   return toPrintable(place);
+}
+
+std::string placeText(TableSeries const& series) {
+  return placeText(series.unit, series.title,
+                   {series.group, series.subGroup, series.shownItem, series.column.shownName()});
 }
 
 std::string titleText(TableSeries const& series) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <initializer_list>
 #include <string>
+#include <string_view>
 
 #include "result_tables/tables/Series.h"
 
@@ -8,6 +10,10 @@
 // in numbers.
 
 namespace Kestrel::ResultTables {
+
+/// "OP20: Clamps, Forces, Left, Clamp 1" of a unit, a title and parts, of which empty ones are left out.
+[[nodiscard]] std::string placeText(std::string_view unit, std::string_view title,
+                                    std::initializer_list<std::string_view> parts);
 
 /// "OP20: Clamps, Forces, Left, Clamp 1, Max Closing Force"
 [[nodiscard]] std::string placeText(TableSeries const& series);

@@ -12,6 +12,7 @@
 #include "result_tables/base/Suggestion.h"
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
+#include "result_tables/study/StoredFields.h"
 
 namespace Kestrel::ResultTables {
 
@@ -73,25 +74,11 @@ constexpr BulkTable s_values{
     "FROM STDIN (FORMAT binary)",
     s_valueTypes};
 
-std::int64_t signedOf(std::size_t number) { return static_cast<std::int64_t>(number); }
-std::size_t unsignedOf(std::int64_t number) { return static_cast<std::size_t>(number); }
-
-/// An index that a database says; one that there cannot be is an `Error`.
-std::size_t indexIn(Database const& database, DatabaseRow const& row, int column, std::size_t size) {
-  auto const index = row.integer(column);
-  if (index >= 0 && unsignedOf(index) < size) return unsignedOf(index);
-  failForDamage(database.name(), tr("a number out of range"));
-}
-
 void writeOptional(RowWriter& rows, std::optional<double> value) {
   if (value)
     rows.real(*value);
   else
     rows.null();
-}
-
-std::optional<double> readOptional(DatabaseRow const& row, int column) {
-  return row.isNull(column) ? std::nullopt : std::optional(row.real(column));
 }
 
 /// What is stored of a run that says whether another is the same.
@@ -344,11 +331,9 @@ std::vector<RunSection> readSections(Database& database, std::int64_t run, std::
       "SELECT unit, unit_id, family, name, is_teaching, first_element, element_count FROM study_sections "
       "WHERE layout_id = $1 ORDER BY section_no",
       {layout}, [&](DatabaseRow const& row) {
-        auto const* const family = familyNamed(row.text(2));
-        if (family == nullptr) failForDamage(database.name(), tr("a family that there is not"));
         sections.push_back({row.text(0),
                             row.text(1),
-                            family->dataType,
+                            readFamily(database, row, 2),
                             row.text(3),
                             row.integer(4) != 0,
                             {},

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+
+#include "Business_TableProperties/MaxValueGroupContainer.h"
+#include "result_tables/study/Database.h"
+
+// Fields of the tables of a study as the program has them. What cannot be there is an `Error`: the study is
+// damaged.
+
+namespace Kestrel::ResultTables {
+
+[[nodiscard]] constexpr std::int64_t signedOf(std::size_t number) {
+  return static_cast<std::int64_t>(number);
+}
+[[nodiscard]] constexpr std::size_t unsignedOf(std::int64_t number) {
+  return static_cast<std::size_t>(number);
+}
+
+/// An index of something that there are `size` of.
+[[nodiscard]] std::size_t indexIn(Database const& database, DatabaseRow const& row, int column,
+                                  std::size_t size);
+
+[[nodiscard]] std::optional<double> readOptional(DatabaseRow const& row, int column);
+
+[[nodiscard]] MaxValueGroupContainer::DataType readFamily(Database const& database, DatabaseRow const& row,
+                                                          int column);
+
+}  // namespace Kestrel::ResultTables
