@@ -89,10 +89,22 @@ struct BusyWait {
     case SQLITE_FULL:
       throw Error(
           tr("{}: cannot be written ({}); what it held stands; make room and try again", name, reason));
+    case SQLITE_IOERR:
+      throw Error(tr("{}: cannot be read or written ({}); what it held stands; see to its disk and try again",
+                     name, reason));
+    case SQLITE_CANTOPEN:
+    case SQLITE_READONLY:
+    case SQLITE_PERM:
+      throw Error(
+          tr("{}: cannot be written ({}); see that the file and its folder may be written, and try again",
+             name, reason));
     default:
       throw Error(tr("{}: cannot be used as a study ({})", name, reason));
   }
 }
+
+/// The file in which SQLite keeps what is not in another yet.
+std::string logOf(std::string const& file) { return file + "-wal"; }
 
 class SqliteRow : public DatabaseRow {
  public:
@@ -148,6 +160,8 @@ class SqliteDatabase : public Database, private RowWriter {
   void configure();
   /// Whether the file can be read, which SQLite first tries when it is asked for something.
   [[nodiscard]] bool isReadable();
+  /// Whether others have left work that is not in the file yet.
+  [[nodiscard]] bool hasLog() const;
   void openUnwritable();
   void useWriteAheadLog();
 
@@ -160,6 +174,7 @@ class SqliteDatabase : public Database, private RowWriter {
   void bind(sqlite3_stmt* statement, Parameters parameters) const;
   [[nodiscard]] std::int64_t number(Sql sql);
   [[nodiscard]] std::vector<std::string> definitions();
+  [[nodiscard]] int checkedVersion();
 
   void null() override { check(sqlite3_bind_null(m_insert, ++m_column)); }
   void integer(std::int64_t value) override { check(sqlite3_bind_int64(m_insert, ++m_column, value)); }
@@ -189,11 +204,16 @@ SqliteDatabase::SqliteDatabase(std::string const& file, DatabaseAccess access, M
     throw Error(tr("{}: expected a file, found something else", m_name));
   if (!isThere && access == DatabaseAccess::read) throw Error(tr("{}: there is no such study", m_name));
   bool const hasContent = isThere && std::filesystem::file_size(file, ignored) > 0;
+  if (isThere && ::access(file.c_str(), R_OK) != 0)
+    throw Error(tr("{}: cannot be read; see that you may read it", m_name));
   if (hasContent && !isDatabaseFile(file)) failBecause(m_name, SQLITE_NOTADB, "");
   // A file that is only read is opened for writing where that is possible: whoever was ended in the middle of
   // writing may have left work behind.
   open(file, SQLITE_OPEN_READWRITE | (access == DatabaseAccess::write ? SQLITE_OPEN_CREATE : 0));
-  if (!isReadable() && access == DatabaseAccess::read) openUnwritable();
+  if (isReadable())
+    run("PRAGMA synchronous=FULL");
+  else if (access == DatabaseAccess::read)
+    openUnwritable();
   if (access == DatabaseAccess::write) useWriteAheadLog();
 }
 
@@ -219,7 +239,9 @@ void SqliteDatabase::configure() {
   check(sqlite3_db_config(connection, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr));
   check(sqlite3_db_config(connection, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr));
   check(sqlite3_db_config(connection, SQLITE_DBCONFIG_ENABLE_FKEY, 1, nullptr));
-  run("PRAGMA cell_size_check=ON; PRAGMA mmap_size=0; PRAGMA synchronous=FULL");
+  // What others have left in the log of a file that may be no study is not for this program to bring in.
+  check(sqlite3_db_config(connection, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, hasLog() ? 1 : 0, nullptr));
+  run("PRAGMA cell_size_check=ON; PRAGMA mmap_size=0");
 }
 
 bool SqliteDatabase::isReadable() {
@@ -231,14 +253,17 @@ bool SqliteDatabase::isReadable() {
   return false;
 }
 
+bool SqliteDatabase::hasLog() const {
+  std::error_code error;
+  return std::filesystem::file_size(logOf(m_file), error) > 0 && !error;
+}
+
 void SqliteDatabase::openUnwritable() {
-  std::error_code ignored;
-  auto const log = m_file + "-wal";
-  if (std::filesystem::exists(log, ignored) && std::filesystem::file_size(log, ignored) > 0) {
+  if (hasLog()) {
     throw Error(
         tr("{}: cannot be read where it cannot be written, as somebody has not finished with it; copy it "
            "together with {} to where it can",
-           m_name, toPrintable(log)));
+           m_name, toPrintable(logOf(m_file))));
   }
   std::string address = "file:";
   for (char const c : std::filesystem::absolute(m_file).string()) {
@@ -354,6 +379,12 @@ std::vector<std::string> SqliteDatabase::definitions() {
 }
 
 int SqliteDatabase::version() {
+  int const version = checkedVersion();
+  check(sqlite3_db_config(m_connection.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 0, nullptr));
+  return version;
+}
+
+int SqliteDatabase::checkedVersion() {
   auto const found = definitions();
   auto const application = number(Sql("PRAGMA application_id"));
   if (found.empty() && application == 0) return 0;

@@ -5,10 +5,21 @@
 
 namespace Kestrel::ResultTables {
 
+std::size_t numberIn(Database const& database, DatabaseRow const& row, int column) {
+  auto const number = row.integer(column);
+  if (number < 0) failForDamage(database.name(), tr("a number out of range"));
+  return static_cast<std::size_t>(number);
+}
+
 std::size_t indexIn(Database const& database, DatabaseRow const& row, int column, std::size_t size) {
-  auto const index = row.integer(column);
-  if (index >= 0 && unsignedOf(index) < size) return unsignedOf(index);
-  failForDamage(database.name(), tr("a number out of range"));
+  auto const index = numberIn(database, row, column);
+  if (index >= size) failForDamage(database.name(), tr("a number out of range"));
+  return index;
+}
+
+void expectNext(Database const& database, DatabaseRow const& row, int column, std::size_t next) {
+  if (numberIn(database, row, column) != next)
+    failForDamage(database.name(), tr("a row is missing or there twice"));
 }
 
 std::optional<double> readOptional(DatabaseRow const& row, int column) {

@@ -15,13 +15,15 @@ namespace Kestrel::ResultTables {
 [[nodiscard]] constexpr std::int64_t signedOf(std::size_t number) {
   return static_cast<std::int64_t>(number);
 }
-[[nodiscard]] constexpr std::size_t unsignedOf(std::int64_t number) {
-  return static_cast<std::size_t>(number);
-}
+/// A number that is not negative.
+[[nodiscard]] std::size_t numberIn(Database const& database, DatabaseRow const& row, int column);
 
 /// An index of something that there are `size` of.
 [[nodiscard]] std::size_t indexIn(Database const& database, DatabaseRow const& row, int column,
                                   std::size_t size);
+
+/// Expects a number that can only be `next`, as the rows before it have the others.
+void expectNext(Database const& database, DatabaseRow const& row, int column, std::size_t next);
 
 [[nodiscard]] std::optional<double> readOptional(DatabaseRow const& row, int column);
 

@@ -297,7 +297,7 @@ Added store(Database& database, RunData const& data) {
 }
 
 /// A run as a row of `s_runsQuery` has it.
-StudyRun runIn(DatabaseRow const& row) {
+StudyRun runIn(Database const& database, DatabaseRow const& row) {
   StudyRun run;
   run.name = row.text(1);
   run.file = row.text(2);
@@ -306,8 +306,8 @@ StudyRun runIn(DatabaseRow const& row) {
   run.contentDigest = row.text(5);
   run.limitsDigest = row.text(6);
   run.selection = row.text(7);
-  run.valueCount = unsignedOf(std::max<std::int64_t>(row.integer(8), 0));
-  run.counts.invalid = unsignedOf(row.integer(9));
+  run.valueCount = numberIn(database, row, 8);
+  run.counts.invalid = numberIn(database, row, 9);
   return run;
 }
 
@@ -315,12 +315,12 @@ void addCounts(Database& database, std::map<std::int64_t, StudyRun>& runs) {
   database.query(
       "SELECT run_id, exceeded, not_a_number, compared, without_data, worst_utilisation FROM "
       "study_run_columns",
-      {}, [&runs](DatabaseRow const& row) {
+      {}, [&](DatabaseRow const& row) {
         auto const found = runs.find(row.integer(0));
         if (found == runs.end()) return;
         auto& run = found->second;
-        run.counts.add({unsignedOf(row.integer(1)), unsignedOf(row.integer(2)), 0, unsignedOf(row.integer(3)),
-                        unsignedOf(row.integer(4))});
+        run.counts.add({numberIn(database, row, 1), numberIn(database, row, 2), 0, numberIn(database, row, 3),
+                        numberIn(database, row, 4)});
         run.worst = std::max(run.worst, readOptional(row, 5));
       });
 }
@@ -328,30 +328,35 @@ void addCounts(Database& database, std::map<std::int64_t, StudyRun>& runs) {
 std::vector<RunSection> readSections(Database& database, std::int64_t run, std::int64_t layout) {
   std::vector<RunSection> sections;
   database.query(
-      "SELECT unit, unit_id, family, name, is_teaching, first_element, element_count FROM study_sections "
+      "SELECT unit, unit_id, family, name, is_teaching, first_element, element_count, section_no FROM "
+      "study_sections "
       "WHERE layout_id = $1 ORDER BY section_no",
       {layout}, [&](DatabaseRow const& row) {
+        expectNext(database, row, 7, sections.size());
         sections.push_back({row.text(0),
                             row.text(1),
                             readFamily(database, row, 2),
                             row.text(3),
                             row.integer(4) != 0,
                             {},
-                            unsignedOf(row.integer(5)),
-                            unsignedOf(row.integer(6))});
+                            numberIn(database, row, 5),
+                            numberIn(database, row, 6)});
       });
   database.query(
       "SELECT c.section_no, c.quantity, c.value_unit, l.limit_value, l.limit_unit, l.exceeded, "
       "l.not_a_number, "
-      "l.compared, l.without_data, l.worst_utilisation FROM study_columns c JOIN study_run_columns l "
+      "l.compared, l.without_data, l.worst_utilisation, c.column_no FROM study_columns c JOIN "
+      "study_run_columns l "
       "ON l.section_no = c.section_no AND l.column_no = c.column_no WHERE c.layout_id = $1 AND l.run_id = $2 "
       "ORDER BY c.section_no, c.column_no",
       {layout, run}, [&](DatabaseRow const& row) {
         RunColumn column{row.text(1), row.text(2), {}, {}, readOptional(row, 9)};
         if (!row.isNull(3)) column.limit = ColumnLimit{row.real(3), row.text(4)};
-        column.counts = {unsignedOf(row.integer(5)), unsignedOf(row.integer(6)), 0,
-                         unsignedOf(row.integer(7)), unsignedOf(row.integer(8))};
-        sections[indexIn(database, row, 0, sections.size())].columns.push_back(std::move(column));
+        column.counts = {numberIn(database, row, 5), numberIn(database, row, 6), 0,
+                         numberIn(database, row, 7), numberIn(database, row, 8)};
+        auto& columns = sections[indexIn(database, row, 0, sections.size())].columns;
+        expectNext(database, row, 10, columns.size());
+        columns.push_back(std::move(column));
       });
   return sections;
 }
@@ -369,13 +374,38 @@ std::vector<RunSection> readSections(Database& database, std::int64_t run, std::
 std::vector<RunElement> readElements(Database& database, std::int64_t layout, std::size_t sectionCount) {
   std::vector<RunElement> elements;
   database.query(
-      "SELECT section_no, sub_group, item, occurrence FROM study_elements WHERE layout_id = $1 ORDER BY "
+      "SELECT section_no, sub_group, item, occurrence, element_no FROM study_elements WHERE layout_id = $1 "
+      "ORDER BY "
       "element_no",
       {layout}, [&](DatabaseRow const& row) {
+        expectNext(database, row, 4, elements.size());
         elements.push_back(
-            {indexIn(database, row, 0, sectionCount), row.text(1), row.text(2), unsignedOf(row.integer(3))});
+            {indexIn(database, row, 0, sectionCount), row.text(1), row.text(2), numberIn(database, row, 3)});
       });
   return elements;
+}
+
+/// Whether the elements of each section lie together, one section behind the other.
+void checkSections(Database const& database, RunData const& data) {
+  std::size_t element = 0;
+  for (std::size_t i = 0; i < data.sections.size(); ++i) {
+    auto const& section = data.sections[i];
+    bool isHere = section.firstElement == element && section.elementCount <= data.elements.size() - element;
+    for (std::size_t k = 0; isHere && k < section.elementCount; ++k)
+      isHere = data.elements[element++].section == i;
+    if (!isHere) failForDamage(database.name(), tr("a number out of range"));
+  }
+  if (element != data.elements.size()) failForDamage(database.name(), tr("a number out of range"));
+}
+
+/// The layout is known by what is in it.
+void checkLayout(Database& database, std::int64_t layout, RunData const& data) {
+  checkSections(database, data);
+  std::string digest;
+  database.query("SELECT digest FROM study_layouts WHERE id = $1", {layout},
+                 [&digest](DatabaseRow const& row) { digest = row.text(0); });
+  if (digest != data.layoutDigest())
+    failForDamage(database.name(), tr("names that are others than were stored"));
 }
 
 void readValues(Database& database, std::int64_t run, RunData& data) {
@@ -386,11 +416,28 @@ void readValues(Database& database, std::int64_t run, RunData& data) {
         auto const element = indexIn(database, row, 0, data.elements.size());
         auto const& columns = data.sections[data.elements[element].section].columns;
         auto const column = indexIn(database, row, 1, columns.size());
-        data.values.push_back({static_cast<std::uint32_t>(element), static_cast<std::uint32_t>(column),
-                               row.real(2), row.isNull(3) ? std::nullopt : std::optional(row.integer(3)),
-                               readOptional(row, 4), unsignedOf(row.integer(5)), unsignedOf(row.integer(6)),
-                               row.integer(7) != 0, row.integer(8) != 0});
+        auto const place = std::pair(element, column);
+        if (!data.values.empty() && std::pair<std::size_t, std::size_t>(data.values.back().element,
+                                                                        data.values.back().column) >= place)
+          failForDamage(database.name(), tr("a row is missing or there twice"));
+        data.values.push_back(
+            {static_cast<std::uint32_t>(element), static_cast<std::uint32_t>(column), row.real(2),
+             row.isNull(3) ? std::nullopt : std::optional<std::uint64_t>(numberIn(database, row, 3)),
+             readOptional(row, 4), numberIn(database, row, 5), numberIn(database, row, 6),
+             row.integer(7) != 0, row.integer(8) != 0});
       });
+}
+
+/// Adds up what the columns say of their values, of which none may be missing.
+void addUp(Database const& database, RunData& data) {
+  for (auto const& section : data.sections) {
+    for (auto const& column : section.columns) {
+      data.run.counts.add(column.counts);
+      data.run.worst = std::max(data.run.worst, column.worst);
+    }
+  }
+  if (data.values.size() != data.run.valueCount)
+    failForDamage(database.name(), tr("a row is missing or there twice"));
 }
 
 RunData readRun(Database& database, std::string const& name) {
@@ -402,20 +449,16 @@ RunData readRun(Database& database, std::string const& name) {
       "layout_id FROM study_runs WHERE name = $1",
       {name}, [&](DatabaseRow const& row) {
         runAndLayout.emplace(row.integer(0), row.integer(10));
-        data.run = runIn(row);
+        data.run = runIn(database, row);
       });
   if (!runAndLayout) refuseRun(database, name);
   auto const [run, layout] = *runAndLayout;
   data.run.labels = labelsOf(database, run);
   data.sections = readSections(database, run, layout);
   data.elements = readElements(database, layout, data.sections.size());
+  checkLayout(database, layout, data);
   readValues(database, run, data);
-  for (auto const& section : data.sections) {
-    for (auto const& column : section.columns) {
-      data.run.counts.add(column.counts);
-      data.run.worst = std::max(data.run.worst, column.worst);
-    }
-  }
+  addUp(database, data);
   return data;
 }
 
@@ -431,7 +474,7 @@ std::vector<StudyRun> Study::runs() const {
         "SELECT id, name, file, added, program, content_digest, limits_digest, selection, value_count, "
         "invalid "
         "FROM study_runs",
-        {}, [&byId](DatabaseRow const& row) { byId.emplace(row.integer(0), runIn(row)); });
+        {}, [&](DatabaseRow const& row) { byId.emplace(row.integer(0), runIn(*m_database, row)); });
     addCounts(*m_database, byId);
     m_database->query("SELECT run_id, name, value FROM study_labels", {}, [&byId](DatabaseRow const& row) {
       if (auto const found = byId.find(row.integer(0)); found != byId.end())

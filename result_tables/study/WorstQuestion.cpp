@@ -106,7 +106,7 @@ void WorstQuestion::readSelected(StudySelection& selection) {
       {}, [&](DatabaseRow const& row) {
         RunSection const section{
             row.text(2),         row.text(3), readFamily(m_database, row, 4), row.text(5),
-            row.integer(6) != 0, {},          unsignedOf(row.integer(7)),     unsignedOf(row.integer(8))};
+            row.integer(6) != 0, {},          numberIn(m_database, row, 7),   numberIn(m_database, row, 8)};
         if (selection.has(section)) m_sections.insert_or_assign({row.integer(0), row.integer(1)}, section);
       });
   selection.checkUnits(m_database.name());
@@ -157,10 +157,10 @@ void WorstQuestion::readValues(std::size_t index) {
       [&](DatabaseRow const& row) {
         TableValue const value{row.real(1),
                                {{},
-                                row.isNull(2) ? std::nullopt : std::optional(unsignedOf(row.integer(2))),
+                                row.isNull(2) ? std::nullopt : std::optional(numberIn(m_database, row, 2)),
                                 readOptional(row, 3),
-                                unsignedOf(row.integer(4)),
-                                unsignedOf(row.integer(5))},
+                                numberIn(m_database, row, 4),
+                                numberIn(m_database, row, 5)},
                                row.integer(6) != 0};
         if (auto const utilisation = utilisationOf(value, column.limit, true))
           add({*utilisation, column.run, row.integer(0), column.column, index, value});
