@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
 #include "result_tables/study/PostgresDatabase.h"
 #include "result_tables/study/SqliteDatabase.h"
@@ -34,8 +35,8 @@ class OpenTransaction {
 }  // namespace
 
 void failForDamage(std::string const& name, std::string const& what) {
-  throw Error(
-      tr("{}: the study is damaged ({}); take a copy that is not, or add the runs to a new one", name, what));
+  throw Error(tr("{}: the study is damaged ({}); take a copy that is not, or add the runs to a new one", name,
+                 toPrintable(what)));
 }
 
 void inTransaction(Database& database, bool isWriting, std::function<void()> const& work) {

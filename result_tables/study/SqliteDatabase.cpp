@@ -74,7 +74,8 @@ struct BusyWait {
   }
 };
 
-[[noreturn]] void failBecause(std::string const& name, int code, char const* reason) {
+[[noreturn]] void failBecause(std::string const& name, int code, char const* said) {
+  auto const reason = toPrintable(said);
   switch (code & 0xFF) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
@@ -85,7 +86,7 @@ struct BusyWait {
     case SQLITE_NOTADB:
       throw Error(tr("{}: expected a study, found a file of another kind", name));
     case SQLITE_CORRUPT:
-      failForDamage(name, reason);
+      failForDamage(name, said);
     case SQLITE_FULL:
       throw Error(
           tr("{}: cannot be written ({}); what it held stands; make room and try again", name, reason));
