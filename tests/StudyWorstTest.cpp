@@ -81,7 +81,7 @@ TEST_F(StudyWorst, PutsOutTheMembersInTheirOrder) {
 }
 )");
   EXPECT_EQ(outputOf("$P study worst s --format csv"),
-            "run,file,unit,unitId,family,group,subGroup,item,key,column,value,unitOfValue,limit,utilisation,"
+            "run,file,unit,unitId,family,group,subGroup,item,key,column,value,valueUnit,limit,utilisation,"
             "step,time\r\n"
             "a <b>,a <b>.json,OP20,0b6f6d3e-6c1e-4a57-9b52-0f6f2f1b6a02,Bolts,Forces,,Bolt 1,"
             "ClampNormalForce,Max Normal Force,-29,N,30,0.9666666666666667,1,\r\n");

@@ -56,6 +56,7 @@ constexpr Command s_studyCommands[] = {
     {"add", [] { return tr("Add results files to a study"); }, declareStudyAdd},
     {"list", [] { return tr("List the runs of a study"); }, declareStudyList},
     {"worst", [] { return tr("List the values that take the most of their limits"); }, declareStudyWorst},
+    {"trend", [] { return tr("Show a value through the runs of a study"); }, declareStudyTrend},
     {"compare", [] { return tr("Compare two runs of a study; exits with 1 if they differ"); },
      declareStudyCompare},
     {"remove", [] { return tr("Remove runs from a study"); }, declareStudyRemove},

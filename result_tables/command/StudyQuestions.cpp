@@ -2,9 +2,13 @@
 
 #include <memory>
 
+#include "result_tables/base/Family.h"
+#include "result_tables/base/Text.h"
 #include "result_tables/command/CommonOptions.h"
+#include "result_tables/command/Message.h"
 #include "result_tables/study/StoredTables.h"
 #include "result_tables/study/Study.h"
+#include "result_tables/study/TrendQuestion.h"
 #include "result_tables/study/WorstQuestion.h"
 
 namespace Kestrel::ResultTables {
@@ -28,6 +32,25 @@ struct StudyWorstOptions {
 ExitCode listWorst(StudyWorstOptions const& options) {
   Study const study(options.database, DatabaseAccess::read);
   write(options.output, askWorst(study.database(), options.selection, options.top));
+  return ExitCode::nothingFound;
+}
+
+// ---- trend
+
+struct StudyTrendOptions {
+  std::string database;
+  TrendSelection selection;
+  Output<Trends> output;
+};
+
+ExitCode showTrend(StudyTrendOptions const& options) {
+  Study const study(options.database, DatabaseAccess::read);
+  auto const answer = askTrend(study.database(), options.selection);
+  if (answer.leftOut > 0) {
+    printMessage(tr("--by: runs left out, as they have no number under the label {}: {}",
+                    quote(options.selection.by), answer.leftOut));
+  }
+  write(options.output, answer.trends);
   return ExitCode::nothingFound;
 }
 
@@ -76,6 +99,29 @@ Run declareStudyWorst(Arguments& arguments) {
   addOutputFile(arguments, options->output.file);
   addTextStyle(arguments, options->output.style, options->output.colour);
   return [options] { return listWorst(*options); };
+}
+
+Run declareStudyTrend(Arguments& arguments) {
+  auto const options = std::make_shared<StudyTrendOptions>();
+  auto& selection = options->selection;
+  addStudyName(arguments, options->database);
+  arguments.option("--unit", "U", Count::one, tr("The unit, by its id or name"), into(selection.unit));
+  arguments.option("--family", "F", Count::one, tr("The family of the element"),
+                   [&selection](std::string const& name) {
+                     selection.family = rowNamed("--family", s_families, name).dataType;
+                   });
+  arguments.option("--item", "NAME", Count::one, tr("The element, by its name"), into(selection.item));
+  arguments.option("--key", "KEY", Count::one, tr("The column, by its key, as JSON and CSV have it"),
+                   into(selection.key));
+  arguments.option("--by", "LABEL", Count::atMostOne,
+                   tr("Order the runs by the number that they have under this label; in the order in which "
+                      "they were added when it is not named"),
+                   into(selection.by));
+  addFormat<Trends>(arguments, s_trendsFormats, options->output);
+  addCsv(arguments, options->output);
+  addOutputFile(arguments, options->output.file);
+  addTextStyle(arguments, options->output.style, options->output.colour);
+  return [options] { return showTrend(*options); };
 }
 
 Run declareStudyCompare(Arguments& arguments) {

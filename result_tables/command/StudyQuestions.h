@@ -7,6 +7,9 @@ namespace Kestrel::ResultTables {
 /// `study worst`
 [[nodiscard]] Run declareStudyWorst(Arguments& arguments);
 
+/// `study trend`
+[[nodiscard]] Run declareStudyTrend(Arguments& arguments);
+
 /// `study compare`
 [[nodiscard]] Run declareStudyCompare(Arguments& arguments);
 

@@ -90,11 +90,11 @@ bool isNear(double limit, Range const& range) {
 }
 
 /// The limits to show beside values of a range; all where it is empty.
-std::vector<double> limitsNear(Range const& range, TableColumn const& column) {
-  if (!column.limit || !std::isfinite(column.limit->value) || column.limit->value < 0) return {};
-  std::vector<double> limits = {column.limit->value};
+std::vector<double> limitsNear(Range const& range, std::optional<ColumnLimit> const& limit) {
+  if (!limit || !std::isfinite(limit->value) || limit->value < 0) return {};
+  std::vector<double> limits = {limit->value};
   if (limits.front() > 0) limits.push_back(-limits.front());
-  if (!range.isEmpty()) std::erase_if(limits, [&](double limit) { return !isNear(limit, range); });
+  if (!range.isEmpty()) std::erase_if(limits, [&](double each) { return !isNear(each, range); });
   return limits;
 }
 
@@ -130,12 +130,47 @@ void setAxes(Chart& chart, TableSeries const& series, std::vector<double> const&
       if (std::isfinite(places[i])) y.add((*values)[i]);
     }
   }
-  auto const limits = limitsNear(y, series.column);
+  auto const limits = limitsNear(y, series.column.limit);
   for (double const limit : limits) y.add(limit);
   if (!x.isEmpty())
     chart.x = genAxis(x.low, x.high, AxisEnds::exact, intervals.x, chart.isOverTime ? 0.0 : 1.0);
   if (!y.isEmpty()) chart.y = genAxis(y.low, y.high, AxisEnds::atTicks, intervals.y);
   for (double const limit : limits) chart.limits.push_back({limit, chart.y.fractionOf(limit)});
+}
+
+// ---- of a trend
+
+/// What is drawn of a value: a NaN for one that is not.
+double trendValue(TrendPoint const& point) { return point.isShown() ? point.value.value : NAN; }
+
+/// The limit of all points; none where they have not one and the same.
+std::optional<ColumnLimit> commonLimit(Trend const& trend) {
+  if (trend.points.empty()) return std::nullopt;
+  auto const& limit = trend.points.front().limit;
+  bool const isCommon = std::ranges::all_of(trend.points, [&limit](TrendPoint const& point) {
+    return point.limit.has_value() == limit.has_value() && (!limit || point.limit->value == limit->value);
+  });
+  return isCommon ? limit : std::nullopt;
+}
+
+/// The line along the limits of one sign, each of which reaches half way to the next point.
+void appendLimitSteps(Chart& chart, Trend const& trend, Range const& y, double sign) {
+  auto const& points = trend.points;
+  bool isJoined = false;
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    auto const limits = limitsNear(y, points[i].limit);
+    auto const limit = std::ranges::find_if(limits, [sign](double each) { return each * sign >= 0; });
+    bool const hasLine = limit != limits.end() && (sign > 0 || *limit < 0);
+    if (hasLine) {
+      if (!isJoined) chart.limitSteps.emplace_back();
+      double const before = points[i == 0 ? 0 : i - 1].at;
+      double const after = points[std::min(i + 1, points.size() - 1)].at;
+      double const height = chart.y.fractionOf(*limit);
+      for (double const to : {before, after})
+        chart.limitSteps.back().push_back({chart.x.fractionOf(points[i].at / 2 + to / 2), height});
+    }
+    isJoined = hasLine;
+  }
 }
 
 }  // namespace
@@ -180,6 +215,39 @@ Chart genChart(TableSeries const& series, ChartIntervals const& intervals) {
   if (series.extreme && std::isfinite(places[*series.extreme]))
     chart.extreme = {chart.x.fractionOf(places[*series.extreme]),
                      heightOf(stored.values[*series.extreme], chart.y)};
+  return chart;
+}
+
+Chart genChart(Trend const& trend, ChartIntervals const& intervals) {
+  Chart chart{};
+  Range x;
+  Range y;
+  std::vector<double> places;
+  std::vector<double> values;
+  for (auto const& point : trend.points) {
+    places.push_back(point.at);
+    values.push_back(trendValue(point));
+    x.add(places.back());
+    y.add(values.back());
+  }
+  auto const ofValues = y;
+  auto const common = commonLimit(trend);
+  for (auto const& point : trend.points) {
+    for (double const limit : limitsNear(ofValues, point.limit)) y.add(limit);
+  }
+  if (!x.isEmpty())
+    chart.x = genAxis(x.low, x.high, AxisEnds::exact, intervals.x, trend.by.empty() ? 1.0 : 0.0);
+  if (!y.isEmpty()) chart.y = genAxis(y.low, y.high, AxisEnds::atTicks, intervals.y);
+  for (double const limit : limitsNear(ofValues, common))
+    chart.limits.push_back({limit, chart.y.fractionOf(limit)});
+  if (!common) {
+    for (double const sign : {1.0, -1.0}) appendLimitSteps(chart, trend, ofValues, sign);
+  }
+  appendCurve(chart, places, values);
+  for (auto const& point : trend.points) {
+    if (point.value.isExceeded && point.isShown())
+      chart.exceeded.push_back({chart.x.fractionOf(point.at), heightOf(point.value.value, chart.y)});
+  }
   return chart;
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "result_tables/tables/Series.h"
+#include "result_tables/tables/Trend.h"
 
 // What a picture of a series consists of, wherever it is drawn.
 
@@ -67,7 +68,10 @@ struct Chart {
   /// Where values begin to be exceeded, above 0 and below, in the range of the values or not farther from it
   /// than it is wide (than its distance from 0, where it is no wider than one value).
   std::vector<LimitLine> limits;
+  /// The same where the limit is not one for all: lines that go from limit to limit.
+  std::vector<std::vector<ChartPoint>> limitSteps;
   std::optional<ChartPoint> extreme;  ///< the value that the table has
+  std::vector<ChartPoint> exceeded;   ///< values of several that are beyond their limits
 
   /// Whether there is any value to be seen.
   [[nodiscard]] bool isEmpty() const { return lines.empty() && infinite.empty(); }
@@ -75,5 +79,8 @@ struct Chart {
 
 /// Over the times of the series or, where it has none, over its steps.
 [[nodiscard]] Chart genChart(TableSeries const& series, ChartIntervals const& intervals);
+
+/// Over the places of the runs. Values that cannot be trusted are gaps.
+[[nodiscard]] Chart genChart(Trend const& trend, ChartIntervals const& intervals);
 
 }  // namespace Kestrel::ResultTables

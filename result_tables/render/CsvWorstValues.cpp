@@ -5,7 +5,7 @@ namespace Kestrel::ResultTables {
 std::string renderCsv(WorstValues const& values, CsvDialect const& dialect) {
   CsvWriter csv(dialect);
   csv.record({"run", "file", "unit", "unitId", "family", "group", "subGroup", "item", "key", "column",
-              "value", "unitOfValue", "limit", "utilisation", "step", "time"});
+              "value", "valueUnit", "limit", "utilisation", "step", "time"});
   for (auto const& worst : values) {
     for (std::string_view const text :
          {std::string_view(worst.run), std::string_view(worst.file), std::string_view(worst.unit),

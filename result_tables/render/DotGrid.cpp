@@ -58,9 +58,9 @@ void DotGrid::mark(ChartPoint const& point, std::string_view shown) {
   cellAt(columnOf(point.x), rowOf(point.y)).shown = shown;
 }
 
-void DotGrid::rule(double y, std::string_view shown) {
+void DotGrid::rule(double y, std::string_view shown, double from, double to) {
   auto const row = rowOf(y);
-  for (std::size_t column = 0; column < m_columns; ++column) {
+  for (auto column = columnOf(from); column <= columnOf(to); ++column) {
     auto& cell = cellAt(column, row);
     if (cell.dots == 0 && cell.shown.empty()) cell.shown = shown;
   }

@@ -27,8 +27,9 @@ class DotGrid {
   /// colour.
   void mark(ChartPoint const& point, std::string_view shown);
 
-  /// Fills what is free in the row at that height, once all dots and marks are there.
-  void rule(double y, std::string_view shown);
+  /// Fills what is free in the row at that height, from one fraction of the width to another, once all dots
+  /// and marks are there.
+  void rule(double y, std::string_view shown, double from = 0.0, double to = 1.0);
 
   /// The column and the row, from above, of a point.
   [[nodiscard]] std::size_t columnOf(double x) const {

@@ -6,7 +6,9 @@
 #include <variant>
 #include <vector>
 
+#include "result_tables/render/Chart.h"
 #include "result_tables/tables/Series.h"
+#include "result_tables/tables/Trend.h"
 
 // The picture of a series as shapes, whatever they are written as. Lengths are pixels, from the left and from
 // above.
@@ -103,9 +105,32 @@ struct DrawingLayout {
   char decimalMark = '.';  ///< in numbers
 };
 
+/// What a value that is marked says of itself.
+struct PictureMark {
+  std::string text;
+  bool isExceeded;
+  bool isNegative;
+};
+
+/// What is drawn, wherever it comes from. All texts are printable lines.
+struct Picture {
+  Chart chart;
+  std::string title;
+  std::string source;                   ///< said before `about` where there is a title; empty: nothing
+  std::string about;                    ///< how much data there is, or why there is no chart
+  std::string axisName;                 ///< of the horizontal axis
+  std::vector<std::string> limitTexts;  ///< of the limits of the chart
+  PictureMark extreme = {};             ///< of the extreme of the chart
+};
+
+[[nodiscard]] Drawing drawPicture(Picture const& picture, DrawingLayout const& layout, double top);
+
 /// The picture of a series whose top is `top`. Passes over the values a few times. However many there are,
 /// the lowest and the highest of all are in it, and those of their surroundings as far as there is room.
 /// REQUIRES: mostPoints, where it is said, is 4 * s_fewestReduced at least.
 [[nodiscard]] Drawing drawSeries(TableSeries const& series, DrawingLayout const& layout, double top);
+
+/// The same of a value through the runs of a study.
+[[nodiscard]] Drawing drawTrend(Trend const& trend, DrawingLayout const& layout, double top);
 
 }  // namespace Kestrel::ResultTables

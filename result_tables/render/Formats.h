@@ -10,6 +10,7 @@
 #include "result_tables/render/CsvSeries.h"
 #include "result_tables/render/CsvStudyRuns.h"
 #include "result_tables/render/CsvTables.h"
+#include "result_tables/render/CsvTrends.h"
 #include "result_tables/render/CsvWorstValues.h"
 #include "result_tables/render/CsvWriter.h"
 #include "result_tables/render/HtmlDifferences.h"
@@ -21,10 +22,12 @@
 #include "result_tables/render/JsonSeries.h"
 #include "result_tables/render/JsonStudyRuns.h"
 #include "result_tables/render/JsonTables.h"
+#include "result_tables/render/JsonTrends.h"
 #include "result_tables/render/JsonWorstValues.h"
 #include "result_tables/render/JunitDifferences.h"
 #include "result_tables/render/JunitFindings.h"
 #include "result_tables/render/SvgSeries.h"
+#include "result_tables/render/SvgTrends.h"
 #include "result_tables/render/TextDifferences.h"
 #include "result_tables/render/TextFindings.h"
 #include "result_tables/render/TextLimits.h"
@@ -32,6 +35,7 @@
 #include "result_tables/render/TextStudyRuns.h"
 #include "result_tables/render/TextStyle.h"
 #include "result_tables/render/TextTables.h"
+#include "result_tables/render/TextTrends.h"
 #include "result_tables/render/TextWorstValues.h"
 #include "result_tables/render/XlsxTables.h"
 #include "result_tables/tables/Tables.h"
@@ -131,6 +135,12 @@ inline constexpr Format<WorstValues> s_worstValuesFormats[] = {
     {"text", renderWorstValuesAsText},
     {"csv", renderInDialect<s_plainCsv, WorstValues>},
     {"json", renderInAnyStyle<renderWorstValuesAsJson, WorstValues>},
+};
+inline constexpr Format<Trends> s_trendsFormats[] = {
+    {"text", renderTrendsAsText},
+    {"csv", renderInDialect<s_plainCsv, Trends>},
+    {"json", renderInAnyStyle<renderTrendsAsJson, Trends>},
+    {"svg", renderInAnyStyle<renderTrendsAsSvg, Trends>},
 };
 
 }  // namespace Kestrel::ResultTables

@@ -26,6 +26,17 @@ std::optional<double> readOptional(DatabaseRow const& row, int column) {
   return row.isNull(column) ? std::nullopt : std::optional(row.real(column));
 }
 
+TableValue readValue(Database const& database, DatabaseRow const& row, int firstColumn) {
+  int const step = firstColumn + 1;
+  return {row.real(firstColumn),
+          {{},
+           row.isNull(step) ? std::nullopt : std::optional(numberIn(database, row, step)),
+           readOptional(row, firstColumn + 2),
+           numberIn(database, row, firstColumn + 3),
+           numberIn(database, row, firstColumn + 4)},
+          row.integer(firstColumn + 5) != 0};
+}
+
 MaxValueGroupContainer::DataType readFamily(Database const& database, DatabaseRow const& row, int column) {
   auto const* const family = familyNamed(row.text(column));
   if (family != nullptr) return family->dataType;

@@ -6,6 +6,7 @@
 
 #include "Business_TableProperties/MaxValueGroupContainer.h"
 #include "result_tables/study/Database.h"
+#include "result_tables/tables/ResultTable.h"
 
 // Fields of the tables of a study as the program has them. What cannot be there is an `Error`: the study is
 // damaged.
@@ -26,6 +27,9 @@ namespace Kestrel::ResultTables {
 void expectNext(Database const& database, DatabaseRow const& row, int column, std::size_t next);
 
 [[nodiscard]] std::optional<double> readOptional(DatabaseRow const& row, int column);
+
+/// value, step, time, count, nans and exceeded, which are columns in a row.
+[[nodiscard]] TableValue readValue(Database const& database, DatabaseRow const& row, int firstColumn);
 
 [[nodiscard]] MaxValueGroupContainer::DataType readFamily(Database const& database, DatabaseRow const& row,
                                                           int column);

@@ -155,13 +155,7 @@ void WorstQuestion::readValues(std::size_t index) {
       {column.run, first, first + signedOf(section.elementCount), column.column,
        std::isfinite(least) ? least : 0.0},
       [&](DatabaseRow const& row) {
-        TableValue const value{row.real(1),
-                               {{},
-                                row.isNull(2) ? std::nullopt : std::optional(numberIn(m_database, row, 2)),
-                                readOptional(row, 3),
-                                numberIn(m_database, row, 4),
-                                numberIn(m_database, row, 5)},
-                               row.integer(6) != 0};
+        auto const value = readValue(m_database, row, 1);
         if (auto const utilisation = utilisationOf(value, column.limit, true))
           add({*utilisation, column.run, row.integer(0), column.column, index, value});
       });
