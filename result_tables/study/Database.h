@@ -33,8 +33,9 @@ class Sql {
 using Parameter = std::variant<std::monostate, std::int64_t, double, std::string_view>;
 using Parameters = std::initializer_list<Parameter>;
 
-/// What a column of a table holds.
-enum class ColumnType { smallInteger, integer, bigInteger, real, text };
+/// What a column of a table holds. A truth value is the integer 0 or 1 to all but statements, which must say
+/// `CAST(… AS integer)` where they compare it with one.
+enum class ColumnType { truth, smallInteger, integer, bigInteger, real, text };
 
 /// A row of an answer, valid while its callback runs. A value of another type than the asked one is an
 /// `Error`: the database is damaged.

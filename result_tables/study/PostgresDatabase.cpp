@@ -25,7 +25,14 @@ constexpr std::array<char const*, s_studyVersion> s_postgresSteps = {kestrel_stu
                                                                      kestrel_study_postgresql_2};
 
 /// The server's numbers of types, which never change.
-enum TypeNumber : Oid { typeInt8 = 20, typeInt2 = 21, typeInt4 = 23, typeText = 25, typeFloat8 = 701 };
+enum TypeNumber : Oid {
+  typeBool = 16,
+  typeInt8 = 20,
+  typeInt2 = 21,
+  typeInt4 = 23,
+  typeText = 25,
+  typeFloat8 = 701
+};
 
 struct FinishConnection {
   void operator()(PGconn* connection) const { libPq().finish(connection); }
@@ -72,6 +79,8 @@ class PostgresRow : public DatabaseRow {
   [[nodiscard]] std::int64_t integer(int column) const override {
     auto const* const bytes = bytesOf(column);
     switch (libPq().ftype(m_result, column)) {
+      case typeBool:
+        return *bytes;
       case typeInt2:
         return static_cast<std::int16_t>(fromNetwork<std::uint16_t>(bytes));
       case typeInt4:
@@ -152,6 +161,8 @@ class CopyWriter : public RowWriter {
   }
   void integer(std::int64_t value) override {
     switch (beginColumn()) {
+      case ColumnType::truth:
+        return appendNumber<std::int8_t>(value);
       case ColumnType::smallInteger:
         return appendNumber<std::int16_t>(value);
       case ColumnType::integer:

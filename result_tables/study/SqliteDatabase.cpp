@@ -74,7 +74,8 @@ struct BusyWait {
   }
 };
 
-[[noreturn]] void failBecause(std::string const& name, int code, char const* said) {
+[[noreturn]] void failBecause(std::string const& name, int code, std::string_view said) {
+  // SQLite quotes what is in the file.
   auto const reason = toPrintable(said);
   switch (code & 0xFF) {
     case SQLITE_BUSY:
@@ -86,7 +87,7 @@ struct BusyWait {
     case SQLITE_NOTADB:
       throw Error(tr("{}: expected a study, found a file of another kind", name));
     case SQLITE_CORRUPT:
-      failForDamage(name, said);
+      failForDamage(name, std::string(said));
     case SQLITE_FULL:
       throw Error(
           tr("{}: cannot be written ({}); what it held stands; make room and try again", name, reason));
@@ -133,7 +134,7 @@ class SqliteRow : public DatabaseRow {
 
  private:
   void expect(bool isAsItShouldBe) const {
-    if (!isAsItShouldBe) failBecause(*m_name, SQLITE_CORRUPT, tr("a value of another kind").c_str());
+    if (!isAsItShouldBe) failBecause(*m_name, SQLITE_CORRUPT, tr("a value of another kind"));
   }
 
   std::string const* m_name;

@@ -18,6 +18,7 @@ namespace Kestrel::ResultTables {
 
 namespace {
 
+constexpr auto s_truth = ColumnType::truth;
 constexpr auto s_small = ColumnType::smallInteger;
 constexpr auto s_integer = ColumnType::integer;
 constexpr auto s_big = ColumnType::bigInteger;
@@ -65,7 +66,7 @@ constexpr BulkTable s_runColumns{
     s_runColumnTypes};
 
 constexpr ColumnType s_valueTypes[] = {s_integer, s_integer, s_small,   s_real,  s_integer,
-                                       s_real,    s_integer, s_integer, s_small, s_small};
+                                       s_real,    s_integer, s_integer, s_truth, s_truth};
 constexpr BulkTable s_values{
     "INSERT INTO study_values (run_id, element_no, column_no, value, step, time, count, nans, valid, "
     "exceeded) "
