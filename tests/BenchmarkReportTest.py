@@ -210,7 +210,7 @@ class MeasuringOfOthers(unittest.TestCase):
             {"name": "a_median", "run_type": "aggregate", "cpu_time": 3.0, "time_unit": "us"},
         ]
         program = self.program("program", f"echo '{json.dumps({'benchmarks': runs})}'")
-        found = measuring.run_benchmarks(program, ["a"], 2, 0.1)
+        found = measuring.run_benchmarks([program], ["a"], 2, 0.1)
         self.assertEqual(list(found), ["a"])
         self.assertEqual([sample["ms"] for sample in found["a"]], [0.002, 0.004])
         self.assertEqual(found["a"][0]["items"], 4.0)
@@ -219,7 +219,7 @@ class MeasuringOfOthers(unittest.TestCase):
         run = {"name": "a", "run_type": "iteration", "error_occurred": True, "error_message": "they differ"}
         program = self.program("program", f"echo '{json.dumps({'benchmarks': [run]})}'")
         with self.assertRaisesRegex(measuring.Failure, "program: a: they differ"):
-            measuring.run_benchmarks(program, ["a"], 1, 0.1)
+            measuring.run_benchmarks([program], ["a"], 1, 0.1)
 
     def test_benchmarks_that_are_not_built_have_no_names(self):
         self.assertEqual(measuring.benchmark_names(self.folder / "none", ""), [])

@@ -109,10 +109,11 @@ def measure_benchmarks(benchmarks, repetitions, missing):
     for name in names:
         match = re.search(benchmarks.together, name)
         together.setdefault(match.groups() if match else name, []).append(name)
+    command = [str(ROOT / "tests/support" / benchmarks.beside)] if benchmarks.beside else []
     samples = {}
     for some in together.values():
         try:
-            samples.update(measuring.run_benchmarks(program, some, repetitions, benchmarks.seconds))
+            samples.update(measuring.run_benchmarks([*command, str(program)], some, repetitions, benchmarks.seconds))
         except measuring.Failure as failure:
             missing.append(str(failure))
     return {f"{benchmarks.program}: {name}": samples[name] for name in names if name in samples}

@@ -128,12 +128,12 @@ def benchmark_names(program, pattern):
     return [name for name in names.split() if re.search(pattern, name)]
 
 
-def run_benchmarks(program, names, repetitions, seconds):
+def run_benchmarks(command, names, repetitions, seconds):
     """Samples by benchmark, of runs in random order: milliseconds of the processor, and its counters."""
     pattern = "|".join(f"^{re.escape(name)}$" for name in names)
     output, _ = output_of(
         [
-            str(program),
+            *command,
             f"--benchmark_filter={pattern}",
             f"--benchmark_repetitions={repetitions}",
             f"--benchmark_min_time={seconds}",
@@ -147,7 +147,7 @@ def run_benchmarks(program, names, repetitions, seconds):
         if entry["run_type"] != "iteration":
             continue
         if entry.get("error_occurred"):
-            raise Failure(f"{program.name}: {entry['name']}: {entry['error_message']}")
+            raise Failure(f"{command[-1]}: {entry['name']}: {entry['error_message']}")
         sample = {name: value for name, value in entry.items() if isinstance(value, float)}
         sample["ms"] = entry["cpu_time"] * milliseconds[entry["time_unit"]]
         samples.setdefault(entry["name"], []).append(sample)

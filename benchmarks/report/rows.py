@@ -25,6 +25,7 @@ class Benchmarks(NamedTuple):
     seconds: float
     repetitions: tuple  # in full and quick
     together: str = ""
+    beside: str = ""  # a script of the tests that runs a program beside what it needs
 
 
 class Row(NamedTuple):
@@ -130,6 +131,8 @@ BENCHMARKS = (
     Benchmarks("rendering", "", 0.1, (5, 1)),
     Benchmarks("limits", "", 0.03, (5, 1)),
     Benchmarks("archive", "", 0.05, (5, 1)),
+    Benchmarks("study", "File|Sqlite", 0.1, (3, 1), r"/(runs:\d+)$"),
+    Benchmarks("study", "Server", 0.1, (3, 1), beside="with-postgresql.sh"),
 )
 
 PYTHON = "Python"
@@ -330,6 +333,20 @@ SECTIONS = (
                 ("load, memory", "load", "peak", None),
             )
             for peer, name in (("cereal", "Cereal"), ("boost::archive", "BoostArchive"))
+        ),
+    ),
+    Section(
+        "Studies",
+        "Runs of 80,000 values each, four of each of 20,000 bolts, added to a study in a file and on a server, a transaction for each; "
+        "reading and evaluating results is not part of it. *SQLite* is its library alone with a table, a statement and settings like "
+        "those of a study. A server works in processes of its own and is measured by the clock.",
+        (
+            Row("{n} runs into a file", r"study: addingToFile/runs:(?P<n>\d+)", "SQLite", "study: insertingIntoSqlite/runs:{n}", 1.25),
+            Row("100 runs into a file, 300,000 values per second", "study: addingToFile/runs:100", goal=8e6 / 300),
+            Row("100 runs onto a server, by the clock", "study: addingToServer/runs:100", goal=16e6 / 300, figure="wall"),
+            Row("bytes of a value in a file", "study: addingToFile/runs:100", goal=40.0, figure="bytes_per_value"),
+            Row("bytes of a value on a server", "study: addingToServer/runs:100", goal=80.0, figure="bytes_per_value"),
+            Growth("runs into a file", r"study: addingToFile/runs:(?P<n>\d+)"),
         ),
     ),
     Section(
