@@ -1,8 +1,10 @@
 #include "result_tables/study/Database.h"
 
 #include <array>
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
+#include <system_error>
 
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
@@ -64,6 +66,10 @@ bool isDatabaseFile(std::string const& name) {
   std::array<char, beginning.size()> found{};
   std::ifstream file(name, std::ios::binary);
   file.read(found.data(), found.size());
+  if (file.bad()) {
+    throw Error(tr("{}: cannot be read or written ({}); what it held stands; see to its disk and try again",
+                   toPrintable(name), std::generic_category().message(EIO)));
+  }
   return std::string_view(found.data(), static_cast<std::size_t>(file.gcount())) == beginning;
 }
 

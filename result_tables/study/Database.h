@@ -117,7 +117,7 @@ void inTransaction(Database& database, bool isWriting, std::function<void()> con
 /// Whether a name is that of a database server.
 [[nodiscard]] bool isServerAddress(std::string_view name);
 
-/// Whether the file of that name begins as the file of a database does.
+/// Whether the file of that name begins as the file of a database does; an `Error` where its disk fails.
 [[nodiscard]] bool isDatabaseFile(std::string const& name);
 
 enum class DatabaseAccess { read, write };

@@ -80,6 +80,7 @@ struct BusyWait {
   switch (code & 0xFF) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
+    case SQLITE_PROTOCOL:
       throw Error(
           tr("{}: cannot be written, as others have been writing it all the time; try again when they "
              "have finished",
