@@ -42,52 +42,40 @@ struct TrendPlace {
   std::string valueUnit;
 };
 
-/// A unit in all runs, whatever its id is in each.
-struct TrendUnit {
-  std::string name;
-  std::set<std::string> ids;
-};
-
-/// Finds the units of further runs among those that are known.
+/// The units of all runs, whatever their ids are in each.
 class TrendUnits {
  public:
-  /// Of each id of a run with its name, the index of the unit.
-  std::map<std::string, std::size_t> match(std::map<std::string, std::string> const& nameOfId);
+  /// Finds the units of runs of a further layout, by id and name, among those that are known.
+  void add(std::map<std::string, std::string> const& nameOfId);
+
+  [[nodiscard]] std::size_t indexOf(std::string const& id) const { return m_indexOfId.at(id); }
 
  private:
-  std::vector<TrendUnit> m_units;
+  std::vector<std::string> m_names;
+  std::map<std::string, std::size_t> m_indexOfId;
 };
 
-std::map<std::string, std::size_t> TrendUnits::match(std::map<std::string, std::string> const& nameOfId) {
-  std::map<std::string, std::size_t> matched;
+void TrendUnits::add(std::map<std::string, std::string> const& nameOfId) {
+  std::set<std::size_t> paired;
   std::map<std::string, std::vector<std::string>> leftOverIds;
-  std::map<std::string, std::vector<std::size_t>> leftOverUnits;
-  std::set<std::size_t> isTaken;
   for (auto const& [id, name] : nameOfId) {
-    auto const unit =
-        std::ranges::find_if(m_units, [&](TrendUnit const& each) { return each.ids.contains(id); });
-    if (unit == m_units.end()) {
+    if (auto const known = m_indexOfId.find(id); known != m_indexOfId.end())
+      paired.insert(known->second);
+    else
       leftOverIds[name].push_back(id);
-      continue;
-    }
-    auto const index = static_cast<std::size_t>(unit - m_units.begin());
-    matched.emplace(id, index);
-    isTaken.insert(index);
   }
-  for (std::size_t i = 0; i < m_units.size(); ++i) {
-    if (!isTaken.contains(i)) leftOverUnits[m_units[i].name].push_back(i);
+  std::map<std::string, std::vector<std::size_t>> leftOver;
+  for (std::size_t i = 0; i < m_names.size(); ++i) {
+    if (!paired.contains(i)) leftOver[m_names[i]].push_back(i);
   }
   for (auto const& [name, ids] : leftOverIds) {
-    auto const& units = leftOverUnits[name];
+    auto const& units = leftOver[name];
+    bool const isSame = ids.size() == 1 && units.size() == 1;
     for (auto const& id : ids) {
-      bool const isSame = ids.size() == 1 && units.size() == 1;
-      auto const index = isSame ? units.front() : m_units.size();
-      if (!isSame) m_units.push_back({name, {}});
-      m_units[index].ids.insert(id);
-      matched.emplace(id, index);
+      m_indexOfId.emplace(id, isSame ? units.front() : m_names.size());
+      if (!isSame) m_names.push_back(name);
     }
   }
-  return matched;
 }
 
 /// Names in the order in which they were met.
@@ -238,8 +226,9 @@ void TrendQuestion::addLayout(std::int64_t layout, std::map<std::int64_t, TrendR
   if (places == m_places.end()) return;
   std::map<std::string, std::string> nameOfId;
   for (auto const& place : places->second) nameOfId.emplace(place.unitId, place.unit);
-  auto const units = m_units.match(nameOfId);
-  for (auto const& place : places->second) readPoints(place, runs, trendOf(place, units.at(place.unitId)));
+  m_units.add(nameOfId);
+  for (auto const& place : places->second)
+    readPoints(place, runs, trendOf(place, m_units.indexOf(place.unitId)));
 }
 
 Trend& TrendQuestion::trendOf(TrendPlace const& place, std::size_t unit) {
