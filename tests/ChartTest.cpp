@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cfloat>
+#include <cmath>
 #include <ostream>
 
 #include "support/SeriesTesting.h"
@@ -225,6 +226,68 @@ TEST(Chart, HasLimitsAsItsRangeWhereAllValuesAreInfinite) {
   auto const chart = genChart(withLimit(seriesOf({s_infinity}), 30), s_intervals);
   EXPECT_THAT(labelsOf(chart.y), ElementsAre("-40", "-20", "0", "20", "40"));
   EXPECT_THAT(limitsOf(chart), ElementsAre(30.0, -30.0));
+}
+
+// ---- a trend
+
+/// A value of the run of that number with a limit; a NaN stands for none.
+TrendPoint pointAt(double at, double value, std::optional<double> limit = std::nullopt) {
+  TrendPoint point{{}, {}, {}, at, {value, {{}, 0, {}, 1, 0}, limit && std::abs(value) > *limit}, true, {}};
+  if (std::isnan(value)) point.value = {0, {{}, {}, {}, 0, 1}, false};
+  if (limit) point.limit = ColumnLimit{*limit, "N"};
+  return point;
+}
+
+Chart chartOf(std::vector<TrendPoint> points) {
+  Trend trend;
+  trend.points = std::move(points);
+  return genChart(trend, s_intervals);
+}
+
+TEST(TrendChart, JoinsTheValuesOfTheRunsThatHaveNumbers) {
+  auto invalid = pointAt(4, 1000);
+  invalid.isValid = false;
+  auto const chart =
+      chartOf({pointAt(1, 0), pointAt(2, 10), pointAt(3, NAN), invalid, pointAt(5, 5), pointAt(6, HUGE_VAL)});
+  EXPECT_THAT(labelsOf(chart.x), ElementsAre("1", "2", "3", "4", "5", "6"));
+  EXPECT_THAT(labelsOf(chart.y), ElementsAre("0", "2", "4", "6", "8", "10"));
+  ASSERT_EQ(chart.lines.size(), 2U);
+  EXPECT_THAT(chart.lines[0], ElementsAre(ChartPoint{0, 0}, ChartPoint{0.2, 1}));
+  EXPECT_THAT(chart.lines[1], ElementsAre(ChartPoint{0.8, 0.5}));
+  EXPECT_THAT(chart.infinite, ElementsAre(ChartPoint{1, 1}));
+}
+
+TEST(TrendChart, HasOneLimitWhereItIsThatOfAllRuns) {
+  auto const chart = chartOf({pointAt(1, 0, 8), pointAt(2, 10, 8)});
+  EXPECT_THAT(limitsOf(chart), ElementsAre(8.0, -8.0));
+  EXPECT_THAT(chart.limitSteps, IsEmpty());
+  ASSERT_EQ(chart.exceeded.size(), 1U);
+  EXPECT_EQ(chart.exceeded[0].x, 1.0);
+}
+
+TEST(TrendChart, HasStepsBetweenLimitsThatDiffer) {
+  auto const chart = chartOf({pointAt(1, 0, 8), pointAt(2, 10, 8), pointAt(3, 0, 10), pointAt(5, 0)});
+  EXPECT_THAT(chart.limits, IsEmpty());
+  ASSERT_EQ(chart.limitSteps.size(), 2U) << "above and below 0";
+  auto const upper = chart.limitSteps[0];
+  EXPECT_THAT(
+      upper,
+      ElementsAre(ChartPoint{0, chart.y.fractionOf(8)}, ChartPoint{0.125, chart.y.fractionOf(8)},
+                  ChartPoint{0.125, chart.y.fractionOf(8)}, ChartPoint{0.375, chart.y.fractionOf(8)},
+                  ChartPoint{0.375, chart.y.fractionOf(10)}, ChartPoint{0.75, chart.y.fractionOf(10)}));
+  EXPECT_EQ(chart.limitSteps[1].front().y, chart.y.fractionOf(-8));
+}
+
+TEST(TrendChart, LeavesLimitsOutThatAreFarFromTheValues) {
+  auto const chart = chartOf({pointAt(1, 0, 800), pointAt(2, 10, 8)});
+  EXPECT_EQ(chart.y.high, 10.0);
+  ASSERT_EQ(chart.limitSteps.size(), 2U);
+  EXPECT_EQ(chart.limitSteps[0].front().x, 0.5);
+}
+
+TEST(TrendChart, IsEmptyWithoutNumbers) {
+  EXPECT_TRUE(chartOf({}).isEmpty());
+  EXPECT_TRUE(chartOf({pointAt(1, NAN, 5)}).isEmpty());
 }
 
 }  // namespace

@@ -71,5 +71,12 @@ TEST(DotGrid, RulesWhatIsFree) {
   EXPECT_EQ(grid.columnOf(1.0), 4U);
 }
 
+TEST(DotGrid, RulesAPartOfARow) {
+  DotGrid grid(6, 1, Characters::ascii);
+  grid.mark({0.5, 0}, "X");
+  grid.rule(0, "-", 0.2, 0.7);
+  EXPECT_EQ(grid.text(0), " --X-");
+}
+
 }  // namespace
 }  // namespace Kestrel::ResultTables

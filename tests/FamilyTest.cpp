@@ -44,6 +44,8 @@ TEST(ColumnKey, IsTheSameInEveryLanguage) {
   EXPECT_EQ(columnKey("ClampNormalForce"), "ClampNormalForce");
   EXPECT_EQ(columnKey(ToolForceBusinessName::getTranslated("TotalToolForces")), "TotalToolForces");
   EXPECT_EQ(columnKey(""), "");
+  EXPECT_EQ(valueNameOf("ClampNormalForce"), "ClampNormalForce");
+  EXPECT_EQ(valueNameOf("TotalToolForces"), ToolForceBusinessName::getTranslated("TotalToolForces"));
 }
 
 TEST(Families, HaveTheTitlesOfTheirTables) {

@@ -41,6 +41,8 @@ TEST(Formats, AreThoseOfTheirSubjectWithTheOneForPeopleFirst) {
   EXPECT_THAT(namesOf(s_seriesFormats), ElementsAre("text", "csv", "json", "svg"));
   EXPECT_THAT(namesOf(s_limitsFormats), ElementsAre("text", "json"));
   EXPECT_THAT(namesOf(s_studyRunsFormats), ElementsAre("text", "csv", "json"));
+  EXPECT_THAT(namesOf(s_worstValuesFormats), ElementsAre("text", "csv", "json"));
+  EXPECT_THAT(namesOf(s_trendsFormats), ElementsAre("text", "csv", "json", "svg"));
 }
 
 TEST(Formats, RenderWhatTheirNamesSay) {

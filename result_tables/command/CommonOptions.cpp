@@ -80,6 +80,13 @@ void addSelection(Arguments& arguments, TableSelection& selection) {
   arguments.addHelp(familiesSection());
 }
 
+void addFamily(Arguments& arguments, MaxValueGroupContainer::DataType& family) {
+  arguments.option(
+      "--family", "F", Count::one, tr("The family of the element"),
+      [&family](std::string const& name) { family = rowNamed("--family", s_families, name).dataType; });
+  arguments.addHelp(familiesSection());
+}
+
 void addTolerance(Arguments& arguments, Tolerance& tolerance) {
   arguments.option(
       "--abs", "X", Arguments::Count::atMostOne,

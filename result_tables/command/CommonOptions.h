@@ -37,6 +37,9 @@ void addUnits(Arguments& arguments, std::vector<std::string>& units,
 /// --unit, --family, --teaching
 void addSelection(Arguments& arguments, TableSelection& selection);
 
+/// --family of a command that takes one
+void addFamily(Arguments& arguments, MaxValueGroupContainer::DataType& family);
+
 /// --abs, --rel
 void addTolerance(Arguments& arguments, Tolerance& tolerance);
 

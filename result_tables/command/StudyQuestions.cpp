@@ -2,7 +2,6 @@
 
 #include <memory>
 
-#include "result_tables/base/Family.h"
 #include "result_tables/base/Text.h"
 #include "result_tables/command/CommonOptions.h"
 #include "result_tables/command/Message.h"
@@ -106,10 +105,7 @@ Run declareStudyTrend(Arguments& arguments) {
   auto& selection = options->selection;
   addStudyName(arguments, options->database);
   arguments.option("--unit", "U", Count::one, tr("The unit, by its id or name"), into(selection.unit));
-  arguments.option("--family", "F", Count::one, tr("The family of the element"),
-                   [&selection](std::string const& name) {
-                     selection.family = rowNamed("--family", s_families, name).dataType;
-                   });
+  addFamily(arguments, selection.family);
   arguments.option("--item", "NAME", Count::one, tr("The element, by its name"), into(selection.item));
   arguments.option("--key", "KEY", Count::one, tr("The column, by its key, as JSON and CSV have it"),
                    into(selection.key));

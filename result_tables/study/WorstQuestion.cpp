@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "result_tables/base/Family.h"
+#include "result_tables/base/Translate.h"
 #include "result_tables/study/Selection.h"
 #include "result_tables/study/StoredFields.h"
 #include "result_tables/tables/Summary.h"
@@ -187,11 +188,14 @@ WorstValue WorstQuestion::describe(FoundValue const& found) {
                    {},
                    found.value,
                    found.utilisation};
+  bool isThere = false;
   m_database.query("SELECT sub_group, item FROM study_elements WHERE layout_id = $1 AND element_no = $2",
-                   {run.layout, found.element}, [&worst](DatabaseRow const& row) {
+                   {run.layout, found.element}, [&](DatabaseRow const& row) {
+                     isThere = true;
                      worst.subGroup = row.text(0);
                      worst.item = row.text(1);
                    });
+  if (!isThere) failForDamage(m_database.name(), tr("a row is missing or there twice"));
   m_database.query(
       "SELECT quantity, value_unit FROM study_columns WHERE layout_id = $1 AND section_no = $2 AND "
       "column_no = $3",
