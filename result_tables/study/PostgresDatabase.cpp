@@ -3,7 +3,6 @@
 #include <array>
 #include <bit>
 #include <cstring>
-#include <optional>
 #include <utility>
 #include <vector>
 
@@ -137,8 +136,8 @@ class PostgresDatabase : public Database {
   void run(char const* script);
   void check(PGresult const* result, ExecStatusType expected) const;
   [[noreturn]] void failBecause(PGresult const* result) const;
-  /// Ends a stream of rows; with a reason it is given up.
-  void endCopy(char const* reason);
+  /// What the server says when a stream of rows has ended: an error, or nothing.
+  PgResult takeErrorOfCopy();
 
   std::string m_name;
   PgConnection m_connection;
@@ -264,14 +263,14 @@ void PostgresDatabase::failBecause(PGresult const* result) const {
   auto* const connection = m_connection.get();
   auto const* const state = result == nullptr ? nullptr : libPq().resultErrorField(result, PG_DIAG_SQLSTATE);
   std::string_view const code = state == nullptr ? "" : state;
-  if (libPq().status(connection) != CONNECTION_OK || code.starts_with("57P")) {
+  // What the server says has a code.
+  if (libPq().status(connection) != CONNECTION_OK || code.empty() || code.starts_with("57P")) {
     throw Error(
         tr("{}: the server has ended the connection; what was stored before stands; try again when it "
            "runs",
            m_name));
   }
-  auto const reason = result == nullptr ? reasonOf(libPq().errorMessage(connection))
-                                        : reasonOf(libPq().resultErrorField(result, PG_DIAG_MESSAGE_PRIMARY));
+  auto const reason = reasonOf(libPq().resultErrorField(result, PG_DIAG_MESSAGE_PRIMARY));
   for (std::string_view const conflict : {"40001", "40P01", "23505", "23503", "42P07"}) {
     if (code == conflict) throw TransactionConflict(tr("{}: cannot be used as a study ({})", m_name, reason));
   }
@@ -328,16 +327,17 @@ void PostgresDatabase::run(char const* script) {
 
 void PostgresDatabase::send(std::string_view rows) {
   if (libPq().putCopyData(m_connection.get(), rows.data(), static_cast<int>(rows.size())) != 1)
-    failBecause(nullptr);
+    failBecause(takeErrorOfCopy().get());
 }
 
-void PostgresDatabase::endCopy(char const* reason) {
-  if (libPq().putCopyEnd(m_connection.get(), reason) != 1) failBecause(nullptr);
-  std::optional<PgResult> failed;
+PgResult PostgresDatabase::takeErrorOfCopy() {
+  PgResult error;
   while (PgResult result{libPq().getResult(m_connection.get())}) {
-    if (libPq().resultStatus(result.get()) == PGRES_FATAL_ERROR) failed = std::move(result);
+    auto const status = libPq().resultStatus(result.get());
+    if (status == PGRES_COPY_IN) break;
+    if (status == PGRES_FATAL_ERROR) error = std::move(result);
   }
-  if (failed && reason == nullptr) failBecause(failed->get());
+  return error;
 }
 
 void PostgresDatabase::append(BulkTable const& table, std::function<void(RowWriter&)> const& write) {
@@ -348,10 +348,13 @@ void PostgresDatabase::append(BulkTable const& table, std::function<void(RowWrit
     write(writer);
     writer.end();
   } catch (...) {
-    if (libPq().status(m_connection.get()) == CONNECTION_OK) endCopy("given up");
+    // Where this cannot be done either, the end of the connection does it.
+    if (libPq().putCopyEnd(m_connection.get(), "given up") == 1) takeErrorOfCopy();
     throw;
   }
-  endCopy(nullptr);
+  bool const isSent = libPq().putCopyEnd(m_connection.get(), nullptr) == 1;
+  auto const error = takeErrorOfCopy();
+  if (!isSent || error) failBecause(error.get());
 }
 
 void PostgresDatabase::begin(bool isWriting) {

@@ -8,6 +8,7 @@ import json
 import os
 import pathlib
 import random
+import re
 import shutil
 import sqlite3
 import struct
@@ -163,7 +164,7 @@ class ServerStudy:
         return [[None if cell == "\a" else cell for cell in row] for row in csv.reader(io.StringIO(done.stdout.decode(), newline=""))]
 
     def rows(self, sql):
-        return [tuple(int(cell) if cell and cell.lstrip("-").isdigit() else cell for cell in row) for row in self.psql(self.database, sql)]
+        return [tuple(int(cell) if cell and re.fullmatch(r"0|-?[1-9]\d*", cell) else cell for cell in row) for row in self.psql(self.database, sql)]
 
     def values(self, run_name):
         quoted = "E'" + run_name.replace("\\", "\\\\").replace("'", "\\'") + "'"
