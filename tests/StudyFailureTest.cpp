@@ -105,7 +105,7 @@ class StudyFailureTest : public testing::TestWithParam<std::string> {
     auto const folder = m_folder.path() / "study";
     std::filesystem::remove_all(folder);
     std::filesystem::create_directory(folder);
-    auto const file = (folder / "study.db").string();
+    auto file = (folder / "study.db").string();
     auto const original = (m_folder.path() / "original.db").string();
     if (!std::filesystem::exists(original)) Study(original, DatabaseAccess::write).add(genRun("a", "A"));
     if (!deed.before.empty()) std::filesystem::copy_file(original, file);
