@@ -79,7 +79,9 @@ TEST(StoredTables, AreSelectedAsThoseOfFiles) {
 }
 
 TEST(StoredTables, AreRefusedWhereTheyCannotBe) {
-  constexpr char const* message = "s: the study is damaged (a number out of range)";
+  constexpr char const* message =
+      "s: the study is damaged (a number out of range); take a copy that is not, or add the runs to a "
+      "new one";
   EXPECT_EQ(messageOf(storedBolts()), "");
   auto data = storedBolts();
   data.sections[0].unitId = "OP10";

@@ -151,7 +151,7 @@ void WorstQuestion::readValues(std::size_t index) {
   auto const first = signedOf(section.firstElement);
   m_database.query(
       "SELECT element_no, value, step, time, count, nans, exceeded FROM study_values WHERE run_id = $1 AND "
-      "element_no >= $2 AND element_no < $3 AND column_no = $4 AND valid = 1 AND count > 0 AND "
+      "element_no >= $2 AND element_no < $3 AND column_no = $4 AND valid AND count > 0 AND "
       "abs(value) >= $5",
       {column.run, first, first + signedOf(section.elementCount), column.column,
        std::isfinite(least) ? least : 0.0},
