@@ -104,6 +104,12 @@ std::optional<StoredRun> findRun(Database& database, Sql sql, std::string const&
   return found;
 }
 
+std::optional<StoredRun> lookUpRun(Database& database, std::string const& name) {
+  return findRun(
+      database,
+      "SELECT id, layout_id, content_digest, limits_digest, selection FROM study_runs WHERE name = $1", name);
+}
+
 /// The run, which until the end of the transaction no other changes. A server lets others change what has
 /// merely been read.
 std::optional<StoredRun> lockRun(Database& database, std::string const& name) {
@@ -132,9 +138,13 @@ void storeLabels(Database& database, std::int64_t run, std::map<std::string, std
   });
 }
 
+bool hasLabelsOf(Database& database, StoredRun const& stored, StudyRun const& run) {
+  return run.labels.empty() || run.labels == labelsOf(database, stored.id);
+}
+
 /// Stores the labels that a run is given, if any, and says whether that changed something.
 Added changeLabels(Database& database, StoredRun const& stored, StudyRun const& run) {
-  if (run.labels.empty() || run.labels == labelsOf(database, stored.id)) return Added::notAgain;
+  if (hasLabelsOf(database, stored, run)) return Added::notAgain;
   storeLabels(database, stored.id, run.labels);
   return Added::labelsOnly;
 }
@@ -489,10 +499,7 @@ std::vector<StudyRun> Study::runs() const {
 }
 
 bool Study::has(StudyRun const& run) const {
-  auto const stored = findRun(
-      *m_database,
-      "SELECT id, layout_id, content_digest, limits_digest, selection FROM study_runs WHERE name = $1",
-      run.name);
+  auto const stored = lookUpRun(*m_database, run.name);
   return stored && stored->isSameAs(run);
 }
 
@@ -503,6 +510,9 @@ Added Study::add(RunData const& data) {
 }
 
 std::optional<Added> Study::addLabels(StudyRun const& run) {
+  // Mostly there is nothing to write, and to wait for.
+  auto const known = lookUpRun(*m_database, run.name);
+  if (known && known->isSameAs(run) && hasLabelsOf(*m_database, *known, run)) return Added::notAgain;
   std::optional<Added> added;
   inTransaction(*m_database, true, [&] {
     auto const stored = lockRun(*m_database, run.name);
