@@ -155,6 +155,28 @@ TEST_F(WriteFile, LeavesTheOldFileWholeForThoseWhoStillReadIt) {
   EXPECT_EQ(m_folder.read("still reading"), "old");
 }
 
+TEST_F(WriteFile, TakesATextPartByPart) {
+  m_folder.write("file", "old");
+  writeFile(path("file"), [&](WritePart const& write) {
+    write("new ");
+    EXPECT_EQ(m_folder.read("file"), "old");
+    write("text");
+  });
+  EXPECT_EQ(m_folder.read("file"), "new text");
+}
+
+TEST_F(WriteFile, LeavesTheOldFileWhereThePartsEndWithAnError) {
+  m_folder.write("file", "old");
+  auto const fail = [&](WritePart const& write) {
+    write("new");
+    throw Error("no more");
+  };
+  EXPECT_THROW(writeFile(path("file"), fail), Error);
+  EXPECT_THROW(writeFile(path("other"), fail), Error);
+  EXPECT_EQ(m_folder.read("file"), "old");
+  EXPECT_EQ(m_folder.names(), std::vector<std::string>{"file"});
+}
+
 TEST_F(WriteFile, FollowsSymbolicLinks) {
   fs::create_directory(path("folder"));
   m_folder.write("folder/file", "old");

@@ -162,5 +162,16 @@ TEST(JsonWriter, WritesTheSameInEveryLocale) {
   EXPECT_EQ(json.take(), "1234567\n");
 }
 
+TEST(JsonWriter, GivesADocumentPartByPart) {
+  JsonWriter json;
+  json.beginArray();
+  json.integer(1);
+  auto const first = json.takeWritten();
+  json.integer(2);
+  json.endArray();
+  EXPECT_EQ(first, "[\n  1");
+  EXPECT_EQ(json.take(), ",\n  2\n]\n");
+}
+
 }  // namespace
 }  // namespace Kestrel::ResultTables

@@ -125,11 +125,13 @@ class TemporaryFile {
     static_cast<void>(give(owner) || give(static_cast<uid_t>(-1)));
   }
 
-  void write(std::string_view text, mode_t mode) {
-    if (!writeAll(m_descriptor.get(), text) || ::fchmod(m_descriptor.get(), mode) != 0 ||
-        !isStored(m_descriptor.get()) || !m_descriptor.close()) {
+  void write(std::string_view text) {
+    if (!writeAll(m_descriptor.get(), text)) failWithErrno(Deed::write, m_target.native());
+  }
+
+  void finish(mode_t mode) {
+    if (::fchmod(m_descriptor.get(), mode) != 0 || !isStored(m_descriptor.get()) || !m_descriptor.close())
       failWithErrno(Deed::write, m_target.native());
-    }
   }
 
   void replaceTarget() {
@@ -155,11 +157,13 @@ mode_t permissionsOfNewFiles() {
   return 0666U & ~mask;
 }
 
-void writeDirectly(std::filesystem::path const& path, std::string_view text) {
+void writeDirectly(std::filesystem::path const& path, std::function<void(WritePart const&)> const& make) {
   Descriptor descriptor(openFile(path, O_WRONLY));
-  if (descriptor.get() < 0 || !writeAll(descriptor.get(), text) || !descriptor.close()) {
-    failWithErrno(Deed::write, path.native());
-  }
+  if (descriptor.get() < 0) failWithErrno(Deed::write, path.native());
+  make([&](std::string_view part) {
+    if (!writeAll(descriptor.get(), part)) failWithErrno(Deed::write, path.native());
+  });
+  if (!descriptor.close()) failWithErrno(Deed::write, path.native());
 }
 
 FileText readToEnd(int descriptor, std::string_view name) {
@@ -243,6 +247,10 @@ std::filesystem::path followLinks(std::filesystem::path path) {
 }
 
 void writeFile(std::filesystem::path const& path, std::string_view text) {
+  writeFile(path, [text](WritePart const& write) { write(text); });
+}
+
+void writeFile(std::filesystem::path const& path, std::function<void(WritePart const&)> const& make) {
   struct stat status {};
   bool const exists = ::stat(path.c_str(), &status) == 0;
   if (!exists && errno != ENOENT) failWithErrno(Deed::write, path.native());
@@ -250,12 +258,13 @@ void writeFile(std::filesystem::path const& path, std::string_view text) {
     errno = EISDIR;
     failWithErrno(Deed::write, path.native());
   }
-  if (exists && !S_ISREG(status.st_mode)) return writeDirectly(path, text);
+  if (exists && !S_ISREG(status.st_mode)) return writeDirectly(path, make);
   if (exists && ::access(path.c_str(), W_OK) != 0) failWithErrno(Deed::write, path.native());
   auto const target = followLinks(path);
   TemporaryFile file(target);
   if (exists) file.giveTo(status.st_uid, status.st_gid);
-  file.write(text, exists ? status.st_mode & 07777U : permissionsOfNewFiles());
+  make([&file](std::string_view part) { file.write(part); });
+  file.finish(exists ? status.st_mode & 07777U : permissionsOfNewFiles());
   file.replaceTarget();
 }
 
@@ -312,6 +321,14 @@ void writeOutput(std::string const& name, std::string_view text) {
     writeToStandardOutput(text);
   } else {
     writeFile(name, text);
+  }
+}
+
+void writeOutput(std::string const& name, std::function<void(WritePart const&)> const& make) {
+  if (goesToStandardOutput(name)) {
+    make(writeToStandardOutput);
+  } else {
+    writeFile(name, make);
   }
 }
 

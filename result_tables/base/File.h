@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <new>
 #include <optional>
 #include <stdexcept>
@@ -80,6 +81,12 @@ auto namingWhatIsTooLarge(std::string_view name, Read const& read) {
 /// written to directly.
 void writeFile(std::filesystem::path const& path, std::string_view text);
 
+/// Takes a part of a text that is written.
+using WritePart = std::function<void(std::string_view part)>;
+
+/// The same of a text that comes part by part from `make`. What that throws leaves the file as it is.
+void writeFile(std::filesystem::path const& path, std::function<void(WritePart const&)> const& make);
+
 /// The system's temporary folder.
 [[nodiscard]] std::string temporaryFolder();
 
@@ -135,5 +142,8 @@ void writeToStandardOutput(std::string_view text);
 
 /// Writes what a command has made: to standard output, or whole or not at all to the file of that name.
 void writeOutput(std::string const& name, std::string_view text);
+
+/// The same of a text that comes part by part from `make`. What that throws ends what standard output gets.
+void writeOutput(std::string const& name, std::function<void(WritePart const&)> const& make);
 
 }  // namespace Kestrel::ResultTables

@@ -98,6 +98,8 @@ std::string JsonWriter::take() {
   return document;
 }
 
+std::string JsonWriter::takeWritten() { return std::exchange(m_output.text, {}); }
+
 void JsonWriter::raw(std::string_view json, rapidjson::Type type) {
   m_writer.RawValue(json.data(), json.size(), type);
 }

@@ -48,6 +48,9 @@ class JsonWriter {
   /// The document, closed by a line feed. The writer is empty afterwards.
   [[nodiscard]] std::string take();
 
+  /// What has been written since the last time of a document that goes on.
+  [[nodiscard]] std::string takeWritten();
+
  private:
   void raw(std::string_view json, rapidjson::Type type);
 
