@@ -2,6 +2,7 @@
 
 #include "result_tables/command/CommonOptions.h"
 #include "result_tables/command/StudyAdding.h"
+#include "result_tables/command/StudyExport.h"
 #include "result_tables/command/StudyQuestions.h"
 #include "result_tables/study/Study.h"
 
@@ -59,6 +60,8 @@ constexpr Command s_studyCommands[] = {
     {"trend", [] { return tr("Show a value through the runs of a study"); }, declareStudyTrend},
     {"compare", [] { return tr("Compare two runs of a study; exits with 1 if they differ"); },
      declareStudyCompare},
+    {"export", [] { return tr("Put out the values of all runs of a study, and their statistics"); },
+     declareStudyExport},
     {"remove", [] { return tr("Remove runs from a study"); }, declareStudyRemove},
 };
 

@@ -2,11 +2,14 @@
 
 #include <any>
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "result_tables/render/CsvDifferences.h"
+#include "result_tables/render/CsvRunTable.h"
+#include "result_tables/render/CsvRunValues.h"
 #include "result_tables/render/CsvSeries.h"
 #include "result_tables/render/CsvStudyRuns.h"
 #include "result_tables/render/CsvTables.h"
@@ -19,6 +22,7 @@
 #include "result_tables/render/JsonDifferences.h"
 #include "result_tables/render/JsonFindings.h"
 #include "result_tables/render/JsonLimits.h"
+#include "result_tables/render/JsonRunTable.h"
 #include "result_tables/render/JsonSeries.h"
 #include "result_tables/render/JsonStudyRuns.h"
 #include "result_tables/render/JsonTables.h"
@@ -75,6 +79,11 @@ std::string renderTables(Tables const& tables, TextStyle const& style) {
 template <CsvDialect const& dialect, typename Subject>
 std::string renderInDialect(Subject const& subject, TextStyle const&) {
   return renderCsv(subject, dialect);
+}
+
+template <CsvDialect const& dialect>
+std::string renderStatisticsInDialect(RunTable const& table, TextStyle const&) {
+  return renderStatisticsAsCsv(table, dialect);
 }
 
 using Findings = std::vector<FileFindings>;
@@ -141,6 +150,37 @@ inline constexpr Format<Trends> s_trendsFormats[] = {
     {"csv", renderInDialect<s_plainCsv, Trends>},
     {"json", renderInAnyStyle<renderTrendsAsJson, Trends>},
     {"svg", renderInAnyStyle<renderTrendsAsSvg, Trends>},
+};
+inline constexpr Format<RunTable> s_runTableFormats[] = {
+    {"csv", renderInDialect<s_plainCsv, RunTable>},
+    {"json", renderInAnyStyle<renderRunTableAsJson, RunTable>},
+};
+
+/// What there is of them in place of the values of runs: what these make of each value together.
+inline constexpr Format<RunTable> s_statisticsFormats[] = {
+    {"csv", renderStatisticsInDialect<s_plainCsv>},
+    {"plain", renderStatisticsInDialect<s_plainCsv>},
+    {"excel-de", renderStatisticsInDialect<s_excelDeCsv>},
+};
+
+/// A form of the values of runs one by one, by its name or that of a dialect of csv.
+struct RunValuesFormat {
+  std::string_view name;
+  std::unique_ptr<RunValuesWriter> (*genWriter)();
+};
+template <CsvDialect const& dialect>
+std::unique_ptr<RunValuesWriter> genCsvRunValues() {
+  return std::make_unique<CsvRunValues>(dialect);
+}
+template <typename Writer>
+std::unique_ptr<RunValuesWriter> genRunValuesWriter() {
+  return std::make_unique<Writer>();
+}
+inline constexpr RunValuesFormat s_runValuesFormats[] = {
+    {"csv", genCsvRunValues<s_plainCsv>},
+    {"plain", genCsvRunValues<s_plainCsv>},
+    {"excel-de", genCsvRunValues<s_excelDeCsv>},
+    {"json", genRunValuesWriter<JsonRunValues>},
 };
 
 }  // namespace Kestrel::ResultTables
