@@ -85,6 +85,17 @@ TEST_F(StudyExportCommand, WritesJson) {
   EXPECT_EQ(all["values"][0]["exceeded"], true);
 }
 
+TEST_F(StudyExportCommand, WritesWorkbooksThatOthersRead) {
+  std::string const read = R"(import openpyxl, sys
+for sheet in openpyxl.load_workbook(sys.argv[1]):
+    print(sheet.title, sheet.max_row, sheet.max_column, sheet.cell(2, 2).value)
+)";
+  EXPECT_EQ(readBy(read, "--format xlsx"),
+            "Runs 3 11 a.json\nValues 3 11 -45\nStatistics 11 17 "
+            "0b6f6d3e-6c1e-4a57-9b52-0f6f2f1b6a01\n");
+  EXPECT_EQ(readBy(read, "--format xlsx --long"), "Values 16 20 a.json\n");
+}
+
 TEST_F(StudyExportCommand, PutsOutWhatIsSelected) {
   m_folder.write("c.json", R"({"format": "simulation-results", "version": 1, "units": [
       {"id": "0b6f6d3e-6c1e-4a57-9b52-0f6f2f1b6a02", "name": "OP30", "tools": [

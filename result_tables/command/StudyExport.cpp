@@ -41,7 +41,8 @@ void forEachRun(Study const& study, TableSelection const& selection, Visit const
 
 /// Value by value, which are written as they are read.
 void exportValues(StudyExportOptions const& options, Study const& study) {
-  auto const& format = exportFormat(s_runValuesFormats, options, "--long", "csv, json");
+  auto const& format = exportFormat(s_runValuesFormats, options, "--long", "csv, json, xlsx");
+  if (format.isBinary) refuseTerminal(format.name, options.output.file);
   auto const writer = format.genWriter();
   writeOutput(options.output.file, [&](WritePart const& write) {
     forEachRun(study, options.selection, [&](RunValues const& run) { write(writer->write(run)); });

@@ -41,6 +41,7 @@
 #include "result_tables/render/TextTables.h"
 #include "result_tables/render/TextTrends.h"
 #include "result_tables/render/TextWorstValues.h"
+#include "result_tables/render/XlsxRunTable.h"
 #include "result_tables/render/XlsxTables.h"
 #include "result_tables/tables/Tables.h"
 
@@ -154,6 +155,7 @@ inline constexpr Format<Trends> s_trendsFormats[] = {
 inline constexpr Format<RunTable> s_runTableFormats[] = {
     {"csv", renderInDialect<s_plainCsv, RunTable>},
     {"json", renderInAnyStyle<renderRunTableAsJson, RunTable>},
+    {.name = "xlsx", .render = renderInAnyStyle<renderRunTableAsXlsx, RunTable>, .isBinary = true},
 };
 
 /// What there is of them in place of the values of runs: what these make of each value together.
@@ -167,6 +169,7 @@ inline constexpr Format<RunTable> s_statisticsFormats[] = {
 struct RunValuesFormat {
   std::string_view name;
   std::unique_ptr<RunValuesWriter> (*genWriter)();
+  bool isBinary = false;
 };
 template <CsvDialect const& dialect>
 std::unique_ptr<RunValuesWriter> genCsvRunValues() {
@@ -181,6 +184,7 @@ inline constexpr RunValuesFormat s_runValuesFormats[] = {
     {"plain", genCsvRunValues<s_plainCsv>},
     {"excel-de", genCsvRunValues<s_excelDeCsv>},
     {"json", genRunValuesWriter<JsonRunValues>},
+    {"xlsx", genRunValuesWriter<XlsxRunValues>, true},
 };
 
 }  // namespace Kestrel::ResultTables

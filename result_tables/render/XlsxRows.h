@@ -11,6 +11,7 @@ namespace Kestrel::ResultTables {
 
 /// Rows and columns of a sheet that a workbook can hold.
 inline constexpr std::size_t s_mostXlsxRows = LXW_ROW_MAX;
+inline constexpr std::size_t s_mostXlsxColumns = LXW_COL_MAX;
 
 /// Characters as spreadsheets count them: one beyond the first 65,536 of Unicode is two.
 [[nodiscard]] std::size_t countXlsxCharacters(std::string_view utf8);
