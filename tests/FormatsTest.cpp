@@ -40,7 +40,7 @@ TEST(Formats, AreThoseOfTheirSubjectWithTheOneForPeopleFirst) {
   EXPECT_THAT(namesOf(s_differencesFormats), ElementsAre("text", "csv", "json", "junit", "html"));
   EXPECT_THAT(namesOf(s_seriesFormats), ElementsAre("text", "csv", "json", "svg"));
   EXPECT_THAT(namesOf(s_limitsFormats), ElementsAre("text", "json"));
-  EXPECT_THAT(namesOf(s_runTableFormats), ElementsAre("csv", "json", "xlsx"));
+  EXPECT_THAT(namesOf(s_runTableFormats), ElementsAre("csv", "json", "html", "xlsx"));
   EXPECT_THAT(namesOf(s_statisticsFormats), ElementsAre("csv", "plain", "excel-de"));
   EXPECT_THAT(namesOf(s_runValuesFormats), ElementsAre("csv", "plain", "excel-de", "json", "xlsx"));
   EXPECT_THAT(namesOf(s_studyRunsFormats), ElementsAre("text", "csv", "json"));

@@ -13,6 +13,7 @@ namespace {
 
 using nlohmann::json;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 std::string bolts(std::string const& unit, std::string const& tools) {
   return R"({"format": "simulation-results", "version": 1, "units": [{"id": "0b6f6d3e-6c1e-4a57-9b52-0f6f2f1b6a01",
@@ -96,6 +97,12 @@ for sheet in openpyxl.load_workbook(sys.argv[1]):
   EXPECT_EQ(readBy(read, "--format xlsx --long"), "Values 16 20 a.json\n");
 }
 
+TEST_F(StudyExportCommand, WritesAReport) {
+  EXPECT_THAT(outputOf("$P study export s.db --format html"), StartsWith("<!DOCTYPE html>"));
+  EXPECT_THAT(outputOf("$P study export s.db --format html --curves none"),
+              testing::Not(HasSubstr("<figure")));
+}
+
 TEST_F(StudyExportCommand, PutsOutWhatIsSelected) {
   m_folder.write("c.json", R"({"format": "simulation-results", "version": 1, "units": [
       {"id": "0b6f6d3e-6c1e-4a57-9b52-0f6f2f1b6a02", "name": "OP30", "tools": [
@@ -121,13 +128,15 @@ TEST_F(StudyExportCommand, RefusesWhatThereIsNot) {
                 "--statistics: expected to stand without --long, found both");
   expectFailure("$P study export s.db --statistics --format json",
                 "--statistics: expected the form csv, found json");
+  expectFailure("$P study export s.db --long --format html",
+                "--long: expected the form csv, json, xlsx, found html");
   EXPECT_EQ(run("test -e out").exitCode, 1);
 }
 
 TEST_F(StudyExportCommand, WritesTheSameFromAServer) {
   m_folder.write("export.sh", R"(set -e
 $P study add postgresql:// s.db >added
-for form in '' '--long' '--statistics' '--format json'; do
+for form in '' '--long' '--statistics' '--format json' '--format html'; do
   $P study export s.db $form >of-file
   $P study export postgresql:// $form >of-server
   cmp of-file of-server
@@ -141,6 +150,8 @@ done
 TEST_F(StudyExportCommand, LeavesAStudyOfNoRunsAsItIs) {
   ASSERT_EQ(run("$P study remove s.db a b").exitCode, 0);
   EXPECT_EQ(outputOf("$P study export s.db"), "run,file,added\r\n");
+  EXPECT_THAT(outputOf("$P study export s.db --format html"),
+              HasSubstr("Not one value was compared with a limit"));
 }
 
 }  // namespace

@@ -82,6 +82,7 @@ Run declareStudyExport(Arguments& arguments) {
   addFormat<RunTable>(arguments, s_runTableFormats, options->output);
   addCsv(arguments, options->output);
   addOutputFile(arguments, options->output.file);
+  addCurves(arguments, options->output.style);
   return [options] { return exportRuns(*options); };
 }
 

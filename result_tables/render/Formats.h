@@ -18,6 +18,7 @@
 #include "result_tables/render/CsvWriter.h"
 #include "result_tables/render/HtmlDifferences.h"
 #include "result_tables/render/HtmlFindings.h"
+#include "result_tables/render/HtmlRunTable.h"
 #include "result_tables/render/HtmlTables.h"
 #include "result_tables/render/JsonDifferences.h"
 #include "result_tables/render/JsonFindings.h"
@@ -155,6 +156,7 @@ inline constexpr Format<Trends> s_trendsFormats[] = {
 inline constexpr Format<RunTable> s_runTableFormats[] = {
     {"csv", renderInDialect<s_plainCsv, RunTable>},
     {"json", renderInAnyStyle<renderRunTableAsJson, RunTable>},
+    {"html", renderRunTableAsHtml},
     {.name = "xlsx", .render = renderInAnyStyle<renderRunTableAsXlsx, RunTable>, .isBinary = true},
 };
 

@@ -69,6 +69,18 @@ export function reportOfDifferences(earlier, later) {
   return reportOf(["diff", write("before.json", earlier), write("after.json", later)]);
 }
 
+/** The report of a study with these runs, by name, in their order. */
+export function reportOfStudy(runs, args = []) {
+  const study = join(folder, "study.db");
+  rmSync(study, { force: true });
+  for (const [name, results] of Object.entries(runs)) {
+    const { status, stderr } = spawnSync(
+      program, ["study", "add", study, write("run.json", results), "--run", name], { encoding: "utf8" });
+    assert.equal(status, 0, stderr);
+  }
+  return reportOf(["study", "export", study, ...args]);
+}
+
 /**
  * Opens a page, lets `look` look at it, and asserts that the page asks for nothing but itself, and that the browser
  * complains of nothing but what is expected. `context` are options of the browser's context.
