@@ -382,7 +382,12 @@ std::vector<std::string> SqliteDatabase::definitions() {
 }
 
 int SqliteDatabase::version() {
-  int const version = checkedVersion();
+  int version = 0;
+  // Others may make the tables between one question and the next.
+  if (sqlite3_get_autocommit(m_connection.get()) != 0)
+    inTransaction(*this, false, [&] { version = checkedVersion(); });
+  else
+    version = checkedVersion();
   check(sqlite3_db_config(m_connection.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 0, nullptr));
   return version;
 }
