@@ -173,6 +173,7 @@ TEST(Chart, OfOneValueHasItInTheMiddle) {
   EXPECT_THAT(labelsOf(chart.x), ElementsAre("0"));
   EXPECT_THAT(labelsOf(chart.y), ElementsAre("7"));
   EXPECT_EQ(chart.extreme, (ChartPoint{0.5, 0.5}));
+  EXPECT_THAT(labelsOf(genChart(seriesOf({132.84763299795432}), s_intervals).y), ElementsAre("132.848"));
 }
 
 TEST(Chart, OfZerosHasNoMark) {

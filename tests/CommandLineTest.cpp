@@ -40,18 +40,20 @@ class CommandLine : public testing::Test {
 // ---- what is wrong
 
 TEST_F(CommandLine, SaysWhichCommandWasMeant) {
+  EXPECT_EQ(messageOf(""),
+            "expected one of the commands show, check, diff, series, demo, limits, import, study, found "
+            "nothing (--help "
+            "says more)");
   EXPECT_EQ(
-      messageOf(""),
-      "expected one of the commands show, check, diff, series, demo, limits, import, study, found nothing (--help "
-      "says more)");
-  EXPECT_EQ(messageOf("shwo r.json"),
-            "expected one of the commands show, check, diff, series, demo, limits, import, study, found \"shwo\"; "
-            "did you mean "
-            "\"show\"? (--help says more)");
-  EXPECT_EQ(messageOf("tables r.json"),
-            "expected one of the commands show, check, diff, series, demo, limits, import, study, found \"tables\" "
-            "(--help says "
-            "more)");
+      messageOf("shwo r.json"),
+      "expected one of the commands show, check, diff, series, demo, limits, import, study, found \"shwo\"; "
+      "did you mean "
+      "\"show\"? (--help says more)");
+  EXPECT_EQ(
+      messageOf("tables r.json"),
+      "expected one of the commands show, check, diff, series, demo, limits, import, study, found \"tables\" "
+      "(--help says "
+      "more)");
   EXPECT_EQ(messageOf("limits"),
             "expected one of the commands list, set, reset, sync, export, import, dump, found nothing "
             "(--help says more)");

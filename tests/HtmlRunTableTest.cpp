@@ -50,6 +50,7 @@ class Page {
 /// Runs of one bolt with these normal forces, of which those beyond 30 are marked.
 RunTable forcesOf(std::vector<double> const& forces) {
   std::vector<RunValues> runs;
+  runs.reserve(forces.size());
   for (auto const force : forces)
     runs.push_back(runOf("r" + std::to_string(runs.size() + 1),
                          {boltForces({runRow("B1", {runValue(force, std::abs(force) > 30)})})}));
@@ -142,6 +143,7 @@ TEST(HtmlRunTable, DrawsTheCurvesThatAreAskedFor) {
 
 TEST(HtmlRunTable, LeavesOutWhatABrowserHasNoRoomForAndSaysSo) {
   std::vector<RunRow> rows;
+  rows.reserve(2003);
   for (int i = 0; i < 2003; ++i)
     rows.push_back(runRow("B" + std::to_string(i), {runValue(i == 2002 ? 29 : 40, i != 2002)}));
   std::vector<RunValues> runs;

@@ -24,6 +24,7 @@ std::vector<std::string> columnsOf(RunTable const& table) {
 RunValues runOfBolts(std::string const& name, std::vector<std::string> const& bolts,
                      std::string const& unit = "OP20", char digit = '1') {
   std::vector<RunRow> rows;
+  rows.reserve(bolts.size());
   for (auto const& bolt : bolts) rows.push_back(runRow(bolt, {runValue(1)}));
   return runOf(name, {boltForces(rows, unit, digit)});
 }

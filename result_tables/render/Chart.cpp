@@ -24,11 +24,13 @@ double halfSpan(double low, double high) { return high / 2 - low / 2; }
 
 double magnitudeOf(double low, double high) { return std::max(std::abs(low), std::abs(high)); }
 
+/// Digits of a label that need not be told from another.
+constexpr int s_fewestDigits = 6;
+
 /// With as many digits as neighbouring ticks need to differ.
 std::string labelOf(double value, double magnitude, double step) {
-  constexpr int fewest = 6;
   auto const digits = 1 + static_cast<int>(std::floor(std::log10(magnitude)) - std::floor(std::log10(step)));
-  return formatNumber(value, std::max(digits, fewest));
+  return formatNumber(value, std::max(digits, s_fewestDigits));
 }
 
 /// Whether multiples of the step can be told from each other in the range.
@@ -52,8 +54,10 @@ void extendToMultiples(Axis& axis, double step) {
 }
 
 void appendEnds(Axis& axis) {
-  axis.ticks.push_back({axis.fractionOf(axis.low), shortestForm(axis.low)});
-  if (axis.low < axis.high) axis.ticks.push_back({1.0, shortestForm(axis.high)});
+  bool const hasTwo = axis.low < axis.high;
+  axis.ticks.push_back(
+      {axis.fractionOf(axis.low), hasTwo ? shortestForm(axis.low) : formatNumber(axis.low, s_fewestDigits)});
+  if (hasTwo) axis.ticks.push_back({1.0, shortestForm(axis.high)});
 }
 
 // ---- of a series

@@ -183,6 +183,7 @@ std::vector<std::size_t> RunTableBuilder::Layout::unitsOf(RunValues const& run) 
   std::vector<std::size_t> indices;
   for (auto const& section : run.sections) indices.push_back(indexOf(ofRun, {section.unit, section.unitId}));
   std::vector<std::size_t> numbers;
+  numbers.reserve(ofRun.size());
   for (auto const& unit : ofRun) numbers.push_back(unitNamed(unit, ofRun));
   for (auto& index : indices) index = numbers[index];
   return indices;
