@@ -68,6 +68,9 @@ class StudySlurmTest(StudyTest):
         order = lambda finding: json.dumps(finding, sort_keys=True)  # noqa: E731
         self.assertEqual(sorted(merged["findings"], key=order), sorted(check["findings"], key=order))
         self.assertGreater(len(merged["findings"]), 0)
+        self.assertEqual(len((self.work / "runs.csv").read_text().splitlines()), 1 + 12)
+        self.assertEqual(len((self.work / "worst.csv").read_text().splitlines()), 1 + 20)
+        self.assertIn("run 11", (self.work / "report.html").read_text())
 
         # One is changed: the others are passed over.
         self.write("run 5.json", 55)

@@ -18,5 +18,7 @@ jq --slurp '{ findings: map(.findings) | add, compared: map(.compared) | add, wi
   "${findings[@]:-/dev/null}" >"$WORK/findings.json.new"
 mv "$WORK/findings.json.new" "$WORK/findings.json"
 result-tables study list "$DATABASE" --format csv --output "$WORK/runs.csv"
+result-tables study worst "$DATABASE" --format csv --output "$WORK/worst.csv"
+result-tables study export "$DATABASE" --format html --output "$WORK/report.html"
 result-tables study list "$DATABASE"
 exit $failed
