@@ -3,6 +3,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "support/DifferenceLines.h"
 #include "support/DifferencesTesting.h"
 #include "support/Shell.h"
 
@@ -27,17 +28,8 @@ class Diff : public testing::Test {
 
   /// The differences that the arguments lead to, as "OP20 changed 20 31".
   [[nodiscard]] std::vector<std::string> differences(std::string const& arguments) const {
-    auto const result = run("$P diff " + arguments + " --format json");
-    EXPECT_EQ(result.err, "") << arguments;
-    auto const output = json::parse(result.out);
-    std::vector<std::string> lines;
-    for (auto const& difference : output.at("differences")) {
-      lines.push_back(fmt::format("{} {} {} {}", difference.at("unit").get<std::string>(),
-                                  difference.at("kind").get<std::string>(), difference.at("before").dump(),
-                                  difference.at("after").dump()));
-    }
-    EXPECT_EQ(result.exitCode, lines.empty() ? 0 : 1) << arguments;
-    return lines;
+    SCOPED_TRACE(arguments);
+    return differenceLines(run("$P diff " + arguments + " --format json"));
   }
 
   void expectFailure(std::string const& arguments, std::string const& message) const {

@@ -3,6 +3,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "support/DifferenceLines.h"
 #include "support/DifferencesTesting.h"
 #include "support/ProgramTesting.h"
 
@@ -28,17 +29,8 @@ class StudyCompare : public ProgramFixture {
   }
 
   [[nodiscard]] std::vector<std::string> differences(std::string const& arguments) const {
-    auto const result = run("$P study compare s " + arguments + " --format json");
-    EXPECT_EQ(result.err, "") << arguments;
-    auto const output = json::parse(result.out);
-    std::vector<std::string> lines;
-    for (auto const& each : output.at("differences")) {
-      lines.push_back(fmt::format("{} {} {} {}", each.at("unit").get<std::string>(),
-                                  each.at("kind").get<std::string>(), each.at("before").dump(),
-                                  each.at("after").dump()));
-    }
-    EXPECT_EQ(result.exitCode, lines.empty() ? 0 : 1) << arguments;
-    return lines;
+    SCOPED_TRACE(arguments);
+    return differenceLines(run("$P study compare s " + arguments + " --format json"));
   }
 };
 

@@ -22,13 +22,10 @@ TESTS = pathlib.Path(__file__).resolve().parent
 sys.path.insert(0, str(TESTS / "support"))
 
 from random_results import RandomResults  # noqa: E402
+from random_studies import ENVIRONMENT  # noqa: E402
 
 FORMS = [["--format", form] for form in ("text", "csv", "json", "junit", "html")] + [["--csv", "excel-de"]]
 OPTIONS = [[], ["--abs", "0.5"], ["--rel", "0.01"], ["--teaching"], ["--family", "Bolts", "--family", "Pilots"], ["--digits", "17", "--colour", "always"]]
-ENVIRONMENT = {name: value for name, value in os.environ.items() if name.startswith(("PG", "PATH", "ASAN", "UBSAN"))} | {
-    "LC_ALL": "C.UTF-8",
-    "TMPDIR": tempfile.gettempdir(),
-}
 SAMPLES = [TESTS.parent / "examples" / name for name in ("clamped_panel/panel.results.json", "door_line/door_line.results.json")]
 
 

@@ -9,22 +9,16 @@ environment says how many studies, WORST_STUDIES, and the number of the first, W
 
 import json
 import math
-import os
 import pathlib
-import random
 import subprocess
 import sys
-import tempfile
 
 sys.dont_write_bytecode = True
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent / "support"))
 
 from random_results import RandomResults  # noqa: E402
+from random_studies import ENVIRONMENT, check_random_studies  # noqa: E402
 
-ENVIRONMENT = {name: value for name, value in os.environ.items() if name.startswith(("PG", "PATH", "ASAN", "UBSAN"))} | {
-    "LC_ALL": "C.UTF-8",
-    "TMPDIR": tempfile.gettempdir(),
-}
 
 
 def run(folder, *arguments):
@@ -123,15 +117,4 @@ def check(folder, rng):
     return count
 
 
-def main():
-    first = int(os.environ.get("WORST_SEED", "1"))
-    count = 0
-    for seed in range(first, first + int(os.environ.get("WORST_STUDIES", "4"))):
-        with tempfile.TemporaryDirectory() as folder:
-            count += check(pathlib.Path(folder), random.Random(seed))
-    if count == 0:
-        raise AssertionError("expected values with limits, found none")
-    print(count, "values compared")
-
-
-main()
+check_random_studies("WORST", check)

@@ -41,6 +41,12 @@ void failForDamage(std::string const& name, std::string const& what) {
                  toPrintable(what)));
 }
 
+void refuseNewerVersion(std::string const& name, std::int64_t version) {
+  if (version <= s_studyVersion) return;
+  throw Error(tr("{}: expected a study of version {} or older, found version {}; a newer program can read it",
+                 name, s_studyVersion, version));
+}
+
 void inTransaction(Database& database, bool isWriting, std::function<void()> const& work) {
   constexpr int mostTimes = 10;
   for (int time = 1;; ++time) {

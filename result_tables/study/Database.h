@@ -111,6 +111,9 @@ class Database {
 /// Throws the `Error` for a study that holds what none can, of which messages call it `name`.
 [[noreturn]] void failForDamage(std::string const& name, std::string const& what);
 
+/// Throws the `Error` for a study of a version that this program does not know yet; none for others.
+void refuseNewerVersion(std::string const& name, std::int64_t version);
+
 /// Does `work` in a transaction, whole or not at all; again where another writer was in its way.
 void inTransaction(Database& database, bool isWriting, std::function<void()> const& work);
 

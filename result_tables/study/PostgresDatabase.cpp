@@ -380,11 +380,7 @@ int PostgresDatabase::version() {
     if (!row.isNull(0)) version = row.integer(0);
   });
   if (version < 1) throw Error(tr("{}: expected a study, found a database of another kind", m_name));
-  if (version > s_studyVersion) {
-    throw Error(
-        tr("{}: expected a study of version {} or older, found version {}; a newer program can read it",
-           m_name, s_studyVersion, version));
-  }
+  refuseNewerVersion(m_name, version);
   return static_cast<int>(version);
 }
 

@@ -399,11 +399,7 @@ int SqliteDatabase::checkedVersion() {
   if (application != s_applicationId)
     throw Error(tr("{}: expected a study, found a database of another kind", m_name));
   auto const version = number(Sql("PRAGMA user_version"));
-  if (version > s_studyVersion) {
-    throw Error(
-        tr("{}: expected a study of version {} or older, found version {}; a newer program can read it",
-           m_name, s_studyVersion, version));
-  }
+  refuseNewerVersion(m_name, version);
   // A file that defines anything else was not made by this program.
   SqliteDatabase fresh;
   for (int i = 0; i < version; ++i) fresh.run(s_sqliteSteps[static_cast<std::size_t>(i)]);
