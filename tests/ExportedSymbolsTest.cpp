@@ -33,6 +33,21 @@ TEST(ExportedSymbols, AreThoseOfTheExportedClasses) {
   for (auto const& scope : scopes) EXPECT_TRUE(exported.contains(scope)) << "visible: Kestrel::" << scope;
 }
 
+/// A symbol of another library, or of a template of one, would take the place of another version of it in the
+/// same process.
+TEST(ExportedSymbols, LieInTheNamespaceOfTheLibraries) {
+  std::regex const ownSymbol("_Z(?:GV)?Z?(?:T[VTISh][^_]*_?|Tv[^N]*)?N[KRO]*7Kestrel.*");
+  for (auto const* const library : {KESTREL_LIBRARY, KESTREL_HOST_LIBRARY}) {
+    std::istringstream symbols(outputOfCommand(
+        std::string(KESTREL_NM " --dynamic --defined-only --format=posix --no-demangle ") + library));
+    std::size_t count = 0;
+    for (std::string name; symbols >> name; symbols.ignore(1000, '\n'), ++count) {
+      EXPECT_TRUE(std::regex_match(name, ownSymbol)) << name << " is visible in " << library;
+    }
+    EXPECT_GT(count, 50U) << library;
+  }
+}
+
 /// Each public operation that can be called from outside, as `nm` shows it.
 TEST(ExportedSymbols, HoldAllPublicOperationsOfTheExportedClasses) {
   auto const symbols = outputOfCommand(KESTREL_NM " --dynamic --defined-only --demangle " KESTREL_LIBRARY);
