@@ -358,7 +358,7 @@ def main():
     parser.add_argument("--work", type=pathlib.Path, default=ROOT / "build/mutation", help="work folder (build/mutation)")
     parser.add_argument("--files", default="", help="change only files whose path matches the expression")
     parser.add_argument("--tests", default="", help="build and run only test programs whose name matches the expression")
-    parser.add_argument("--exclude", default="^(InstalledPackage|StrictHost|FirstChange)",
+    parser.add_argument("--exclude", default="^(Linking|BinaryInterface|StrictHost|FirstChange)",
                         help="tests (Suite.Name) that do not run, by expression (%(default)s)")
     parser.add_argument("--again", action="store_true", help="only what was not noticed, with the tests of today")
     parser.add_argument("--report", action="store_true", help="only print what is known")
