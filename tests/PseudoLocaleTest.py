@@ -193,7 +193,9 @@ class Text(unittest.TestCase):
         self.assertIn(("limits", "dump"), found)
         for command in found:
             for width in (*WIDTHS, 40):
-                self.expect_translated_and_whole(shown(width, *command, "--help"), command, f"in {width} columns")
+                text = shown(width, *command, "--help")
+                self.expect_translated_and_whole(text, command, f"in {width} columns")
+                self.assertLessEqual(max(map(len, text.split("\n"))), width, text)
 
     def test_tables(self):
         for arguments in TEXTS:
@@ -207,6 +209,12 @@ class Text(unittest.TestCase):
         done = said(*command)
         self.assertEqual((done.returncode, done.stdout), (2, ""), (command, what))
         self.expect_translated_and_whole(done.stderr, command, what)
+
+    def test_texts_that_keep_within_the_terminal(self):
+        for arguments in WITHIN_TERMINALS:
+            for width in WIDTHS[1:]:
+                text = shown(width, *arguments)
+                self.assertLessEqual(max(map(len, text.split("\n"))), width, text)
 
     def test_messages_on_inputs(self):
         for name, content, command in wrong_inputs():
@@ -241,6 +249,12 @@ TEXTS = [
     ("study", "worst", "s.db"),
     ("study", "trend", "s.db", *TREND),
     ("study", "compare", "s.db", "R0", "R1"),
+]
+
+WITHIN_TERMINALS = [
+    ("show", "r1.json", "r2.json", "--teaching", "--when"),
+    ("show", "press.csv", "--map", "press.map.json"),
+    ("limits", "list", "r1.json"),
 ]
 
 

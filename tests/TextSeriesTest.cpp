@@ -164,8 +164,8 @@ TEST(TextSeries, FitTheWidthDownToSixtyColumnsBesideTheAxis) {
   auto const series = withLimit(seriesOf({0, 10, -40.5}), 30);
   EXPECT_EQ(widestLine(render(series, {.width = 120})), 120U);
   EXPECT_EQ(widestLine(render(series, {.width = 0})), 80U) << "where it is not known";
-  EXPECT_EQ(widestLine(render(series, {.width = 40})), 66U) << "numbers, a blank, the axis and sixty columns";
-  EXPECT_EQ(render(series, {.width = 66}), render(series, {.width = 1}));
+  EXPECT_EQ(widestLine(render(series, {.width = 20})), 46U) << "numbers, a blank, the axis and forty columns";
+  EXPECT_EQ(render(series, {.width = 46}), render(series, {.width = 1}));
 }
 
 TEST(TextSeries, LeaveNumbersOutThatHaveNoRoom) {

@@ -273,5 +273,13 @@ TEST_F(TextTables, ShowTheTimeOrTheStepBesideEachValue) {
               testing::EndsWith("\n* its series holds values that are not numbers   @ time, # step\n"));
 }
 
+TEST_F(TextTables, SayWhatMarksMeanOnLinesThatFit) {
+  auto const tables = genClampTables(s_gaps);
+  EXPECT_THAT(renderText(tables, {.width = 63, .when = true}),
+              testing::EndsWith("\n* its series holds values that are not numbers   @ time, # step\n"));
+  EXPECT_THAT(renderText(tables, {.width = 62, .when = true}),
+              testing::EndsWith("\n* its series holds values that are not numbers\n@ time, # step\n"));
+}
+
 }  // namespace
 }  // namespace Kestrel::ResultTables

@@ -202,12 +202,12 @@ struct DifferencesSummary {
     }
   }
 
-  [[nodiscard]] std::string legend() const {
+  [[nodiscard]] std::string legend(std::size_t width) const {
     std::vector<std::string> entries;
     if (hasExceeded) entries.push_back("! " + tr("beyond its limit"));
     if (hasInvalid) entries.push_back("? " + tr("not valid"));
     if (hasNaN) entries.push_back("* " + tr("its series holds values that are not numbers"));
-    return entries.empty() ? "" : fmt::format("{}\n\n", fmt::join(entries, s_gap));
+    return entries.empty() ? "" : genLegend(entries, width) + '\n';
   }
 
   [[nodiscard]] std::string counts(std::size_t compared) const {
@@ -249,7 +249,7 @@ std::string renderDifferencesAsText(ResultDifferences const& differences, TextSt
   std::string out;
   DifferencesSummary summary;
   for (auto const& table : differences.tables) out += genTableText(table, style, summary);
-  return out + summary.legend() + summary.counts(differences.countCompared());
+  return out + summary.legend(style.width) + summary.counts(differences.countCompared());
 }
 
 std::string differenceLine(ValueDifference const& difference, int digits) {

@@ -29,4 +29,11 @@ inline void appendLine(std::string& out, std::string_view line) {
 [[nodiscard]] std::vector<std::string> wrap(std::string_view printable, std::size_t width,
                                             std::string_view separator);
 
+/// Appends an enumeration, parted by ", ", on lines that are all indented and end within `width` columns (0:
+/// on one line).
+void appendWrapped(std::string& out, std::size_t indentation, std::string_view printable, std::size_t width);
+
+/// What marks mean, on as few lines of `width` as there is room for (0: on one).
+[[nodiscard]] std::string genLegend(std::vector<std::string> const& entries, std::size_t width);
+
 }  // namespace Kestrel::ResultTables

@@ -17,7 +17,7 @@ namespace Kestrel::ResultTables {
 namespace {
 
 constexpr std::size_t s_rows = 16;
-constexpr std::size_t s_leastColumns = 60;
+constexpr std::size_t s_leastColumns = 40;
 constexpr std::size_t s_usualWidth = 80;
 constexpr std::size_t s_columnsPerTick = 14;
 constexpr std::size_t s_verticalIntervals = 5;

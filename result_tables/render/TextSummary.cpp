@@ -41,12 +41,6 @@ std::string elementsText(std::span<ResultTable const> tables) {
   return families.empty() ? tr("no elements") : tr("elements") + ": " + families;
 }
 
-/// Appends an enumeration on lines that are all indented.
-void appendWrapped(std::string& out, std::size_t indentation, std::string_view text, TextStyle const& style) {
-  auto const width = style.width == 0 ? displayWidth(text) : style.width - std::min(style.width, indentation);
-  for (auto const& line : wrap(text, width, ", ")) appendLine(out, std::string(indentation, ' ') + line);
-}
-
 class SummaryText {
  public:
   SummaryText(std::vector<ResultTable> const& tables, TextStyle const& style)
@@ -99,8 +93,8 @@ void SummaryText::appendUnit(std::size_t first, std::size_t behind) {
   for (auto i = first; i < behind; ++i) counts.add(m_summary.ofTables[i]);
   auto const& table = m_tables[first];
   appendLine(m_out, "\n  " + fileOf(table) + toPrintable(table.unit().getSimulationUnitName()));
-  appendWrapped(m_out, 4, elementsText(std::span(m_tables).subspan(first, behind - first)), m_style);
-  appendWrapped(m_out, 4, countsText(counts), m_style);
+  appendWrapped(m_out, 4, elementsText(std::span(m_tables).subspan(first, behind - first)), m_style.width);
+  appendWrapped(m_out, 4, countsText(counts), m_style.width);
 }
 
 void SummaryText::appendHighest() {
@@ -132,7 +126,7 @@ void SummaryText::appendLineOf(Line const& line, std::size_t percentWidth, std::
                   std::string(s_gap.size() + valueWidth - displayWidth(line.value), ' '), line.value);
   auto const indentation = displayWidth(numbers) + s_gap.size();
   std::string place;
-  appendWrapped(place, indentation, line.place, m_style);
+  appendWrapped(place, indentation, line.place, m_style.width);
   place.erase(0, indentation);
   m_out += red(numbers, m_style.colour && line.isExceeded).append(s_gap).append(place);
 }

@@ -254,13 +254,13 @@ std::string tableTitle(ResultTable const& table) {
 }
 
 /// What the marks mean; empty where there are none.
-std::string legendOf(Marks const& marks, bool when) {
+std::string legendOf(Marks const& marks, bool when, std::size_t width) {
   std::vector<std::string> entries;
   if (marks.exceeded) entries.push_back("! " + tr("beyond its limit"));
   if (marks.invalid) entries.push_back("? " + tr("not valid"));
   if (marks.notANumber) entries.push_back("* " + tr("its series holds values that are not numbers"));
   if (when) entries.push_back("@ " + tr("time, # step"));
-  return entries.empty() ? "" : fmt::format("\n{}\n", fmt::join(entries, "   "));
+  return entries.empty() ? "" : '\n' + genLegend(entries, width);
 }
 
 /// Whether its first line is no longer to be seen when a prompt stands below the last.
@@ -286,7 +286,7 @@ std::string renderText(std::vector<ResultTable> const& tables, TextStyle const& 
     }
     if (table.container().groups.empty()) appendLine(out, "  " + tr("no elements"));
   }
-  out += legendOf(marks, style.when && !tables.empty());
+  out += legendOf(marks, style.when && !tables.empty(), style.width);
   return exceedsScreen(out, style) ? renderSummaryAsText(tables, style) + '\n' + out : out;
 }
 

@@ -74,7 +74,7 @@ void appendTrend(std::string& out, Trend const& trend, TextStyle const& style) {
   } else if (!chart.limitSteps.empty()) {
     appendLine(out, fmt::format("  {} {}", plot.signs().limit, tr("limit of each run")));
   }
-  appendLine(out, "  " + statisticsText(trend, style.digits));
+  appendWrapped(out, 2, statisticsText(trend, style.digits), style.width);
 }
 
 }  // namespace
