@@ -143,7 +143,7 @@ TEST_F(StudyCommand, ListsForPeopleAndForScripts) {
   static_cast<void>(run("$P study add s.db a.json"));
   EXPECT_THAT(
       run("$P study list s.db").out,
-      MatchesRegex("run +added +values +compared +without data +beyond limits +NaN +invalid +worst "
+      MatchesRegex("run +added at +values +compared +without data +beyond limits +NaN +invalid +worst "
                    "utilisation\na +[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9:]{8}Z +5 +1 +0 +0 +0 +0 +[0-9.]+ %\n"));
   EXPECT_THAT(run("$P study list s.db --csv excel-de").out, StartsWith("run;file;added;"));
   EXPECT_THAT(run("$P study list s.db --output o.txt && cat o.txt").out, StartsWith("run "));

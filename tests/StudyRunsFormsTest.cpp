@@ -25,7 +25,7 @@ std::vector<StudyRun> runs() {
 TEST(TextStudyRuns, AreOneLineEachAndRedWhereSomethingIsFound) {
   EXPECT_EQ(
       renderStudyRunsAsText(runs(), {}),
-      "run              added                  values   compared   without data   beyond limits   NaN   "
+      "run              added at               values   compared   without data   beyond limits   NaN   "
       "invalid   worst utilisation   labels\n"
       "one              2026-11-22T09:30:00Z        5          3              0               1     1   "
       "      2               inf %   gap=0.5, tool=A 'quoted\" one\n"

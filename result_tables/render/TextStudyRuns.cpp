@@ -36,7 +36,7 @@ std::vector<std::string> cellsOf(StudyRun const& run) {
 std::string renderStudyRunsAsText(std::vector<StudyRun> const& runs, TextStyle const& style) {
   constexpr auto number = TextColumns::Kind::number;
   TextColumns columns({{tr("run")},
-                       {tr("added")},
+                       {tr("added at")},
                        {tr("values"), number},
                        {tr("compared"), number},
                        {tr("without data"), number},
