@@ -183,7 +183,7 @@ TEST_F(CheckCommand, SpeaksTheLanguageOfTheEnvironment) {
             "Werten sind "
             "keine Zahlen\n"
             "broken.json: konnte nicht geprüft werden\n"
-            "Werte jenseits ihrer Grenze: 1, Werte mit NaN: 1, ungültige Elemente: 0, verglichene Werte: 2, "
+            "Werte über ihrer Grenze: 1, Werte mit NaN: 1, ungültige Elemente: 0, verglichene Werte: 2, "
             "ohne Daten: "
             "0\n");
   EXPECT_THAT(run("LANG=ja_JP.UTF-8 $P check empty.json").out,

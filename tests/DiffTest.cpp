@@ -157,12 +157,12 @@ now beyond their limits: 1, back within their limits: 0
   Kräfte
                                    vorher   nachher     Änderung   relativ [%]
     ----------------------------   ------   ---------   --------   -----------
-    Bolt 1, Max. Normalkraft [N]       20        31 !        +11           +55   jetzt jenseits der Grenze
+    Bolt 1, Max. Normalkraft [N]       20        31 !        +11           +55   jetzt über der Grenze
 
-! jenseits der Grenze
+! über der Grenze
 
 geändert: 1, nur im Zustand: 0, hinzugekommen: 0, entfallen: 0, Werte in beiden Dateien: 5
-jetzt jenseits ihrer Grenze: 1, wieder innerhalb ihrer Grenze: 0
+jetzt über ihrer Grenze: 1, wieder innerhalb ihrer Grenze: 0
 )");
   EXPECT_EQ(run("LANG=ja_JP.UTF-8 $P diff a.json b.json --unit OP20").out, R"(OP20: ボルト
 

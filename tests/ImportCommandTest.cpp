@@ -20,7 +20,7 @@ TEST_F(ImportCommand, ListsTheHistoriesOfAnInput) {
   EXPECT_EQ(outputOf("$P import csv trial.csv --list"),
             "B1.fz  column  entities: 1  values: 2  range: -812.5 to 1.5 N  times: 0 to 1 s\n");
   EXPECT_EQ(outputOf("LANG=de_DE.UTF-8 $P import csv trial.csv --list"),
-            "B1.fz  column  Elemente: 1  Werte: 2  Bereich: -812.5 bis 1.5 N  Zeiten: 0 bis 1 s\n");
+            "B1.fz  column  Entitäten: 1  Werte: 2  Bereich: -812.5 bis 1.5 N  Zeiten: 0 bis 1 s\n");
   EXPECT_EQ(outputOf("LANG=ja_JP.UTF-8 $P import csv trial.csv --list"),
             "B1.fz  column  要素数: 1  値: 2  範囲: -812.5～1.5 N  時刻: 0～1 s\n");
   auto const histories =

@@ -82,7 +82,7 @@ TEST_F(ResultsInput, IsAPrintOnlyWithAMapAndAFormat) {
   EXPECT_EQ(messageOf("show none.csv --map map.json"), "none.csv: cannot read: No such file or directory");
   EXPECT_EQ(
       messageOf("show - --map map.json", "de_DE.UTF-8"),
-      "Standardeingabe: erwartet: ein Name, der auf .dat oder .csv endet, oder das Format der Löserausgabe "
+      "Standardeingabe: erwartet: ein Name, der auf .dat oder .csv endet, oder das Format der Solverausgabe "
       "hinter --from");
   EXPECT_EQ(messageOf("show - --map map.json", "ja_JP.UTF-8"),
             "標準入力: 期待: .dat か .csv で終わる名前、または --from による形式");

@@ -131,7 +131,7 @@ TEST_F(SeriesCommand, SpeaksTheLanguageOfTheEnvironment) {
   EXPECT_THAT(
       outputOf("LANG=de_DE.UTF-8 $P series r.json --unit OP20 --key ClampNormalForce"),
       AllOf(StartsWith("OP20: Bolzen, Kräfte, Bolt 1, Max. Normalkraft [N]\n\n"), HasSubstr("\nZeit  0"),
-            HasSubstr("\n  ◉ -40.5 N, Schritt 1, Zeit 0.25, jenseits der Grenze\n  ╌ Grenze 30 N\n  "
+            HasSubstr("\n  ◉ -40.5 N, Schritt 1, Zeit 0.25, über der Grenze\n  ╌ Grenze 30 N\n  "
                       "Werte: 3, davon keine Zahlen: 1\n")));
   EXPECT_THAT(outputOf("LANG=ja_JP.UTF-8 $P series r.json --unit OP20 --key ClampNormalForce"),
               AllOf(HasSubstr("\n時刻  0"),
