@@ -186,8 +186,9 @@ TEST_F(CheckCommand, SpeaksTheLanguageOfTheEnvironment) {
             "Werte über ihrer Grenze: 1, Werte mit NaN: 1, ungültige Elemente: 0, verglichene Werte: 2, "
             "ohne Daten: "
             "0\n");
-  EXPECT_THAT(run("LANG=ja_JP.UTF-8 $P check empty.json").out,
-              HasSubstr("限界を超えた値: 0, NaN を含む値: 0, 無効な要素: 0, 比較した値: 0, データなし: 1\n"));
+  EXPECT_THAT(
+      run("LANG=ja_JP.UTF-8 $P check empty.json").out,
+      HasSubstr("限界値を超えた値: 0, NaN を含む値: 0, 無効な要素: 0, 比較した値: 0, データなし: 1\n"));
 }
 
 // ---- JUnit, as build servers read it

@@ -124,7 +124,7 @@ TEST_F(CommandLine, SpeaksTheLanguageOfTheEnvironment) {
             "\"shwo\"; war \"show\" "
             "gemeint? (mehr mit --help)");
   EXPECT_EQ(messageOf("demo --fromat csv", "ja_JP.UTF-8"),
-            "不明なオプション: \"--fromat\"。\"--format\" のことですか? (詳細は --help)");
+            "不明なオプション: \"--fromat\"。\"--format\" のことですか？（詳細は --help）");
   EXPECT_EQ(messageOf("show r.json --unit OP99", "de_DE.UTF-8"),
             "r.json: erwartet: die Kennung oder der Name einer ihrer Einheiten (\"OP20\", \"OP10\"); "
             "gefunden: \"OP99\"");

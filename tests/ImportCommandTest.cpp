@@ -22,7 +22,7 @@ TEST_F(ImportCommand, ListsTheHistoriesOfAnInput) {
   EXPECT_EQ(outputOf("LANG=de_DE.UTF-8 $P import csv trial.csv --list"),
             "B1.fz  column  Entitäten: 1  Werte: 2  Bereich: -812.5 bis 1.5 N  Zeiten: 0 bis 1 s\n");
   EXPECT_EQ(outputOf("LANG=ja_JP.UTF-8 $P import csv trial.csv --list"),
-            "B1.fz  column  要素数: 1  値: 2  範囲: -812.5～1.5 N  時刻: 0～1 s\n");
+            "B1.fz  column  エンティティ数: 1  値: 2  範囲: -812.5～1.5 N  時刻: 0～1 s\n");
   auto const histories =
       json::parse(outputOf("$P import calculix - --list --format json <print.dat")).at("histories");
   ASSERT_EQ(histories.size(), 3U);
@@ -105,7 +105,7 @@ TEST_F(ImportCommand, ReadsDecimalCommasWhenTold) {
       messageOf("import csv comma.csv --map map.json", "de_DE.UTF-8"),
       "comma.csv: Zeile 2: erwartet: eine Zahl; gefunden: \"1,5\" (--decimal-comma liest Dezimalkommas)");
   EXPECT_EQ(messageOf("import csv comma.csv --map map.json", "ja_JP.UTF-8"),
-            "comma.csv: 2 行: 期待: 数値、実際: \"1,5\" (小数点がコンマなら --decimal-comma)");
+            "comma.csv: 2 行: 期待: 数値、実際: \"1,5\"（小数点がコンマなら --decimal-comma）");
   EXPECT_EQ(messageOf("import calculix print.dat --list --decimal-comma"),
             "unknown option \"--decimal-comma\" (--help says more)");
 }

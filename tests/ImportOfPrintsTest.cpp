@@ -68,14 +68,14 @@ TEST_F(ImportOfPrints, TellsEachKindThatIsPassedOverInOneLine) {
             "LID\", which "
             "import does not know\n");
   EXPECT_THAT(valuesIn(english), ElementsAre(-1002.5));
-  EXPECT_EQ(import("heat.dat", "de_DE").err,
-            "result-tables: heat.dat: Zeile 39: übergangen: \"heat flux at the integration points for set "
-            "LID\", das "
-            "der Import nicht kennt\n");
-  EXPECT_EQ(import("heat.dat", "ja_JP").err,
-            "result-tables: heat.dat: 39 行目: インポートが対応していない \"heat flux at the integration "
-            "points for set "
-            "LID\" を読み飛ばしました\n");
+  EXPECT_EQ(
+      import("heat.dat", "de_DE").err,
+      "result-tables: heat.dat: Zeile 39: \"heat flux at the integration points for set LID\" übergangen, "
+      "das import nicht kennt\n");
+  EXPECT_EQ(
+      import("heat.dat", "ja_JP").err,
+      "result-tables: heat.dat: 39 行: import が対応していない \"heat flux at the integration points for "
+      "set LID\" を読み飛ばしました\n");
 }
 
 TEST_F(ImportOfPrints, RefusesTimesThatBeginAnewWhereNoStepIsNamed) {

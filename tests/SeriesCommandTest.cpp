@@ -135,7 +135,7 @@ TEST_F(SeriesCommand, SpeaksTheLanguageOfTheEnvironment) {
                       "Werte: 3, davon keine Zahlen: 1\n")));
   EXPECT_THAT(outputOf("LANG=ja_JP.UTF-8 $P series r.json --unit OP20 --key ClampNormalForce"),
               AllOf(HasSubstr("\n時刻  0"),
-                    HasSubstr("\n  ◉ -40.5 N, ステップ 1, 時刻 0.25, 限界超過\n  ╌ 限界 30 N\n"
+                    HasSubstr("\n  ◉ -40.5 N, ステップ 1, 時刻 0.25, 限界値超過\n  ╌ 限界値 30 N\n"
                               "  値: 3、数値でないもの: 1\n")));
   EXPECT_THAT(outputOf("LANG=de_DE.UTF-8 $P series r.json --unit OP10 --key ClampNormalForce"),
               HasSubstr("\n\n  keine Daten\n  Grenze 30 N\n"));
@@ -165,7 +165,7 @@ TEST_F(SeriesCommand, SaysWhatIsUnknown) {
             "result-tables: r.json: erwartet: der Schlüssel einer Spalte der gewählten Elemente "
             "(\"LineJoinSumForceN\", \"LineJoinSumForceT\"); gefunden: \"X\"\n");
   EXPECT_EQ(messageOf("LANG=ja_JP.UTF-8 $P series r.json --unit OP10 --item X"),
-            "result-tables: r.json: 期待: 選択した表の要素の名前 (\"Bolt 1\")、実際: \"X\"\n");
+            "result-tables: r.json: 期待: 選択した表の要素の名前（\"Bolt 1\"）、実際: \"X\"\n");
   EXPECT_EQ(messageOf("$P series r.json --format yaml"),
             "result-tables: --format: expected one of text, csv, json, svg, found \"yaml\"\n");
   EXPECT_EQ(messageOf("$P series none.json"),

@@ -23,10 +23,13 @@ struct Piece {
 
 /// Characters that stand on no line's beginning: closing marks, and letters that go with the one before.
 bool staysWithTheOneBefore(std::string_view character) {
-  constexpr std::string_view marks[] = {")",  "]",  ",",  ".",  ":",  ";",  "?",  "!",  "。", "、",
-                                        "」", "）", "ー", "ッ", "ャ", "ュ", "ョ", "ァ", "ィ", "ェ"};
+  constexpr std::string_view marks[] = {")",  "]",  ",",  ".",  ":",  ";",  "?",  "!",  "。", "、", "」",
+                                        "）", "？", "～", "ー", "ッ", "ャ", "ュ", "ョ", "ァ", "ィ", "ェ"};
   return std::find(std::begin(marks), std::end(marks), character) != std::end(marks);
 }
+
+/// Opening marks, which stand on no line's end.
+bool staysWithTheNext(std::string_view character) { return character == "（" || character == "「"; }
 
 std::vector<Piece> piecesOf(std::string_view words) {
   auto const valid = toValidUtf8(words);
@@ -34,6 +37,7 @@ std::vector<Piece> piecesOf(std::string_view words) {
   std::vector<Piece> pieces;
   bool isAfterBlank = false;
   bool isAfterWide = false;
+  bool isAfterOpening = false;
   bool isInBrackets = false;
   while (!text.empty()) {
     std::string const character(firstCharacter(text));
@@ -43,7 +47,8 @@ std::vector<Piece> piecesOf(std::string_view words) {
       continue;
     }
     bool const isWide = displayWidth(character) > 1;
-    bool const mayDivide = (isWide || isAfterWide) && !isInBrackets && !staysWithTheOneBefore(character);
+    bool const mayDivide =
+        (isWide || isAfterWide) && !isInBrackets && !isAfterOpening && !staysWithTheOneBefore(character);
     if (pieces.empty() || isAfterBlank || mayDivide) {
       pieces.push_back({character, isAfterBlank});
     } else {
@@ -52,6 +57,7 @@ std::vector<Piece> piecesOf(std::string_view words) {
     isInBrackets = character == "[" || (isInBrackets && character != "]");
     isAfterBlank = false;
     isAfterWide = isWide;
+    isAfterOpening = staysWithTheNext(character);
   }
   return pieces;
 }
