@@ -3,13 +3,17 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cctype>
 #include <filesystem>
+#include <fstream>
 #include <iterator>
 #include <map>
 #include <memory>
+#include <regex>
 #include <set>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -17,6 +21,7 @@
 #include "Business_TableProperties/SimUnitMaxValuesProvider.h"
 #include "Business_TableProperties/TablePropertySettings.h"
 #include "VantaService_Translator/MessageCatalogue.h"
+#include "result_tables/base/Text.h"
 #include "support/ChildProcess.h"
 #include "support/TemporaryFolder.h"
 #include "support/TranslatorSpy.h"
@@ -312,6 +317,128 @@ TEST(Translations, ShortNamesAreNotLongerThanTheNamesTheyStandFor) {
           entries.at({"TablePropertySettings|Property short display name", shortName}).translations.at(0);
       EXPECT_LE(brief.size(), full.size()) << file << ' ' << name;
     }
+  }
+}
+
+// ---- the glossary of docs/translations.md
+
+struct Term {
+  std::string english;
+  std::map<std::string, std::vector<std::string>> words;  ///< by language
+  std::vector<std::string> notUsed;
+};
+
+std::vector<std::string> split(std::string const& text, std::string const& separator) {
+  std::vector<std::string> parts;
+  for (std::size_t begin = 0, end = 0; end != text.npos; begin = end + separator.size()) {
+    end = text.find(separator, begin);
+    if (auto part = text.substr(begin, end - begin); !part.empty()) parts.push_back(std::move(part));
+  }
+  return parts;
+}
+
+std::vector<Term> readGlossary() {
+  std::ifstream page(sourceDirectory / "docs" / "translations.md");
+  std::string line;
+  while (std::getline(page, line) && line != "| English | German | Japanese | not used |") continue;
+  std::getline(page, line);
+  std::vector<Term> terms;
+  while (std::getline(page, line) && line.starts_with("| ")) {
+    auto const cells = split(line.substr(2), " | ");
+    auto const notUsed = cells.size() > 3 ? cells[3].substr(0, cells[3].size() - 2) : std::string();
+    terms.push_back({cells.at(0),
+                     {{"de", split(cells.at(1), ", ")}, {"ja", split(cells.at(2), ", ")}},
+                     split(notUsed, ", ")});
+  }
+  return terms;
+}
+
+std::string inLowerCase(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) {
+    return c < 0x80 ? static_cast<char>(std::tolower(c)) : static_cast<char>(c);
+  });
+  return text;
+}
+
+bool hasOneOf(std::string const& text, std::vector<std::string> const& words) {
+  return std::any_of(words.begin(), words.end(), [&text](std::string const& word) {
+    return text.find(inLowerCase(word)) != std::string::npos;
+  });
+}
+
+/// Finds a term in a text, unless it is an option or the suffix of a file; "families" has "family".
+std::regex searchFor(std::string const& term) {
+  auto const stem = term.ends_with('y') ? term.substr(0, term.size() - 1) + "(?:y|ies)" : term + "s?";
+  return std::regex("(?:^|[^-.\\w])" + stem + "\\b", std::regex::icase | std::regex::optimize);
+}
+
+TEST(Translations, KeepToTheGlossary) {
+  auto const terms = readGlossary();
+  ASSERT_EQ(terms.size(), 37U);
+  for (std::string const language : {"de", "ja"}) {
+    std::vector<std::pair<std::string, std::string>> texts;
+    for (auto const& [message, entry] : readCatalogue(translationsDirectory / (language + ".po")))
+      texts.emplace_back(message.second, inLowerCase(entry.translations.at(0)));
+    for (auto const& term : terms) {
+      auto const english = searchFor(term.english);
+      std::size_t mentioned = 0;
+      std::size_t kept = 0;
+      for (auto const& [text, translation] : texts) {
+        EXPECT_FALSE(hasOneOf(translation, term.notUsed)) << term.english << ": " << translation;
+        if (!std::regex_search(text, english)) continue;
+        ++mentioned;
+        if (hasOneOf(translation, term.words.at(language))) ++kept;
+      }
+      EXPECT_GT(kept, 0U) << language << ": " << term.english;
+      EXPECT_GE(2 * kept, mentioned) << language << ": " << term.english;
+    }
+  }
+}
+
+// ---- how Japanese is set
+
+enum class Glyph { letterOrDigit, halfWidthMark, blank, kanaOrKanji, fullWidthMark, other };
+
+Glyph glyphOf(std::string_view character) {
+  constexpr std::string_view marks[] = {"、", "。", "（", "）", "「", "」", "？"};
+  if (std::find(std::begin(marks), std::end(marks), character) != std::end(marks))
+    return Glyph::fullWidthMark;
+  if (character == " ") return Glyph::blank;
+  if (character.size() == 1) {
+    if (std::isalnum(static_cast<unsigned char>(character[0])) != 0) return Glyph::letterOrDigit;
+    return std::string_view("(),;?!").find(character) != std::string_view::npos ? Glyph::halfWidthMark
+                                                                                : Glyph::other;
+  }
+  // Kana begin with U+3041, kanji of everyday texts end with U+9FFF.
+  return character >= "\u3041" && character <= "\u9FFF" ? Glyph::kanaOrKanji : Glyph::other;
+}
+
+bool mayStandTogether(Glyph first, Glyph second) {
+  using enum Glyph;
+  std::set<Glyph> const pair = {first, second};
+  return pair != std::set{letterOrDigit, kanaOrKanji} && pair != std::set{halfWidthMark, kanaOrKanji} &&
+         pair != std::set{blank, fullWidthMark};
+}
+
+TEST(Translations, InJapaneseAreSetInOneWay) {
+  for (auto const& [message, entry] : readCatalogue(translationsDirectory / "ja.po")) {
+    auto const& translation = entry.translations.at(0);
+    std::string_view text = translation;
+    if (text.starts_with(' ')) text.remove_prefix(1);
+    auto before = Glyph::other;
+    while (!text.empty()) {
+      // A place of a value, which may be a sign alone.
+      if (text.starts_with("%1")) {
+        before = Glyph::other;
+        text.remove_prefix(2);
+        continue;
+      }
+      auto const character = ResultTables::firstCharacter(text);
+      EXPECT_TRUE(mayStandTogether(before, glyphOf(character))) << translation << ", at " << text;
+      before = glyphOf(character);
+      text.remove_prefix(character.size());
+    }
+    EXPECT_FALSE(std::regex_search(translation, std::regex("限界(?!値)"))) << translation;
   }
 }
 
