@@ -201,18 +201,5 @@ TEST_F(Diff, TakesTheDigitsAndTheColourOfItsText) {
   EXPECT_THAT(run("$P diff a.json b.json").out, testing::Not(HasSubstr("\x1b")));
 }
 
-TEST_F(Diff, IsShownInItsPageAsItIs) {
-  m_folder.write(
-      "monday.json",
-      resultsOf(unitOf('2', "OP20", bolt("Bolt 1", "20") + R"(, {"id": "Bolt 2", "kind": "bolt", "series": [
-      {"quantity": "ClampNormalForce", "values": [45.125]}, {"quantity": "ClampClosingForce", "values": [1000]}]})")));
-  m_folder.write(
-      "tuesday.json",
-      resultsOf(unitOf('2', "OP20", bolt("Bolt 1", "31") + R"(, {"id": "Bolt 2", "kind": "bolt", "series": [
-      {"quantity": "ClampNormalForce", "values": [1]}, {"quantity": "ClampClosingForce", "values": ["Infinity"]}]})")));
-  auto const page = run("cat '" KESTREL_SOURCE_DIR "/docs/diff.md'").out;
-  EXPECT_THAT(page, HasSubstr("```\n" + run("$P diff monday.json tuesday.json").out + "```\n"));
-}
-
 }  // namespace
 }  // namespace Kestrel::ResultTables
