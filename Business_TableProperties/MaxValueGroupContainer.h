@@ -21,19 +21,19 @@ struct MaxValueItem {
 
 /// Rows of a section that belong together.
 struct MaxValueSubGroup {
-  std::string name;  ///< display name of the grouping; empty where the section is not grouped
-  std::vector<MaxValueItem> items;
+  std::string name;                 ///< display name of the grouping; empty where the section is not grouped
+  std::vector<MaxValueItem> items;  ///< the rows, in display order
 };
 
 /// One section of a table.
 struct MaxValueGroup {
-  std::string name;  ///< translated section title
-  bool isTeachingGroup = false;
-  bool isForceGroup = false;
+  std::string name;              ///< translated section title
+  bool isTeachingGroup = false;  ///< whether the columns are offsets of the teaching
+  bool isForceGroup = false;     ///< whether the columns are forces
   /// The limit that applies to each column, in column order. May be longer than `valueNames`.
   std::vector<TablePropertyLimitType> limitTypes;
-  std::vector<std::string> valueNames;  ///< the columns: result-quantity keys, in column order
-  std::vector<MaxValueSubGroup> subGroups;
+  std::vector<std::string> valueNames;      ///< the columns: result-quantity keys, in column order
+  std::vector<MaxValueSubGroup> subGroups;  ///< the rows, in display order
 };
 
 /// The data behind the result table of one family of elements of one simulation unit.
@@ -56,7 +56,9 @@ struct KESTREL_TABLEPROPERTIES_EXPORT MaxValueGroupContainer {
     LineWelds = 11,
   };
 
-  /// An empty table of the family `type` in the unit `unitId`.
+  /// An empty table.
+  /// \param type the family, also a number that is none
+  /// \param unitId the unit that the values will come from
   MaxValueGroupContainer(DataType type, SimulationUnitId const& unitId);
   ~MaxValueGroupContainer();
 

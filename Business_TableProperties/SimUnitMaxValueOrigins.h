@@ -57,13 +57,15 @@ class KESTREL_TABLEPROPERTIES_EXPORT SimUnitMaxValueOrigins {
  public:
   /// Indices of a value in a container: `groups[group].subGroups[subGroup].items[item].maxValues[column]`.
   struct Place {
-    std::size_t group;
-    std::size_t subGroup;
-    std::size_t item;
-    std::size_t column;
+    std::size_t group;     ///< of the container's sections
+    std::size_t subGroup;  ///< of the section's sub-groups
+    std::size_t item;      ///< of the sub-group's rows
+    std::size_t column;    ///< of the section's columns
   };
 
-  /// `container` is not null and does not change as long as the object lives.
+  /// \param simulationUnit the unit that the container was made for; its address is kept
+  /// \param simulationResult the result that the container was made from; read now, and not held
+  /// \param container not null; does not change as long as the object lives
   SimUnitMaxValueOrigins(SimulationUnit const& simulationUnit,
                          std::weak_ptr<SimulationResult> const& simulationResult,
                          std::shared_ptr<MaxValueGroupContainer const> container);
@@ -71,10 +73,14 @@ class KESTREL_TABLEPROPERTIES_EXPORT SimUnitMaxValueOrigins {
   SimUnitMaxValueOrigins& operator=(SimUnitMaxValueOrigins const&) = delete;
   ~SimUnitMaxValueOrigins();
 
-  /// Copies no series.
+  /// Where a value comes from; copies no series.
+  /// \param place of the value; any indices
+  /// \return the origin, which says "no data" where there is none, or no such place
   [[nodiscard]] MaxValueOrigin getOrigin(Place const& place) const;
 
-  /// A copy of the series; an empty one where there is none.
+  /// The series that a value comes from.
+  /// \param place of the value; any indices
+  /// \return a copy of the series; an empty one where there is none, or no such place
   [[nodiscard]] MaxValueSeries genGetSeries(Place const& place) const;
 
  private:

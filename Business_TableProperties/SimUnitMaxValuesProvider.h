@@ -48,28 +48,39 @@ class KESTREL_TABLEPROPERTIES_EXPORT SimUnitMaxValuesProvider {
   /// join. It begins with a blank.
   static std::string const s_invalidValues_elementNameAppendix;
 
-  /// Keeps the address of `simulationUnit` and the weak reference; reads nothing.
+  /// Reads nothing.
+  /// \param simulationUnit must outlive the provider, which keeps its address
+  /// \param simulationResult may go at any time; the provider holds it weakly
   SimUnitMaxValuesProvider(SimulationUnit const& simulationUnit,
                            std::weak_ptr<SimulationResult> simulationResult);
+  /// A provider of the same unit and result.
+  /// \param other what is copied
   SimUnitMaxValuesProvider(SimUnitMaxValuesProvider const& other);
   SimUnitMaxValuesProvider& operator=(SimUnitMaxValuesProvider const&) = delete;
   ~SimUnitMaxValuesProvider();
 
   /// The table of one family. Clamps and bolts come without their teaching section; the tool families
   /// (clamping tools, rollers, steels, hemming bed) and unknown numbers come empty, with `dataType` and
-  /// `simulationUnitId` set. Never null; each call builds a new container.
+  /// `simulationUnitId` set.
+  /// \param dataType the family
+  /// \return never null; each call builds a new container
   [[nodiscard]] std::shared_ptr<MaxValueGroupContainer> genGetMaxValuesCollection(
       MaxValueGroupContainer::DataType dataType) const;
 
   /// The table of the bolts, when `dataType` is `Bolts`, and of the clamps for every other value, which the
-  /// container nevertheless carries. With `withTeaching` the teaching offsets are the third section. Never
-  /// null.
+  /// container nevertheless carries.
+  /// \param dataType the family
+  /// \param withTeaching whether the teaching offsets are the third section
+  /// \return never null; each call builds a new container
   [[nodiscard]] std::shared_ptr<MaxValueGroupContainer> genGetClampMaxValuesCollection(
       MaxValueGroupContainer::DataType dataType, bool withTeaching) const;
 
   /// The table of a tool family: one sub-group per entry of `grouping`, with one row per tool that it lists,
   /// in the order given, whatever the kind of the tool. Comes empty when the unit has no forming tools, and
-  /// with rows without columns when `dataType` is no tool family. Never null.
+  /// with rows without columns when `dataType` is no tool family.
+  /// \param grouping the sub-groups, in display order
+  /// \param dataType the family
+  /// \return never null; each call builds a new container
   [[nodiscard]] std::shared_ptr<MaxValueGroupContainer> genGetToolMaxValuesCollection(
       ToolGrouping const& grouping, MaxValueGroupContainer::DataType dataType) const;
 

@@ -41,6 +41,9 @@ class KESTREL_TABLEPROPERTIES_EXPORT TablePropertiesData : public Object {
   /// The limit of a kind in a unit. Empty for a unit without limits and for a kind that it has no limit of:
   /// `NoLimit`, and the kinds without a default (`ClampingToolForce`, `ClampClosingForce`) unless a document
   /// held one. O(log n) in the number of units.
+  /// \param id the unit
+  /// \param type the kind
+  /// \return the limit, shared with the collection, or null
   [[nodiscard]] std::shared_ptr<TablePropertyLimit> getLimit(SimulationUnitId const& id,
                                                              TablePropertyLimitType type) const;
 
@@ -55,10 +58,12 @@ class KESTREL_TABLEPROPERTIES_EXPORT TablePropertiesData : public Object {
   /// When it throws, the kept limits have their values, and the next call completes the work.
   ///
   /// Cost: n log n in units plus limits. REQUIRES: a tree report does not call this operation again.
+  /// \param ids the document's units, in their order
   void updateLimits(std::vector<SimulationUnitId> const& ids);
 
   /// Fills `record` (a `BaseClassRegister`) with the entry under which the archive stores collections, and
   /// registers the class first if that has not happened yet.
+  /// \param record not null
   static void serialization_register(void* record);
   /// Whether the class is registered with the archive, which happens when the library is loaded.
   static bool s_force_serialization_registration;

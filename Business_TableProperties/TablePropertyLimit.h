@@ -28,35 +28,49 @@ class PersistenceArchiver;
 /// it.
 class KESTREL_TABLEPROPERTIES_EXPORT TablePropertyLimit : public LimitAccessInterface, public Object {
  public:
-  /// A limit of `limit` `unit` for the kind `type` in the simulation unit `id`, without a display name.
+  /// A limit without a display name.
+  /// \param type the kind of values that it is for
+  /// \param id the simulation unit
+  /// \param limit the value, any double
+  /// \param unit of the value, "N" for example
   TablePropertyLimit(TablePropertyLimitType type, SimulationUnitId const& id, double limit,
                      std::string const& unit);
   ~TablePropertyLimit() override;
 
+  /// \return the value that was set last, in the unit that `getUnitString` names
   [[nodiscard]] double getLimit() const override;
   /// Stores the value, then calls the slots of the changed signal: on every call, also with the value that
   /// the limit has already. What a slot throws reaches the caller, with the value stored.
+  /// \param limit any double
   void setLimit(double limit) override;
-  /// A copy of the display name.
+  /// \return a copy of the display name
   [[nodiscard]] std::string getLimitDisplayName() const override;
-  /// A copy of the unit text, "N" or "mm" for the defaults.
+  /// \return a copy of the unit text, "N" or "mm" for the defaults
   [[nodiscard]] std::string getUnitString() const override;
   /// Calls `slot` after every `setLimit` and `setMaxLimit` until the returned connection is disconnected or
   /// the limit destroyed. A slot may disconnect itself, set the limit again or release the limit.
+  /// \param slot called on the thread that sets the limit
+  /// \return the connection; who drops it stays connected
   Signals::Connection connectToSigLimitsChanged(Signals::Slot<void()> const& slot) override;
 
-  [[nodiscard]] double getMaxLimit() const;  ///< `getLimit`
+  /// \return `getLimit`
+  [[nodiscard]] double getMaxLimit() const;
   /// As `setLimit`, in a class derived from this one too: it does not call an override of that.
+  /// \param limit any double
   void setMaxLimit(double limit);
-  /// The name shown for the limit; empty until somebody sets it, and not stored in documents.
+  /// \return the name shown for the limit; empty until somebody sets it, and not stored in documents
   [[nodiscard]] std::string const& getMaxLimitDisplayName() const;
   /// Sets the display name and tells nobody.
+  /// \param name what is shown from now on
   void setMaxDisplayName(std::string const& name);
+  /// \return the simulation unit that the limit is for
   [[nodiscard]] SimulationUnitId const& getSimUnitID() const;
+  /// \return the kind of values that the limit is for
   [[nodiscard]] TablePropertyLimitType getType() const;
 
   /// Fills `record` (a `BaseClassRegister`) with the entry under which the archive stores limits, and
   /// registers the class first if that has not happened yet.
+  /// \param record not null
   static void serialization_register(void* record);
   /// Whether the class is registered with the archive, which happens when the library is loaded.
   static bool s_force_serialization_registration;

@@ -26,18 +26,33 @@ namespace Kestrel {
 // NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
 class KESTREL_TABLEPROPERTIES_EXPORT TablePropertySettings {
  public:
+  /// Copies nothing, as there is nothing in an object.
+  /// \param other anything
   TablePropertySettings(TablePropertySettings const& other);
+  /// Copies nothing.
+  /// \param other anything
+  /// \return this object
   TablePropertySettings& operator=(TablePropertySettings const& other);
 
   /// "Normal Force".
+  /// \param key of a result quantity, as in `MaxValueGroup::valueNames`
+  /// \return the text; an empty one for an unknown key
   [[nodiscard]] static std::string getDisplayName(std::string const& key);
   /// "Norm F".
+  /// \param key of a result quantity, as in `MaxValueGroup::valueNames`
+  /// \return the text; an empty one for an unknown key
   [[nodiscard]] static std::string getShortDisplayName(std::string const& key);
   /// The header of the table's column: "Max Normal Force".
+  /// \param key of a result quantity, as in `MaxValueGroup::valueNames`
+  /// \return the text; an empty one for an unknown key
   [[nodiscard]] static std::string getTableDisplayName(std::string const& key);
   /// The short header of the table's column: "Max Norm F".
+  /// \param key of a result quantity, as in `MaxValueGroup::valueNames`
+  /// \return the text; an empty one for an unknown key
   [[nodiscard]] static std::string getShortTableDisplayName(std::string const& key);
   /// "N" or "mm", in every language.
+  /// \param key of a result quantity, as in `MaxValueGroup::valueNames`
+  /// \return the text; an empty one for an unknown key
   [[nodiscard]] static std::string getUnitString(std::string const& key);
 
  private:

@@ -11,6 +11,7 @@ class PersistenceArchiver;
 class SimulationUnitId : public GUIdentifier {
  public:
   SimulationUnitId() = default;
+  /// The same identifier as one of a simulation unit.
   explicit SimulationUnitId(GUIdentifier const& id) : GUIdentifier(id) {}
 
   /// Fills `record` (a `BaseClassRegister`) with the entry under which the archive stores the identifier.
@@ -26,5 +27,8 @@ class SimulationUnitId : public GUIdentifier {
 
 }  // namespace Kestrel
 
+// Doxygen finds no scope for specialisations of others' templates.
+/// \cond
 template <>
 struct std::hash<Kestrel::SimulationUnitId> : std::hash<Kestrel::GUIdentifier> {};
+/// \endcond

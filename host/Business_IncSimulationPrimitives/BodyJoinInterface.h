@@ -21,7 +21,9 @@ class BodyJoinInterface {
 
  protected:
   BodyJoinInterface() = default;
+  /// For derived classes alone, so that no record is cut.
   BodyJoinInterface(BodyJoinInterface const&) = default;
+  /// As the copy.
   BodyJoinInterface& operator=(BodyJoinInterface const&) = default;
 };
 

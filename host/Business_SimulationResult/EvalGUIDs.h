@@ -8,6 +8,7 @@ namespace Kestrel {
 class EvalJoinGUID : public GUIdentifier {
  public:
   EvalJoinGUID() = default;
+  /// The same identifier as one of a point join.
   explicit EvalJoinGUID(GUIdentifier const& id) : GUIdentifier(id) {}
 };
 
@@ -15,6 +16,7 @@ class EvalJoinGUID : public GUIdentifier {
 class EvalLineJoinGUID : public GUIdentifier {
  public:
   EvalLineJoinGUID() = default;
+  /// The same identifier as one of a line join.
   explicit EvalLineJoinGUID(GUIdentifier const& id) : GUIdentifier(id) {}
 };
 
@@ -22,6 +24,7 @@ class EvalLineJoinGUID : public GUIdentifier {
 class EvalSimulationUnitJoinGUID : public GUIdentifier {
  public:
   EvalSimulationUnitJoinGUID() = default;
+  /// The same identifier as one of a join's definition.
   explicit EvalSimulationUnitJoinGUID(GUIdentifier const& id) : GUIdentifier(id) {}
 };
 

@@ -14,11 +14,16 @@ namespace Kestrel {
 /// A line join (a weld seam, an adhesive bead) in one simulation step, with its result fields.
 class SimulationBodyLineJoin {
  public:
+  /// A record of the join `stringId`, shown as `displayName`, that was defined as `simulationUnitJoin`;
+  /// without fields.
   SimulationBodyLineJoin(std::string stringId, std::string displayName, BodyJoinInterface::JoinState state,
                          EvalSimulationUnitJoinGUID const& simulationUnitJoin);
 
+  /// The identifier of the join, the same in every step.
   [[nodiscard]] std::string const& getStringID() const { return m_stringId; }
+  /// The name that the user sees.
   [[nodiscard]] std::string const& getDisplayName() const { return m_displayName; }
+  /// How far the join has come in this step.
   [[nodiscard]] BodyJoinInterface::JoinState getState() const { return m_state; }
   /// Where the join was defined.
   [[nodiscard]] EvalSimulationUnitJoinGUID const& getEvalSimulationUnitJoinGUID() const {

@@ -11,6 +11,7 @@ namespace Kestrel {
 /// The steps of one simulation unit's result, numbered from 0.
 class SimulationResult {
  public:
+  /// Takes the steps in the order of their numbers; null for one without data.
   explicit SimulationResult(std::vector<std::shared_ptr<SimulationStep>> steps);
 
   /// Steps without data count too; no step has this number or a greater one.

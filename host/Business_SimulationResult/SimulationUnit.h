@@ -27,12 +27,15 @@ class SimulationUnit {
   /// What the visible step bounds read in a unit without visible steps.
   static constexpr unsigned int s_noStep = 0xFFFFFFFF;
 
+  /// A unit without tools, joins and visible steps.
   SimulationUnit(SimulationUnitId const& id, std::string name);
   SimulationUnit(SimulationUnit const&) = delete;
   SimulationUnit& operator=(SimulationUnit const&) = delete;
   ~SimulationUnit();
 
+  /// The identifier by which limits and outputs know the unit.
   [[nodiscard]] SimulationUnitId const& getID() const { return m_id; }
+  /// The name that the user sees; need not be unique.
   [[nodiscard]] std::string const& getSimulationUnitName() const { return m_name; }
 
   /// Appends the identifiers of the tools of one kind to `ids`, in the order in which the tools were added.
@@ -45,11 +48,15 @@ class SimulationUnit {
   [[nodiscard]] std::unique_ptr<StepValues<double>> genGetJoinTangentialForceStepValues(
       std::string const& toolId) const;
 
+  /// Whether `setVisibleSteps` has named steps.
   [[nodiscard]] bool hasVisibleSimulationSteps() const { return m_firstVisibleStep != s_noStep; }
+  ///@{
   /// Inclusive bounds of the steps that the user sees; the first may be greater than the last (an empty
   /// range).
+  /// Both are `s_noStep` in a unit without visible steps.
   [[nodiscard]] unsigned int getFirstVisibleStep() const { return m_firstVisibleStep; }
   [[nodiscard]] unsigned int getLastVisibleStep() const { return m_lastVisibleStep; }
+  ///@}
 
   /// The identifiers of the joins that are defined in this unit.
   [[nodiscard]] std::vector<EvalSimulationUnitJoinGUID> const& getEvalIDOfJoinDefinedInSimUnitVector() const {
@@ -72,7 +79,10 @@ class SimulationUnit {
   /// Stores the tangential force of the join `toolId`, which the unit must have (else std::out_of_range).
   void setJoinTangentialForce(std::string const& toolId, StepValues<double> series);
 
+  /// Names the bounds of the visible steps, both inclusive. `first` may be greater than `last`: an empty
+  /// range.
   void setVisibleSteps(unsigned int first, unsigned int last);
+  /// Adds the identifier of a join that is defined in this unit, behind the others.
   void addJoinDefinedInSimUnit(EvalSimulationUnitJoinGUID const& id) { m_joinsDefinedInUnit.push_back(id); }
 
  private:

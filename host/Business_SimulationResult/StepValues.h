@@ -16,16 +16,20 @@ namespace Kestrel {
 template <typename Value>
 class StepValues {
  public:
+  /// A value and its companion.
   using Pair = std::pair<Value, Value>;
 
   /// An empty series of plain values.
   StepValues() = default;
+  /// A series of plain values.
   explicit StepValues(std::vector<Value> values) : StepValues(own(std::move(values))) {}
+  /// A series of pairs.
   explicit StepValues(std::vector<Pair> pairs) : StepValues(own(std::move(pairs))) {}
 
   /// Of numbers that are there and stay as they are as long as `owner` or a copy of it is.
   StepValues(std::shared_ptr<void const> owner, std::span<Value const> values)
       : m_owner(std::move(owner)), m_numbers(values.data()), m_size(values.size()) {}
+  /// The same for pairs.
   StepValues(std::shared_ptr<void const> owner, std::span<Pair const> pairs)
       : m_owner(std::move(owner)), m_numbers(pairs.data()), m_size(pairs.size()), m_isPairs(true) {}
 

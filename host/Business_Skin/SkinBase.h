@@ -9,7 +9,9 @@ class SkinBase {
 
  protected:
   SkinBase() = default;
+  /// For derived classes alone, so that no field is cut.
   SkinBase(SkinBase const&) = default;
+  /// As the copy.
   SkinBase& operator=(SkinBase const&) = default;
 };
 

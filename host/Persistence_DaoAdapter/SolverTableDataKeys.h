@@ -10,6 +10,8 @@ class SolverTableDataKeys {
  public:
   SolverTableDataKeys() = delete;
 
+  ///@{
+  /// The key of the quantity that the operation is named after.
   static std::string const& getNameOfClampNormalForce();
   static std::string const& getNameOfClampClosingForce();
   static std::string const& getNameOfClampSupportingForce();
@@ -37,6 +39,7 @@ class SolverTableDataKeys {
   static std::string const& getNameOfSuctionZoneForceZ();
   static std::string const& getNameOfSuctionZoneAbsForce();
   static std::string const& getNameOfSuctionDistance();
+  ///@}
 };
 
 }  // namespace Kestrel

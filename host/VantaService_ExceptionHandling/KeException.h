@@ -8,6 +8,7 @@ namespace Kestrel {
 /// Base of the exceptions that the host's own operations throw; carries the message as given.
 class KeException : public std::exception {
  public:
+  /// An exception with a message for people.
   explicit KeException(std::string message);
   ~KeException() override;
 

@@ -16,6 +16,7 @@ namespace Kestrel {
 class GUIdentifier {
  public:
   GUIdentifier() : m_uuid{} {}
+  /// The identifier with these sixteen bytes.
   explicit GUIdentifier(boost::uuids::uuid const& uuid) : m_uuid(uuid) {}
 
   /// Reads "8-4-4-4-12" hexadecimal digits of either case; nothing else is an identifier.
@@ -24,10 +25,14 @@ class GUIdentifier {
   /// The identifier in the form "8-4-4-4-12", in lower case.
   [[nodiscard]] std::string toString() const;
 
+  /// The sixteen bytes.
   [[nodiscard]] boost::uuids::uuid const& getUuid() const { return m_uuid; }
 
+  ///@{
+  /// Compares the sixteen bytes, first to last, unsigned.
   friend bool operator==(GUIdentifier const& a, GUIdentifier const& b) { return a.m_uuid == b.m_uuid; }
   friend bool operator<(GUIdentifier const& a, GUIdentifier const& b) { return a.m_uuid < b.m_uuid; }
+  ///@}
 
  private:
   boost::uuids::uuid m_uuid;
@@ -35,7 +40,10 @@ class GUIdentifier {
 
 }  // namespace Kestrel
 
+// Doxygen finds no scope for specialisations of others' templates.
+/// \cond
 template <>
 struct std::hash<Kestrel::GUIdentifier> {
   std::size_t operator()(Kestrel::GUIdentifier const& id) const noexcept { return hash_value(id.getUuid()); }
 };
+/// \endcond

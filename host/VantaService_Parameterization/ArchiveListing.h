@@ -9,16 +9,20 @@ namespace Kestrel {
 
 /// One value of a record.
 struct ArchiveField {
+  /// A pointer to no object.
   struct Null {};
+  /// A pointer to an object whose record stands further in front.
   struct Reference {
     unsigned int address;  ///< of the object's record
   };
+  /// Bytes that are no value of another kind.
   struct Bytes {
-    std::string bytes;
-    bool isUnread;  ///< the class did not read them: a newer program wrote them
+    std::string bytes;  ///< as they stand in the document
+    bool isUnread;      ///< the class did not read them: a newer program wrote them
   };
 
-  unsigned int offset;
+  unsigned int offset;  ///< where in the document it begins
+  /// What it holds, by its kind.
   std::variant<Null, Reference, unsigned int, double, std::string, Bytes> value;
 };
 

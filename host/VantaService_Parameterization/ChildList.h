@@ -20,6 +20,7 @@ class Object;
 /// Threads: one at a time.
 class ChildList {
  public:
+  /// Number of children; one that stands in the list twice counts twice.
   [[nodiscard]] std::size_t size() const { return m_size; }
 
   /// Makes room for `count` more children, so that appending them cannot fail. Amortised O(1) per child. On

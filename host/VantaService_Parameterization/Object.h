@@ -87,6 +87,7 @@ class Object : public std::enable_shared_from_this<Object> {
   /// Number that no other child of the parent has, when `ObjectHelper` was asked for fresh ids.
   [[nodiscard]] int getChildId() const noexcept { return m_childId; }
 
+  /// Number of children.
   [[nodiscard]] std::size_t getChildCount() const noexcept;
   /// The child at a position of the list of children. O(log n). REQUIRES: position < getChildCount().
   [[nodiscard]] std::shared_ptr<Object> getChild(std::size_t position) const;
@@ -108,6 +109,7 @@ class Object : public std::enable_shared_from_this<Object> {
  protected:
   /// Whether the object is among the children. O(1).
   [[nodiscard]] bool existChild(std::shared_ptr<Object const> child) const;
+  /// Names the object; tells nobody.
   void setObjectName(std::string const& name);
 
  private:

@@ -9,6 +9,7 @@ namespace Kestrel {
 /// A document that cannot be read. `what()` is one line: "byte 1234: " and the reason.
 class ArchiveException : public KeException {
  public:
+  /// What is wrong at `offset`, in bytes from the beginning of the document.
   ArchiveException(unsigned int offset, std::string const& reason);
   ~ArchiveException() override;
 

@@ -23,18 +23,23 @@ class ArchiveObserver;
 /// Reads a document, to which it refers. `PersistenceArchiver` says what each operation promises.
 class ArchiveReader {
  public:
+  /// Whether a document whose checksum is another is refused.
   enum class Checksum { mustMatch, ignored };
 
+  /// What stands in front of a record.
   struct AddressHeader {
     unsigned int address;  ///< of the object's first record; 0: a null pointer
     unsigned int end;      ///< position behind the record that was opened
   };
 
+  /// Checks the frame of the document, to which it refers, and reads its tables. Linear.
   ArchiveReader(std::string_view document, Checksum checksum);
 
   /// The classes of the document that are registered, with the document's versions as read versions.
   [[nodiscard]] ClassMap genClasses() const;
 
+  ///@{
+  /// The operation of `PersistenceArchiver` that this carries out says what it promises.
   [[nodiscard]] unsigned int getPosition() const { return m_bytes.getPosition(); }
   [[nodiscard]] unsigned int getRecordAddress() const { return m_open.empty() ? 0 : m_open.back().address; }
 
@@ -53,9 +58,12 @@ class ArchiveReader {
     m_open.pop_back();
     m_bytes.set(end, m_open.empty() ? m_recordsEnd : m_open.back().end);
   }
+  ///@}
 
   /// The objects of a class that were read.
   [[nodiscard]] PointerMapContainerBase& getObjects(unsigned int typeHash, BaseClassRegister const& record);
+  ///@{
+  /// The operation of `PersistenceArchiver` that this carries out says what it promises.
   void beginObject(unsigned int address) const {
     if (getRecordAddress() != address)
       fail("no object of this class begins at byte " + std::to_string(address));
@@ -63,12 +71,15 @@ class ArchiveReader {
   void endObject(unsigned int address) const {
     if (getRecordAddress() != address) throw std::logic_error("an object was read that left a record open");
   }
+  ///@}
 
   /// Right behind the opening of a record the number is a type hash.
   [[nodiscard]] std::uint32_t readNumber() {
     if (m_observer == nullptr && getPosition() != m_hashPosition) return m_bytes.readNumber();
     return readHashOrReport();
   }
+  ///@{
+  /// The operation of `PersistenceArchiver` that this carries out says what it promises.
   [[nodiscard]] double readReal();
   [[nodiscard]] std::string_view readText();
   [[nodiscard]] std::string_view readBytes();
@@ -78,6 +89,7 @@ class ArchiveReader {
   [[noreturn]] void fail(std::string const& reason) const { m_bytes.fail(reason); }
 
   void setObserver(ArchiveObserver* observer) { m_observer = observer; }
+  ///@}
 
  private:
   struct OpenRecord {

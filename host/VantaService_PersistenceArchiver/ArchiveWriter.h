@@ -25,6 +25,8 @@ class ArchiveWriter {
   /// Writes objects of `classes`, which are referred to.
   explicit ArchiveWriter(ClassMap const& classes);
 
+  ///@{
+  /// The operation of `PersistenceArchiver` that this carries out says what it promises.
   [[nodiscard]] unsigned int getPosition() const { return m_bytes.getPosition(); }
   [[nodiscard]] unsigned int getRecordAddress() const { return m_open.empty() ? 0 : m_open.back(); }
 
@@ -43,6 +45,7 @@ class ArchiveWriter {
   }
   void writeReference(unsigned int address, unsigned int typeHash);
   void writeNull() { m_bytes.writeWord(ArchiveFormat::nullWord); }
+  ///@}
 
   /// The objects of a class that were written.
   [[nodiscard]] StreamposMap& getPositions(unsigned int typeHash) {
@@ -50,11 +53,14 @@ class ArchiveWriter {
     return m_positions[numberOf(typeHash) - 1];
   }
 
+  ///@{
+  /// The operation of `PersistenceArchiver` that this carries out says what it promises.
   void writeNumber(std::uint32_t value) { m_bytes.writeNumber(value); }
   void writeReal(double value) { m_bytes.writeLongWord(std::bit_cast<std::uint64_t>(value)); }
   void writeText(std::string_view text) { m_bytes.writeNumber(m_texts.add(text)); }
 
   [[nodiscard]] std::string genDocument();
+  ///@}
 
  private:
   /// In the table of classes, from 1; 0: no class.

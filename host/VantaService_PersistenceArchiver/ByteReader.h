@@ -26,6 +26,7 @@ class ByteReader {
   [[nodiscard]] unsigned int getPosition() const {
     return static_cast<unsigned int>(m_position - m_bytes.data());
   }
+  /// Up to the bound.
   [[nodiscard]] unsigned int getBytesLeft() const { return static_cast<unsigned int>(m_end - m_position); }
 
   /// Goes to another place and bound. REQUIRES: position <= end, both inside the bytes.
@@ -41,8 +42,11 @@ class ByteReader {
       return static_cast<unsigned char>(*m_position++);
     return readLongNumber();
   }
+  /// 4 bytes, the lowest first.
   [[nodiscard]] std::uint32_t readWord() { return boost::endian::load_little_u32(readRaw(4)); }
+  /// 8 bytes, the lowest first.
   [[nodiscard]] std::uint64_t readLongWord() { return boost::endian::load_little_u64(readRaw(8)); }
+  /// `count` bytes, which are referred to.
   [[nodiscard]] std::string_view readBytes(unsigned int count) { return {take(count), count}; }
 
   /// Reports damage at the current position.

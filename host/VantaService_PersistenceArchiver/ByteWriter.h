@@ -15,6 +15,7 @@ class ByteWriter {
  public:
   /// Number of bytes so far.
   [[nodiscard]] unsigned int getPosition() const { return static_cast<unsigned int>(m_size); }
+  /// What was written so far; valid until more is.
   [[nodiscard]] std::string_view getBytes() const { return {m_bytes.data(), m_size}; }
 
   /// 1 to 5 bytes, seven bits each, the lowest first.
@@ -24,14 +25,17 @@ class ByteWriter {
     *at++ = static_cast<char>(value);
     m_size = static_cast<std::size_t>(at - m_bytes.data());
   }
+  /// 4 bytes, the lowest first.
   void writeWord(std::uint32_t value) {
     boost::endian::store_little_u32(reinterpret_cast<unsigned char*>(reserve(4)), value);
     m_size += 4;
   }
+  /// 8 bytes, the lowest first.
   void writeLongWord(std::uint64_t value) {
     boost::endian::store_little_u64(reinterpret_cast<unsigned char*>(reserve(8)), value);
     m_size += 8;
   }
+  /// The bytes as they are.
   void writeBytes(std::string_view bytes) { m_size += bytes.copy(reserve(bytes.size()), bytes.size()); }
 
   /// Replaces the word at a position. REQUIRES: position + 4 <= getPosition().

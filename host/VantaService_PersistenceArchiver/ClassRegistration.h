@@ -24,11 +24,13 @@ inline constexpr unsigned int noTypeHash = 0xBBAFA6C8;
 /// friend: `friend class ArchiveAccess;`.
 class ArchiveAccess {
  public:
+  /// Calls the class's own `load`.
   template <typename T>
   static void load(PersistenceArchiver& archive, void* object, unsigned int version) {
     static_cast<T*>(object)->load(archive, version);
   }
 
+  /// Calls the class's own `save`.
   template <typename T>
   static void save(PersistenceArchiver& archive, void const* object, unsigned int version) {
     static_cast<T const*>(object)->save(archive, version);

@@ -22,8 +22,11 @@ class ClassRegistry {
   /// The one registry of the process, made when it is first asked for.
   [[nodiscard]] static ClassRegistry& instance();
 
+  /// As `PersistenceArchiver::getHashForName`.
   [[nodiscard]] static unsigned int hashOf(std::string_view name);
 
+  ///@{
+  /// The operation of `PersistenceArchiver` that this carries out says what it promises.
   BaseClassRegister const* add(std::string const& name, BaseClassRegister const& record,
                                unsigned int version);
   void withdraw(unsigned int identifier);
@@ -33,9 +36,11 @@ class ClassRegistry {
   bool add(unsigned int baseIdentifier, unsigned int derivedIdentifier, Caster* caster);
   void withdraw(Caster const& caster);
   [[nodiscard]] Caster const* findCaster(unsigned int baseIdentifier, unsigned int derivedIdentifier);
+  ///@}
 
   /// A copy of what is registered.
   [[nodiscard]] ClassMap getClasses() const;
+  /// A copy of the record of a class; none of a class that is not registered.
   [[nodiscard]] std::optional<BaseClassRegister> find(unsigned int identifier) const;
 
  private:

@@ -116,6 +116,7 @@ class PersistenceArchiver {
   void mark_pointer(unsigned int address, unsigned int typeHash) {
     writer().writeReference(address, typeHash);
   }
+  /// Writes a pointer to no object.
   void mark_null_pointer() { writer().writeNull(); }
 
   /// The objects of a class that this archive has written. The reference stays valid. KeException for a class
@@ -124,6 +125,7 @@ class PersistenceArchiver {
     return writer().getPositions(typeHash);
   }
 
+  /// 1 to 5 bytes.
   PersistenceArchiver& operator<<(unsigned int const& value) {
     writer().writeNumber(value);
     return *this;
@@ -133,6 +135,7 @@ class PersistenceArchiver {
     writer().writeReal(value);
     return *this;
   }
+  /// Any bytes. A text is stored once, however often it is written.
   PersistenceArchiver& operator<<(std::string const& value) {
     writer().writeText(value);
     return *this;
@@ -164,10 +167,12 @@ class PersistenceArchiver {
                                                        BaseClassRegister const& record) {
     return reader().getObjects(typeHash, record);
   }
+  ///@{
   /// Called before the object at `address` is made and read, and after that. A damaged document when the
   /// innermost record is not the object's own: a pointer led to where no object was.
   void begin_read_pointer(unsigned int address) { reader().beginObject(address); }
   void end_read_pointer(unsigned int address) { reader().endObject(address); }
+  ///@}
 
   /// A damaged document when the innermost record cannot hold `count` elements behind the read position, each
   /// of which takes at least `elementSize` bytes: those of a pointer, unless said otherwise. REQUIRES: an
@@ -180,14 +185,17 @@ class PersistenceArchiver {
     reader().fail(reason);
   }
 
+  /// A damaged document when there is no such number.
   PersistenceArchiver& operator>>(unsigned int& value) {
     value = reader().readNumber();
     return *this;
   }
+  /// All bits, of a NaN too.
   PersistenceArchiver& operator>>(double& value) {
     value = reader().readReal();
     return *this;
   }
+  /// A copy of the text.
   PersistenceArchiver& operator>>(std::string& value) {
     value.assign(reader().readText());
     return *this;

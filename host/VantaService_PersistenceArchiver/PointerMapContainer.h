@@ -20,6 +20,7 @@ class PointerMapContainerBase {
 
   /// Makes room for `count` objects in all.
   void reserve(std::size_t count);
+  /// Number of objects.
   [[nodiscard]] std::size_t size() const { return m_addresses.size(); }
 
   /// The object whose first record has the address, of the class itself and without its type; null when there

@@ -21,6 +21,7 @@ class StreamposMap {
   /// and 0 returned. Amortised O(1) on average. REQUIRES: an address other than 0.
   [[nodiscard]] unsigned int findOrInsert(std::shared_ptr<void const> object, unsigned int address);
 
+  /// Number of objects.
   [[nodiscard]] std::size_t size() const { return m_entries.size(); }
 
  private:

@@ -18,6 +18,7 @@ class TextTable {
   /// Number of the text, which is copied when it is new. O(length).
   [[nodiscard]] std::uint32_t add(std::string_view text);
 
+  /// Number of texts.
   [[nodiscard]] std::size_t size() const { return m_entries.size(); }
   /// The texts in their order, each as its length and its bytes.
   [[nodiscard]] std::string_view getBytes() const { return m_bytes.getBytes(); }

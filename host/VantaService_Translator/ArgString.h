@@ -7,6 +7,7 @@ namespace Kestrel {
 /// A text whose placeholders "%1" are still open.
 class ArgString {
  public:
+  /// A text with its placeholders.
   explicit ArgString(std::string text);
 
   /// A new text in which every "%1" of this one is `argument`; "%1" inside `argument` stays as it is.
