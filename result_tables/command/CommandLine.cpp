@@ -10,6 +10,7 @@
 #include "result_tables/base/Terminal.h"
 #include "result_tables/base/Translate.h"
 #include "result_tables/command/Check.h"
+#include "result_tables/command/Completion.h"
 #include "result_tables/command/Demo.h"
 #include "result_tables/command/Diff.h"
 #include "result_tables/command/Help.h"
@@ -38,6 +39,9 @@ class CommandLine {
   explicit CommandLine(std::span<Command const> commands);
 
   ExitCode run(int argc, char const* const* argv);
+  /// Prints what the shell of that name offers between the words before and behind the cursor.
+  void complete(std::string_view shell, std::string_view before, std::string_view behind,
+                std::string_view breaks) const;
 
  private:
   /// A command that runs, as it has been declared.
@@ -112,6 +116,32 @@ ExitCode CommandLine::run(int argc, char const* const* argv) {
   return declared()->run();
 }
 
+void CommandLine::complete(std::string_view shell, std::string_view before, std::string_view behind,
+                           std::string_view breaks) const {
+  std::vector<Arguments const*> declared;
+  for (auto const& command : m_declared) declared.push_back(&command.arguments);
+  auto const line = parseShellLine(before);
+  // The first word is the end of the one at the cursor, if any.
+  auto rest = parseShellLine('x' + std::string(behind) + ' ').words;
+  rest.erase(rest.begin());
+  auto const completion = genCompletion(m_program, declared, line, rest);
+  writeToStandardOutput(shell == "bash" ? renderForBash(completion, line, breaks) : renderForZsh(completion));
+}
+
+/// The word with which the scripts in `completion/` ask, and how many behind it.
+constexpr std::string_view s_completionWord = "__complete";
+constexpr int s_completionWords = 4;
+
+/// Whoever types sees no messages: what cannot be said is nothing to offer.
+ExitCode completeCommandLine(char const* const* words, std::span<Command const> commands) {
+  try {
+    CommandLine(commands).complete(words[0], words[1], words[2], words[3]);
+  } catch (std::exception const&) {
+    return ExitCode::failed;
+  }
+  return ExitCode::nothingFound;
+}
+
 }  // namespace
 
 std::span<Command const> programCommands() {
@@ -134,6 +164,8 @@ std::span<Command const> programCommands() {
 }
 
 ExitCode runCommandLine(int argc, char const* const* argv, std::span<Command const> commands) {
+  if (argc == 2 + s_completionWords && argv[1] == s_completionWord)
+    return completeCommandLine(argv + 2, commands);
   try {
     return CommandLine(commands).run(argc, argv);
   } catch (std::exception const& error) {

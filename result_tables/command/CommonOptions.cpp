@@ -53,11 +53,13 @@ double toleranceFromText(std::string_view option, std::string const& text) {
 }  // namespace
 
 void addResults(Arguments& arguments, std::string& results) {
-  arguments.operand("RESULTS", Count::one, tr("Results file; - is standard input"), into(results));
+  arguments.operand("RESULTS", Count::one, tr("Results file; - is standard input"), into(results),
+                    {Offer::Kind::resultsFiles});
 }
 
 void addResults(Arguments& arguments, std::vector<std::string>& results) {
-  arguments.operand("RESULTS", Count::atLeastOne, tr("Results files; - is standard input"), into(results));
+  arguments.operand("RESULTS", Count::atLeastOne, tr("Results files; - is standard input"), into(results),
+                    {Offer::Kind::resultsFiles});
 }
 
 void addStudyName(Arguments& arguments, std::string& database) {
@@ -67,23 +69,21 @@ void addStudyName(Arguments& arguments, std::string& database) {
 
 void addUnits(Arguments& arguments, std::vector<std::string>& units, Count count) {
   arguments.option("--unit", "U", count, tr("Only the units with this id or name; can be repeated"),
-                   into(units));
+                   into(units), {Offer::Kind::units});
 }
 
 void addSelection(Arguments& arguments, TableSelection& selection) {
   addUnits(arguments, selection.units);
-  arguments.option("--family", "F", Count::any, tr("Only this family of elements; can be repeated"),
-                   [&selection](std::string const& name) {
-                     selection.families.push_back(rowNamed("--family", s_families, name).dataType);
-                   });
+  addChoice(arguments, "--family", "F", Count::any, tr("Only this family of elements; can be repeated"),
+            s_families,
+            [&selection](Family const& family) { selection.families.push_back(family.dataType); });
   arguments.flag("--teaching", tr("Clamps and bolts with their teaching offsets"), selection.teaching);
   arguments.addHelp(familiesSection());
 }
 
 void addFamily(Arguments& arguments, MaxValueGroupContainer::DataType& family) {
-  arguments.option(
-      "--family", "F", Count::one, tr("The family of the element"),
-      [&family](std::string const& name) { family = rowNamed("--family", s_families, name).dataType; });
+  addChoice(arguments, "--family", "F", Count::one, tr("The family of the element"), s_families,
+            [&family](Family const& row) { family = row.dataType; });
   arguments.addHelp(familiesSection());
 }
 
@@ -105,10 +105,13 @@ void addLimits(Arguments& arguments, std::string& document) {
 }
 
 void addLimits(Arguments& arguments, std::string& document, std::string const& help) {
-  arguments.option("--limits", "FILE", Count::atMostOne, help, [&document](std::string const& name) {
-    if (name.empty()) throw Error(tr("--limits: expected the name of a file, found nothing"));
-    document = name;
-  });
+  arguments.option("--limits", "FILE", Count::atMostOne, help,
+                   [&document](std::string const& name) {
+                     if (name.empty())
+                       throw Error(tr("--limits: expected the name of a file, found nothing"));
+                     document = name;
+                   },
+                   {Offer::Kind::files});
 }
 
 NamedLimits::NamedLimits(std::string const& document) : m_document(document) {
@@ -147,7 +150,8 @@ void addTables(Arguments& arguments, Output<Tables>& output) {
 
 void addOutputFile(Arguments& arguments, std::string& file) {
   arguments.option("--output", "FILE", Count::atMostOne,
-                   tr("File to write whole or not at all, in place of standard output"), into(file));
+                   tr("File to write whole or not at all, in place of standard output"), into(file),
+                   {Offer::Kind::files});
 }
 
 void refuseTerminal(std::string_view format, std::string const& file) {
@@ -172,18 +176,16 @@ void addTextStyle(Arguments& arguments, TextStyle& style, Colour& colour) {
                    [&style](std::string const& text) {
                      style.digits = static_cast<int>(countFromText("--digits", text, 17));
                    });
-  arguments.option(
-      "--colour", "C", Count::atMostOne,
-      tr("Colour in texts: {}; {} when it is not named", "auto, always, never", "auto"),
-      [&colour](std::string const& name) { colour = rowNamed("--colour", s_colours, name).colour; });
+  addChoice(arguments, "--colour", "C", Count::atMostOne,
+            tr("Colour in texts: {}; {} when it is not named", "auto, always, never", "auto"), s_colours,
+            [&colour](ColourName const& row) { colour = row.colour; });
 }
 
 void addCurves(Arguments& arguments, TextStyle& style) {
-  arguments.option(
-      "--curves", "WHICH", Count::atMostOne,
-      tr("Curves in a report: none, those of findings, or all; those of findings and of the 200 "
-         "highest utilisations when it is not named"),
-      [&style](std::string const& name) { style.curves = rowNamed("--curves", s_curves, name).curves; });
+  addChoice(arguments, "--curves", "WHICH", Count::atMostOne,
+            tr("Curves in a report: none, those of findings, or all; those of findings and of the 200 "
+               "highest utilisations when it is not named"),
+            s_curves, [&style](CurvesName const& row) { style.curves = row.curves; });
 }
 
 void addWhen(Arguments& arguments, TextStyle& style) {

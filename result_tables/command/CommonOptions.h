@@ -123,33 +123,46 @@ auto const& rowNamed(std::string_view option, Rows const& rows, std::string cons
   refuseName(option, known, name);
 }
 
+/// An option whose value is the name of one of `rows`, which outlive the arguments; `take` gets the row.
+template <typename Rows, typename TakeRow>
+void addChoice(Arguments& arguments, std::string const& name, std::string const& valueName,
+               Arguments::Count count, std::string const& help, Rows const& rows, TakeRow take) {
+  Offer offer;
+  for (auto const& row : rows) offer.names.push_back(row.name);
+  arguments.option(
+      name, valueName, count, help,
+      [name, rows = std::span(rows), take = std::move(take)](std::string const& text) {
+        take(rowNamed(name, rows, text));
+      },
+      std::move(offer));
+}
+
 /// --format; `formats` are all that there are.
 template <typename Subject>
 void addFormat(Arguments& arguments, std::span<Format<Subject> const> formats, Output<Subject>& output) {
   std::vector<std::string_view> names;
   for (auto const& format : formats) names.push_back(format.name);
   output.format = &formats.front();
-  arguments.option("--format", "F", Arguments::Count::atMostOne,
-                   tr("Form of the output: {}; {} when it is not named", listOf(names), names.front()),
-                   [&output, formats](std::string const& name) {
-                     output.format = &rowNamed("--format", formats, name);
-                     output.isFormatNamed = true;
-                   });
+  addChoice(arguments, "--format", "F", Arguments::Count::atMostOne,
+            tr("Form of the output: {}; {} when it is not named", listOf(names), names.front()), formats,
+            [&output](Format<Subject> const& format) {
+              output.format = &format;
+              output.isFormatNamed = true;
+            });
 }
 
 /// --csv, which stands for --format csv as well. REQUIRES: declared after --format, of which "csv" is one.
 template <typename Subject>
 void addCsv(Arguments& arguments, Output<Subject>& output) {
-  arguments.option("--csv", "DIALECT", Arguments::Count::atMostOne,
-                   tr("Form csv with commas and decimal points (plain) or semicolons and decimal commas "
-                      "(excel-de)"),
-                   [&output](std::string const& name) {
-                     auto const& dialect = rowNamed("--csv", s_csvDialects<Subject>, name);
-                     if (output.isFormatNamed && output.format->name != "csv") {
-                       throw Error(tr("--csv: expected the form csv, found {}", output.format->name));
-                     }
-                     output.format = &dialect;
-                   });
+  addChoice(arguments, "--csv", "DIALECT", Arguments::Count::atMostOne,
+            tr("Form csv with commas and decimal points (plain) or semicolons and decimal commas "
+               "(excel-de)"),
+            s_csvDialects<Subject>, [&output](Format<Subject> const& dialect) {
+              if (output.isFormatNamed && output.format->name != "csv") {
+                throw Error(tr("--csv: expected the form csv, found {}", output.format->name));
+              }
+              output.format = &dialect;
+            });
 }
 
 /// All that says how tables are put out.

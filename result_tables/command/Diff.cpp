@@ -65,9 +65,9 @@ ExitCode diff(DiffOptions const& options) {
 Run declareDiff(Arguments& arguments) {
   auto const options = std::make_shared<DiffOptions>();
   arguments.operand("BEFORE", Arguments::Count::one, tr("Results file; - is standard input"),
-                    into(options->before));
+                    into(options->before), {Offer::Kind::resultsFiles});
   arguments.operand("AFTER", Arguments::Count::one, tr("Results file to compare with it"),
-                    into(options->after));
+                    into(options->after), {Offer::Kind::resultsFiles});
   addSelection(arguments, options->selection);
   addTolerance(arguments, options->tolerance);
   addLimits(

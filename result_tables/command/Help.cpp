@@ -91,14 +91,12 @@ void appendSection(std::string& out, HelpSection const& section, std::size_t wid
   }
 }
 
-bool isRepeatable(CLI::Option const& option) { return option.get_items_expected_max() > 1; }
-
 /// "--unit U..."
 std::string shownForm(CLI::Option const& option) {
   auto form = option.get_positional() ? option.get_name() : std::string();
   for (auto const& name : option.get_snames()) form += '-' + name + ", ";
   for (auto const& name : option.get_lnames()) form += "--" + name;
-  if (option.get_items_expected_max() > 0 && !option.get_positional()) form += ' ' + option.get_type_name();
+  if (takesAValue(option) && !option.get_positional()) form += ' ' + option.get_type_name();
   return form;
 }
 

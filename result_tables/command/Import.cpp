@@ -83,7 +83,8 @@ Run declareImport(Arguments& arguments) {
   auto const options = std::make_shared<ImportOptions>();
   arguments.operand("INPUT", Count::one, tr("File with the histories"), into(options->input));
   arguments.option("--map", "MAP", Count::atMostOne, tr("File that says what the histories feed"),
-                   [options = options.get()](std::string const& name) { options->map = name; });
+                   [options = options.get()](std::string const& name) { options->map = name; },
+                   {Offer::Kind::files});
   arguments.flag("--list", tr("List the histories in place of importing them"), options->lists);
   arguments.flag("--make-map", tr("Write a map to be edited, in which everything is guessed from names"),
                  options->makesMap);
@@ -92,7 +93,8 @@ Run declareImport(Arguments& arguments) {
   if (format == ImportFormat::calculix) {
     arguments.option("--step", "N", Count::atMostOne,
                      tr("Step of the solver whose values are imported, or all; goes before the map"),
-                     [&steps = options->steps](std::string const& text) { steps = stepsOf(text); });
+                     [&steps = options->steps](std::string const& text) { steps = stepsOf(text); },
+                     {.names = {"all"}});
   }
   addFormat<ListedHistories>(arguments, s_historyFormats, options->output);
   addOutputFile(arguments, options->output.file);

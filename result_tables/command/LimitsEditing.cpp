@@ -103,7 +103,8 @@ Run declareSetLimits(Arguments& arguments) {
   arguments.flag("--all", tr("All units; this or --unit is needed"), options->all);
   arguments.option(
       "--type", "T", Count::one, tr("Kind of limit by its name or number"),
-      [options = options.get()](std::string const& text) { options->type = limitTypeFromText(text); });
+      [options = options.get()](std::string const& text) { options->type = limitTypeFromText(text); },
+      {.names = {s_limitTypeNames.begin(), s_limitTypeNames.end()}});
   arguments.option(
       "--value", "V", Count::one, tr("The limit: a number, which may be negative, inf or nan"),
       [options = options.get()](std::string const& text) { options->value = limitFromText(text); });

@@ -6,6 +6,7 @@
 #include "result_tables/base/Suggestion.h"
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
+#include "result_tables/command/Arguments.h"
 
 namespace Kestrel::ResultTables {
 
@@ -44,10 +45,9 @@ std::optional<std::string> findUnknownOption(CLI::App const& command) {
 std::optional<std::string> findWrongNumberOfValues(CLI::App const& command, std::string const& last) {
   for (auto const* const option : command.get_options()) {
     auto const count = option->results().size();
-    bool const takesAValue = option->get_items_expected_max() > 0;
-    if (takesAValue && count == 0 && !option->get_positional() && option->check_name(last))
+    if (takesAValue(*option) && count == 0 && !option->get_positional() && option->check_name(last))
       return tr("{}: expected a value, found nothing", option->get_name());
-    if (takesAValue && static_cast<int>(count) > option->get_items_expected_max())
+    if (takesAValue(*option) && static_cast<int>(count) > option->get_items_expected_max())
       return tr("{}: expected one value, found {}", option->get_name(), count);
   }
   return std::nullopt;

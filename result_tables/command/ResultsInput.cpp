@@ -29,13 +29,13 @@ void expectMap(ResultsInput const& input, std::string_view option) {
 void addResultsInput(Arguments& arguments, ResultsInput& input) {
   arguments.option("--map", "MAP", Count::atMostOne,
                    tr("RESULTS is what a solver printed, and this file says what its histories feed"),
-                   [&input](std::string const& name) { input.map = name; });
-  arguments.option("--from", "FORMAT", Count::atMostOne,
-                   tr("Format of the print, where its name does not say it: calculix or csv"),
-                   [&input](std::string const& name) {
-                     expectMap(input, "--from");
-                     input.format = rowNamed("--from", s_formats, name).format;
-                   });
+                   [&input](std::string const& name) { input.map = name; }, {Offer::Kind::files});
+  addChoice(arguments, "--from", "FORMAT", Count::atMostOne,
+            tr("Format of the print, where its name does not say it: calculix or csv"), s_formats,
+            [&input](NamedFormat const& row) {
+              expectMap(input, "--from");
+              input.format = row.format;
+            });
   arguments.flag("--decimal-comma", tr("Of a print in csv: commas are decimal"), [&input] {
     expectMap(input, "--decimal-comma");
     input.decimalMark = DecimalMark::comma;

@@ -49,7 +49,8 @@ ExitCode removeRuns(StudyRemoveOptions const& options) {
 Run declareStudyRemove(Arguments& arguments) {
   auto const options = std::make_shared<StudyRemoveOptions>();
   addStudyName(arguments, options->database);
-  arguments.operand("RUN", Count::atLeastOne, tr("Runs to remove, all or none"), into(options->runs));
+  arguments.operand("RUN", Count::atLeastOne, tr("Runs to remove, all or none"), into(options->runs),
+                    Offer{});
   return [options] { return removeRuns(*options); };
 }
 

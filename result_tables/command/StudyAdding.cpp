@@ -271,7 +271,7 @@ Run declareStudyAdd(Arguments& arguments) {
   addStudyName(arguments, options->database);
   arguments.operand("RESULTS", Count::atLeastOne,
                     tr("Results files, and studies of which all runs are added; - is standard input"),
-                    into(options->results));
+                    into(options->results), {Offer::Kind::resultsFiles});
   arguments.option("--run", "NAME", Count::atMostOne,
                    tr("Name of the run; the file's path without its suffix when it is not named"),
                    [options = options.get()](std::string const& name) { options->run = name; });

@@ -123,8 +123,8 @@ Run declareStudyTrend(Arguments& arguments) {
 Run declareStudyCompare(Arguments& arguments) {
   auto const options = std::make_shared<StudyCompareOptions>();
   addStudyName(arguments, options->database);
-  arguments.operand("BEFORE", Count::one, tr("Run of the study"), into(options->before));
-  arguments.operand("AFTER", Count::one, tr("Run to compare with it"), into(options->after));
+  arguments.operand("BEFORE", Count::one, tr("Run of the study"), into(options->before), Offer{});
+  arguments.operand("AFTER", Count::one, tr("Run to compare with it"), into(options->after), Offer{});
   addSelection(arguments, options->selection);
   addTolerance(arguments, options->tolerance);
   addFormat<ResultDifferences>(arguments, s_differencesFormats, options->output);
