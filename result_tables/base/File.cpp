@@ -56,7 +56,7 @@ std::string reasonOf(int error) {
 }
 
 [[noreturn]] void failWithErrno(Deed deed, std::string_view name) {
-  throw Error(cannot(deed, name, reasonOf(errno)));
+  throw Error(cannot(deed, name, reasonOf(errno)), std::string(name));
 }
 
 std::string nameOfOutput() { return tr("standard output"); }
@@ -194,7 +194,8 @@ void refuseToLockWhatIsNoRegularFile(std::filesystem::path const& path) {
     failWithErrno(Deed::lock, path.native());
   } else if (!S_ISREG(status.st_mode)) {
     throw Error(
-        tr("{}: cannot lock: expected a regular file, found a pipe or a device", toPrintable(path.native())));
+        tr("{}: cannot lock: expected a regular file, found a pipe or a device", toPrintable(path.native())),
+        path.native());
   }
 }
 
@@ -333,7 +334,7 @@ void writeOutput(std::string const& name, std::function<void(WritePart const&)> 
 }
 
 void failForLackOfMemory(std::string_view name) {
-  throw Error(tr("{}: not enough memory", toPrintable(name)));
+  throw Error(tr("{}: not enough memory", toPrintable(name)), std::string(name));
 }
 
 }  // namespace Kestrel::ResultTables

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "result_tables/base/Error.h"
 #include "result_tables/base/Text.h"
 #include "result_tables/base/Translate.h"
 
@@ -74,6 +75,11 @@ std::string quotedListOf(std::vector<std::string_view> const& names) {
     quoted.push_back(std::move(text));
   }
   return quoted.empty() ? tr("none") : fmt::format("{}", fmt::join(quoted, ", "));
+}
+
+void refuseName(std::string_view what, std::vector<std::string_view> const& known, std::string const& found) {
+  throw Error(tr("{}: expected one of {}, found {}", what, listOf(known), quote(found)) +
+              suggestion(found, known));
 }
 
 }  // namespace Kestrel::ResultTables

@@ -25,4 +25,20 @@ namespace Kestrel::ResultTables {
 /// "none" where there is none.
 [[nodiscard]] std::string quotedListOf(std::vector<std::string_view> const& names);
 
+/// Throws the `Error` for a name that is none of the `known` ones; `what` says what was named.
+[[noreturn]] void refuseName(std::string_view what, std::vector<std::string_view> const& known,
+                             std::string const& found);
+
+/// The row of that name. An unknown name is an `Error` that says `what` was named and the rows that there
+/// are.
+template <typename Rows>
+auto const& rowNamed(std::string_view what, Rows const& rows, std::string const& name) {
+  std::vector<std::string_view> known;
+  for (auto const& row : rows) {
+    if (row.name == name) return row;
+    known.push_back(row.name);
+  }
+  refuseName(what, known, name);
+}
+
 }  // namespace Kestrel::ResultTables

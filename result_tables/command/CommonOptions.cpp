@@ -8,8 +8,6 @@
 #include "result_tables/base/Terminal.h"
 #include "result_tables/base/Text.h"
 #include "result_tables/base/ToolKind.h"
-#include "result_tables/limits/Limits.h"
-#include "result_tables/limits/LimitsText.h"
 
 namespace Kestrel::ResultTables {
 
@@ -114,31 +112,6 @@ void addLimits(Arguments& arguments, std::string& document, std::string const& h
                    {Offer::Kind::files});
 }
 
-NamedLimits::NamedLimits(std::string const& document) : m_document(document) {
-  try {
-    if (!document.empty()) m_content = readFile(document);
-  } catch (Error const&) {
-    m_failure = std::current_exception();
-  }
-}
-
-void NamedLimits::checkFor(std::vector<std::string> const& results) const {
-  if (m_document.empty() || m_failure || results.size() < 2 || isLimitsText(m_content)) return;
-  throw Error(
-      tr("--limits: expected one results file, as each has its own limits, found {}", results.size()));
-}
-
-LimitsContent NamedLimits::contentFor(std::string const& results) const {
-  if (m_failure) std::rethrow_exception(m_failure);
-  if (!m_document.empty()) return {m_document, m_content};
-  if (results == s_standardStream) return {};
-  return readLimitsContent(limitsDocumentOf(results));
-}
-
-ResultLimits limitsFor(std::string const& results, std::string const& document, ResultsFile const& file) {
-  return NamedLimits(document).of(results, file);
-}
-
 void addTables(Arguments& arguments, Output<Tables>& output) {
   addFormat<Tables>(arguments, s_tableFormats, output);
   addCsv(arguments, output);
@@ -199,12 +172,6 @@ std::size_t countFromText(std::string_view option, std::string const& text, std:
   if (result.ec != std::errc() || result.ptr != end || count == 0 || count > greatest)
     throw Error(tr("{}: expected a whole number from 1 to {}, found {}", option, greatest, quote(text)));
   return count;
-}
-
-void refuseName(std::string_view option, std::vector<std::string_view> const& known,
-                std::string const& found) {
-  throw Error(tr("{}: expected one of {}, found {}", option, listOf(known), quote(found)) +
-              suggestion(found, known));
 }
 
 }  // namespace Kestrel::ResultTables

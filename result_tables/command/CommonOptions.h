@@ -1,6 +1,5 @@
 #pragma once
 
-#include <exception>
 #include <memory>
 #include <span>
 #include <string>
@@ -12,8 +11,7 @@
 #include "result_tables/base/Suggestion.h"
 #include "result_tables/base/Translate.h"
 #include "result_tables/command/Arguments.h"
-#include "result_tables/limits/LimitsDocument.h"
-#include "result_tables/limits/ResultLimits.h"
+#include "result_tables/limits/NamedLimits.h"
 #include "result_tables/render/Formats.h"
 #include "result_tables/results/ResultsFile.h"
 #include "result_tables/tables/Differences.h"
@@ -48,34 +46,6 @@ void addLimits(Arguments& arguments, std::string& document);
 /// The same with a meaning of its own.
 void addLimits(Arguments& arguments, std::string& document, std::string const& help);
 
-/// The document or the text of limits that --limits names, read once for all results files of a command. Any
-/// thread.
-class NamedLimits {
- public:
-  /// Reads it unless `document` is empty. What is wrong with it is an `Error` of each results file.
-  explicit NamedLimits(std::string const& document);
-
-  /// For a command that takes several results files: an `Error` when it is the document of one of them. A
-  /// text of limits is for all.
-  void checkFor(std::vector<std::string> const& results) const;
-
-  /// What results are compared with. Where nothing is named it is what stands beside the results, if
-  /// anything.
-  [[nodiscard]] LimitsContent contentFor(std::string const& results) const;
-  [[nodiscard]] ResultLimits of(std::string const& results, ResultsFile const& file) const {
-    return contentFor(results).limitsOf(file);
-  }
-
- private:
-  std::string m_document;
-  std::string m_content;
-  std::exception_ptr m_failure;  ///< why there is no content; null where it could be read
-};
-
-/// The same for a command that takes one results file.
-[[nodiscard]] ResultLimits limitsFor(std::string const& results, std::string const& document,
-                                     ResultsFile const& file);
-
 /// A whole number from 1 to `greatest`; anything else is an `Error` that names the option.
 [[nodiscard]] std::size_t countFromText(std::string_view option, std::string const& text,
                                         std::size_t greatest);
@@ -108,20 +78,6 @@ void addTextStyle(Arguments& arguments, TextStyle& style, Colour& colour);
 void addCurves(Arguments& arguments, TextStyle& style);
 /// --when
 void addWhen(Arguments& arguments, TextStyle& style);
-
-[[noreturn]] void refuseName(std::string_view option, std::vector<std::string_view> const& known,
-                             std::string const& found);
-
-/// The row of that name. An unknown name is an `Error` that names the option and the rows that there are.
-template <typename Rows>
-auto const& rowNamed(std::string_view option, Rows const& rows, std::string const& name) {
-  std::vector<std::string_view> known;
-  for (auto const& row : rows) {
-    if (row.name == name) return row;
-    known.push_back(row.name);
-  }
-  refuseName(option, known, name);
-}
 
 /// An option whose value is the name of one of `rows`, which outlive the arguments; `take` gets the row.
 template <typename Rows, typename TakeRow>

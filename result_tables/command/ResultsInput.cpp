@@ -10,16 +10,6 @@ namespace {
 
 using Count = Arguments::Count;
 
-struct NamedFormat {
-  std::string_view name;
-  ImportFormat format;
-};
-
-constexpr NamedFormat s_formats[] = {
-    {"calculix", ImportFormat::calculix},
-    {"csv", ImportFormat::csv},
-};
-
 void expectMap(ResultsInput const& input, std::string_view option) {
   if (!input.map) throw Error(tr("{}: expected {} beside it, found {}", option, "--map", tr("none")));
 }
@@ -31,8 +21,8 @@ void addResultsInput(Arguments& arguments, ResultsInput& input) {
                    tr("RESULTS is what a solver printed, and this file says what its histories feed"),
                    [&input](std::string const& name) { input.map = name; }, {Offer::Kind::files});
   addChoice(arguments, "--from", "FORMAT", Count::atMostOne,
-            tr("Format of the print, where its name does not say it: calculix or csv"), s_formats,
-            [&input](NamedFormat const& row) {
+            tr("Format of the print, where its name does not say it: calculix or csv"), s_importFormats,
+            [&input](NamedImportFormat const& row) {
               expectMap(input, "--from");
               input.format = row.format;
             });

@@ -1,24 +1,18 @@
 #include "result_tables/command/StudyAdding.h"
 
-#include <fmt/chrono.h>
-
 #include <algorithm>
-#include <chrono>
 #include <condition_variable>
 #include <exception>
-#include <filesystem>
 #include <map>
 #include <mutex>
-#include <set>
 
-#include "result_tables/base/Digest.h"
 #include "result_tables/base/Error.h"
-#include "result_tables/base/Family.h"
 #include "result_tables/base/Parallel.h"
 #include "result_tables/base/Progress.h"
 #include "result_tables/base/Text.h"
 #include "result_tables/command/CommonOptions.h"
 #include "result_tables/command/Message.h"
+#include "result_tables/study/FileRun.h"
 #include "result_tables/study/Study.h"
 
 namespace Kestrel::ResultTables {
@@ -50,7 +44,7 @@ void takeLabel(std::map<std::string, std::string>& labels, std::string const& te
 bool isStudy(std::string const& results) { return isServerAddress(results) || isDatabaseFile(results); }
 
 std::string runNameOf(std::string const& results, AddOptions const& options) {
-  return options.run ? *options.run : std::filesystem::path(results).replace_extension().string();
+  return options.run ? *options.run : usualRunNameOf(results);
 }
 
 /// A study is added as it is: what says how results are read says nothing of it.
@@ -81,22 +75,6 @@ void checkNames(AddOptions const& options) {
                      quote(other->second), quote(results)));
     }
   }
-}
-
-/// What of a file is added, the same in whatever order it was said.
-std::string describeSelection(TableSelection const& selection) {
-  std::string text;
-  for (auto const& unit : std::set(selection.units.begin(), selection.units.end()))
-    text += fmt::format("unit {}\n", unit);
-  for (auto const family : std::set(selection.families.begin(), selection.families.end()))
-    text += fmt::format("family {}\n", familyName(family));
-  if (selection.teaching) text += "teaching\n";
-  return text;
-}
-
-std::string timeOfDay() {
-  auto const now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
-  return fmt::format("{:%Y-%m-%dT%H:%M:%SZ}", fmt::gmtime(now));
 }
 
 std::string describe(Added added, StudyRun const& run) {
@@ -177,22 +155,9 @@ class Adding {
   };
 
   Content read(std::string const& results, bool isWhole) {
-    StudyRun run;
-    run.name = runNameOf(results, m_options);
-    run.file = results;
-    checkStorable(run.name, run.name);
-    checkStorable(run.file, run.file);
-    run.program = RESULT_TABLES_VERSION;
-    run.labels = m_options.labels;
-    run.selection = describeSelection(m_options.selection);
-    auto text = readInput(results);
-    auto const limits = m_limits.contentFor(results);
-    run.contentDigest = toHexadecimal(sha256Of(text.text()));
-    if (limits.content) run.limitsDigest = toHexadecimal(sha256Of(*limits.content));
-    if (!isWhole && isStored(run)) return {{std::move(run), {}, {}, {}}};
-    auto const file = readResults(results, std::move(text), m_options.selection.units);
-    auto const tables = genResultTables(file, m_options.selection, limits.limitsOf(file));
-    return {genRunData(std::move(run), tables), true};
+    FileRun file(runNameOf(results, m_options), results, m_options.labels, m_options.selection, m_limits);
+    if (!isWhole && isStored(file.run())) return {{file.run(), {}, {}, {}}};
+    return {std::move(file).read(), true};
   }
 
   bool isStored(StudyRun const& run) {
@@ -205,7 +170,7 @@ class Adding {
       if (auto const done = storeLabels(content.data.run)) return *done;
       content = read(results, true);
     }
-    content.data.run.added = timeOfDay();
+    content.data.run.added = timeOfAdding();
     return store(content.data);
   }
 

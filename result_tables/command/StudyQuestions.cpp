@@ -5,7 +5,7 @@
 #include "result_tables/base/Text.h"
 #include "result_tables/command/CommonOptions.h"
 #include "result_tables/command/Message.h"
-#include "result_tables/study/StoredTables.h"
+#include "result_tables/study/RunDifferences.h"
 #include "result_tables/study/Study.h"
 #include "result_tables/study/TrendQuestion.h"
 #include "result_tables/study/WorstQuestion.h"
@@ -64,20 +64,10 @@ struct StudyCompareOptions {
   Output<ResultDifferences> output;
 };
 
-/// A run as a side of a comparison, where it goes by its name.
-ComparedSide sideOf(StoredTables const& tables, TableSelection const& selection) {
-  auto const& run = tables.run();
-  return {{run.name, {}, run.limitsDigest.empty() ? std::string() : tr("stored with the run")},
-          tables.units(),
-          [&tables, &selection](std::size_t unit) { return tables.genTables(unit, selection); }};
-}
-
 ExitCode compareRuns(StudyCompareOptions const& options) {
   Study const study(options.database, DatabaseAccess::read);
-  StoredTables const before(study.name(), study.read(options.before));
-  StoredTables const after(study.name(), study.read(options.after));
-  auto const differences = genDifferences(sideOf(before, options.selection), sideOf(after, options.selection),
-                                          options.selection.units, options.tolerance);
+  auto const differences =
+      genRunDifferences(study, options.before, options.after, options.selection, options.tolerance);
   write(options.output, differences);
   return differences.hasDifferences() ? ExitCode::found : ExitCode::nothingFound;
 }

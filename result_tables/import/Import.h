@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "result_tables/import/CsvHistories.h"
 #include "result_tables/import/Histories.h"
@@ -13,6 +14,16 @@
 namespace Kestrel::ResultTables {
 
 enum class ImportFormat { calculix, csv };
+
+struct NamedImportFormat {
+  std::string_view name;
+  ImportFormat format;
+};
+
+inline constexpr NamedImportFormat s_importFormats[] = {
+    {"calculix", ImportFormat::calculix},
+    {"csv", ImportFormat::csv},
+};
 
 /// The format of the inputs that are called so: calculix of ".dat", csv of ".csv", ".tsv" and ".txt", in
 /// either case; none of other names.

@@ -110,12 +110,14 @@ void refuseWhatIsNotUtf8(std::string_view source, std::string_view text) {
   auto const line = 1 + std::count(before.begin(), before.end(), '\n');
   auto const byte = before.size() - (before.rfind('\n') + 1) + 1;
   throw Error(tr("{}: line {}, byte {}: expected {}, found {}", toPrintable(source), line, byte,
-                 tr("UTF-8 text"), describeByte(text[*position])));
+                 tr("UTF-8 text"), describeByte(text[*position])),
+              std::string(source), tr("line {}, byte {}", line, byte));
 }
 
 void failAtLine(std::string_view source, std::size_t line, std::string_view expected,
                 std::string_view found) {
-  throw Error(tr("{}: line {}: expected {}, found {}", toPrintable(source), line, expected, found));
+  throw Error(tr("{}: line {}: expected {}, found {}", toPrintable(source), line, expected, found),
+              std::string(source), tr("line {}", line));
 }
 
 }  // namespace Kestrel::ResultTables

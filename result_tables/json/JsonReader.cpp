@@ -324,7 +324,9 @@ void JsonReader::Handler::fail(std::string_view expected, std::string_view found
                                std::string_view within) const {
   auto place = pointer().append(within);
   if (place.empty()) place = tr("document");
-  throw Error(tr("{}: {}: expected {}, found {}", m_fileName, toPrintable(place), expected, found));
+  auto const printable = toPrintable(place);
+  throw Error(tr("{}: {}: expected {}, found {}", toPrintable(m_fileName), printable, expected, found),
+              m_fileName, printable);
 }
 
 void JsonReader::Handler::refuse(JsonShape const& shape, std::string_view found) const {
@@ -374,7 +376,9 @@ void JsonReader::Handler::forgetBefore(char const* at) {
 
 void JsonReader::Handler::failAt(std::size_t line, std::size_t column, std::string_view expected,
                                  std::string_view found) const {
-  throw Error(tr("{}: line {}, column {}: expected {}, found {}", m_fileName, line, column, expected, found));
+  throw Error(tr("{}: line {}, column {}: expected {}, found {}", toPrintable(m_fileName), line, column,
+                 expected, found),
+              m_fileName, tr("line {}, column {}", line, column));
 }
 
 void JsonReader::Handler::refuseNumber(std::size_t offset) const {
@@ -558,7 +562,7 @@ std::string jsonPointerStep(std::string_view member) {
   return step;
 }
 
-JsonReader::JsonReader(std::string_view fileName) : m_fileName(toPrintable(fileName)) {}
+JsonReader::JsonReader(std::string_view fileName) : m_fileName(fileName) {}
 
 JsonReader::~JsonReader() = default;
 

@@ -26,18 +26,25 @@ std::shared_ptr<TablePropertiesData> limitsInArchive(std::string const& content,
     limits->updateLimits(unitIdsOf(file));
     return limits;
   } catch (std::exception const& damage) {
-    throw Error(fmt::format("{}: {}", toPrintable(document.native()), toPrintable(damage.what())));
+    throw Error(fmt::format("{}: {}", toPrintable(document.native()), toPrintable(damage.what())),
+                document.native());
   }
+}
+
+/// What a document that is to be changed holds, which is nothing where there is none.
+std::optional<std::string> contentToChange(std::filesystem::path const& document) {
+  auto content = readFileIfExists(document);
+  if (!content || !isLimitsText(*content)) return content;
+  throw Error(tr("{}: expected a limits document, found a text of limits, which {} reads",
+                 toPrintable(document.native()), "limits import"),
+              document.native());
 }
 
 /// What a change begins with.
 std::shared_ptr<TablePropertiesData> limitsToChange(std::filesystem::path const& document,
                                                     ResultsFile const& file) {
-  auto const content = readFileIfExists(document);
-  if (!content) return genDefaultLimits(file);
-  if (!isLimitsText(*content)) return limitsInArchive(*content, document, file);
-  throw Error(tr("{}: expected a limits document, found a text of limits, which {} reads",
-                 toPrintable(document.native()), "limits import"));
+  auto const content = contentToChange(document);
+  return content ? limitsInArchive(*content, document, file) : genDefaultLimits(file);
 }
 
 }  // namespace
@@ -68,6 +75,14 @@ void editLimits(std::filesystem::path const& document, ResultsFile const& file,
   FileLock const lock(target);
   auto const limits = limitsToChange(target, file);
   change(*limits);
+  writeFile(target, genDocument(limits));
+}
+
+void replaceLimits(std::filesystem::path const& document,
+                   std::shared_ptr<TablePropertiesData> const& limits) {
+  auto const target = followLinks(document);
+  FileLock const lock(target);
+  static_cast<void>(contentToChange(target));
   writeFile(target, genDocument(limits));
 }
 

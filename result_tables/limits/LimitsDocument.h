@@ -41,4 +41,8 @@ struct LimitsContent {
 void editLimits(std::filesystem::path const& document, ResultsFile const& file,
                 std::function<void(TablePropertiesData&)> const& change);
 
+/// Puts limits in the place of a document's, whatever these were, or makes a new document; otherwise as
+/// `editLimits`.
+void replaceLimits(std::filesystem::path const& document, std::shared_ptr<TablePropertiesData> const& limits);
+
 }  // namespace Kestrel::ResultTables

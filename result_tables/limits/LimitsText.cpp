@@ -186,7 +186,8 @@ void TextReader::finishUnit() {
 
 [[noreturn]] void refuse(LimitsText const& text, std::string const& place, std::string const& expected,
                          std::string const& found) {
-  throw Error(tr("{}: {}: expected {}, found {}", toPrintable(text.name), place, expected, found));
+  throw Error(tr("{}: {}: expected {}, found {}", toPrintable(text.name), place, expected, found), text.name,
+              place);
 }
 
 /// The parts of the text that are about a unit; each goes before those in front of it.
