@@ -10,8 +10,9 @@
 #include "result_tables/import/CalculixHistories.h"
 #include "result_tables/import/CsvHistories.h"
 #include "result_tables/import/ImportMap.h"
-#include "result_tables/import/ResultsWriter.h"
+#include "result_tables/import/MapRecords.h"
 #include "result_tables/results/ResultsFile.h"
+#include "result_tables/results/ResultsWriter.h"
 #include "support/ImportTesting.h"
 
 namespace Kestrel::ResultTables {
@@ -62,7 +63,7 @@ std::multiset<std::string> mentionedIn(json const& part) {
 /// Reads the draft for the histories, and what it imports as results.
 ResultsFile resultsOf(std::string const& input, Histories const& histories) {
   auto const map = readImportMap("draft", draftImportMap(input, histories), histories);
-  return readResults("results", writeResults(map));
+  return readResults("results", writeResults(genUnitRecords(map)));
 }
 
 void expectEveryHistory(Histories const& histories, json const& draft) {

@@ -1,4 +1,4 @@
-#include "result_tables/import/ResultsBuilder.h"
+#include "result_tables/results/ResultsBuilder.h"
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
@@ -11,7 +11,8 @@
 #include "result_tables/base/File.h"
 #include "result_tables/import/CalculixHistories.h"
 #include "result_tables/import/CsvHistories.h"
-#include "result_tables/import/ResultsWriter.h"
+#include "result_tables/import/MapRecords.h"
+#include "result_tables/results/ResultsWriter.h"
 #include "support/ImportTesting.h"
 #include "support/ResultsDescription.h"
 
@@ -22,8 +23,8 @@ std::filesystem::path const s_source = KESTREL_SOURCE_DIR;
 std::filesystem::path const s_data = s_source / "tests/data/import";
 
 void expectWhatTheReaderMakes(ImportMap const& map) {
-  auto const built = Description(buildResults("r", map)).text();
-  EXPECT_EQ(built, Description(readResults("r", writeResults(map))).text());
+  auto const built = Description(buildResults("r", genUnitRecords(map))).text();
+  EXPECT_EQ(built, Description(readResults("r", writeResults(genUnitRecords(map)))).text());
 }
 
 constexpr std::string_view s_everyRecord = R"({"format": "import-map", "version": 1, "units": [
@@ -48,7 +49,7 @@ TEST(ResultsBuilder, MakesWhatTheReaderOfResultsFilesMakes) {
   auto const histories = readCsvHistories("a.csv", "t,a,b\n0,1,-0.0\n1,NaN,-Infinity\n");
   auto const map = readImportMap("m", std::string(s_everyRecord), histories);
   expectWhatTheReaderMakes(map);
-  auto const text = Description(buildResults("r", map)).text();
+  auto const text = Description(buildResults("r", genUnitRecords(map))).text();
   EXPECT_THAT(text, testing::HasSubstr("skin LineJoinGap 0 1 \n")) << "a zero has no sign in a sum";
   EXPECT_THAT(text, testing::HasSubstr("skin LineJoinGap none none \n"));
   EXPECT_THAT(text, testing::HasSubstr("tong J Tong 4294967295 \n"));

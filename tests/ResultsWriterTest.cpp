@@ -1,4 +1,5 @@
-#include "result_tables/import/ResultsWriter.h"
+#include "result_tables/import/MapRecords.h"
+#include "result_tables/results/ResultsWriter.h"
 
 #include <gtest/gtest.h>
 
@@ -34,7 +35,7 @@ class ResultsWriter : public testing::Test {
 
   /// What is written of one unit. It must be what readers of results files take.
   static json written(ImportUnit const& unit) {
-    auto const text = writeResults({{unit}});
+    auto const text = writeResults(genUnitRecords({{unit}}));
     EXPECT_EQ(readResults("r.json", text).units.size(), 1U);
     return json::parse(text).at("units").at(0);
   }

@@ -7,8 +7,9 @@
 #include "result_tables/import/CalculixHistories.h"
 #include "result_tables/import/CsvHistories.h"
 #include "result_tables/import/ImportMap.h"
-#include "result_tables/import/ResultsBuilder.h"
-#include "result_tables/import/ResultsWriter.h"
+#include "result_tables/import/MapRecords.h"
+#include "result_tables/results/ResultsBuilder.h"
+#include "result_tables/results/ResultsWriter.h"
 
 namespace Kestrel::ResultTables {
 
@@ -61,13 +62,14 @@ Histories readHistories(ImportFormat format, std::filesystem::path const& input,
 std::string importHistories(ImportFormat format, std::filesystem::path const& input,
                             std::filesystem::path const& map, DecimalMark decimalMark,
                             std::optional<ImportSteps> const& steps, OnNote const& onNote) {
-  return withMap(format, input, map, decimalMark, steps, onNote, writeResults);
+  return withMap(format, input, map, decimalMark, steps, onNote,
+                 [](ImportMap const& read) { return writeResults(genUnitRecords(read)); });
 }
 
 ResultsFile importResults(ImportFormat format, std::filesystem::path const& input,
                           std::filesystem::path const& map, DecimalMark decimalMark, OnNote const& onNote) {
   auto file = withMap(format, input, map, decimalMark, {}, onNote, [&input](ImportMap const& read) {
-    return buildResults(nameOfInput(input.string()), read);
+    return buildResults(nameOfInput(input.string()), genUnitRecords(read));
   });
   file.givenName = input.string();
   return file;
