@@ -75,7 +75,7 @@ if(WAY STREQUAL shared)
 elseif(WAY STREQUAL static)
   set(LIBDIR lib/${MULTIARCH})
   run(${CMAKE_COMMAND} -S ${SOURCE_DIR} -B ${WORK_DIR}/build ${common}
-    -DCMAKE_CXX_COMPILER=${compiler} -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_LIBDIR=${LIBDIR} -DBUILD_SHARED_LIBS=OFF
+    -DCMAKE_CXX_COMPILER=${compiler} -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_LIBDIR=${LIBDIR} -DBUILD_SHARED_LIBS=OFF -DCMAKE_UNITY_BUILD=ON
     -DKESTREL_BUILD_PROGRAM=OFF -DKESTREL_BUILD_TESTS=OFF -DKESTREL_BUILD_BENCHMARKS=OFF)
   run(${CMAKE_COMMAND} --build ${WORK_DIR}/build)
   install_in_prefix(${WORK_DIR}/build)
@@ -87,7 +87,8 @@ elseif(WAY STREQUAL static)
 else()
   string(COMPARE EQUAL ${WAY} fetched fetched)
   run(${CMAKE_COMMAND} -S ${SOURCE_DIR}/tests/consumers/subproject -B ${WORK_DIR}/build ${common}
-    -DCMAKE_CXX_COMPILER=${compiler} -DCMAKE_BUILD_TYPE=Debug -DKESTREL_SOURCE_DIR=${SOURCE_DIR} -DFETCHED=${fetched})
+    -DCMAKE_CXX_COMPILER=${compiler} -DCMAKE_BUILD_TYPE=Debug -DKESTREL_SOURCE_DIR=${SOURCE_DIR} -DFETCHED=${fetched}
+    -DCMAKE_UNITY_BUILD=ON)
   run(${CMAKE_COMMAND} --build ${WORK_DIR}/build)
   expect_programs_in(${WORK_DIR}/build)
   file(REMOVE_RECURSE ${prefix})
