@@ -8,9 +8,10 @@ Each block of each page is held by its kind, the first word behind its opening m
   console   the same, and what stands below "$ command" is what it prints; "…" stands for any lines
   json      a results file, a text of limits, a map or a tool of one, which the program reads; else what the command before it printed
   sql       a query to the study of the page
-  cpp, cmake, csv, po, text, yaml   stands in the file that is named behind the kind, which tests/DocumentationTest.cpp compares;
-            sources are compiled, and CMakeLists.txt configured, by tests
-  pycon     a session with the Python module, which tests/PythonTutorialTest.py repeats
+  cmake     is configured, in a project with a program, beside the installed libraries
+  python, pycon   is repeated by a test in Python that names the page
+  cpp, csv, po, text, yaml, and others with a file   stands in the file that is named behind the kind, which
+            tests/DocumentationTest.cpp compares; sources are compiled, and CMakeLists.txt configured, by tests
 Of a block without a kind, or of another one, nobody knows whether it is true: that is an error.
 """
 
@@ -44,7 +45,9 @@ NOT_RUN = [
     ("docs/developing.md", "build/dev/tests/GripperGroupsTest", "is built by the lines before it", "tests/CMakeLists.txt"),
     ("docs/developing.md", "tests/InstructionCountTest.py", "stores what it should compare", "tests/InstructionCountTest.py"),
     ("docs/developing.md", "KESTREL_PROGRAM=", "needs a browser", "tests/browser/CMakeLists.txt"),
+    ("docs/linking.md", "cmake --", "builds the tree", "tests/LinkingTest.cmake"),
     ("docs/linking-a-host.md", "cmake", "needs a real host", "tests/StrictHostTest.cmake"),
+    ("docs/releasing.md", "./release", "changes the repository", "tests/ReleaseTest.py"),
     ("docs/limits-document.md", "document = magic", "is a grammar", "tests/DocumentationTest.cpp"),
     ("docs/study-database.md", "result-tables study add postgresql://", "needs a server", "tests/StudyProcessesTest.py"),
     ("examples/clamped_panel/README.md", "OMP_NUM_THREADS=2 ccx", "takes seconds", "tests/ExamplesTest.py"),
@@ -133,6 +136,7 @@ def make_files(folder):
     bolts = ({"ClampNormalForce": values(45.125), "ClampClosingForce": values(1000)}, {"ClampNormalForce": values(1), "ClampClosingForce": values("Infinity")})
     for name in ("runs", "accepted"):
         write(f"examples/ci_gate/{name}/panel.json", (folder / "panel.results.json").read_text())
+    write("main.cpp", (folder / "examples/print_table/main.cpp").read_text())
     write("monday.json", results("OP20", bolt("Bolt 1", ClampNormalForce=values(20)), bolt("Bolt 2", **bolts[0])))
     write("tuesday.json", results("OP20", bolt("Bolt 1", ClampNormalForce=values(31)), bolt("Bolt 2", **bolts[1])))
     write("press.json", results("OP20", bolt("Bolt 1", ClampNormalForce={"pairs": [[0, 0], [-40.5, 0.25], [None, 0.5]]})))
@@ -179,8 +183,21 @@ class CodeTest(unittest.TestCase):
         (cls.place / "bin" / "result-tables").symlink_to(PROGRAM)
         make_files(cls.place / "files")
         environment = {name: value for name, value in os.environ.items() if not name.startswith("LC_") and name not in ("LANGUAGE", "COLUMNS")}
-        cls.environment = {**environment, "LANG": "C.UTF-8", "PATH": f"{cls.place / 'bin'}:{os.environ['PATH']}"}
+        cls.environment = {
+            **environment,
+            "LANG": "C.UTF-8",
+            "PATH": f"{cls.place / 'bin'}:{os.environ['PATH']}",
+            "PKG_CONFIG_PATH": cls.install(),
+        }
         cls.sources = {entry["file"] for entry in json.loads((BUILD / "compile_commands.json").read_text())}
+
+    @classmethod
+    def install(cls):
+        """Installs the libraries; where they have their files for pkg-config."""
+        cls.prefix = cls.place / "prefix"
+        for component in ("library", "development"):
+            subprocess.run(["cmake", "--install", BUILD, "--prefix", cls.prefix, "--component", component], check=True, capture_output=True)
+        return str(next(cls.prefix.rglob("pkgconfig")))
 
     def sandbox(self, page):
         """A folder with the files, and where in it the page's commands are run: beside the page, for those of a folder's own data."""
@@ -272,15 +289,33 @@ class CodeTest(unittest.TestCase):
             folder = str(path.parent.relative_to(ROOT))
             self.assertTrue(any(folder in user.read_text() for user in users), f"{block}: expected a test that configures {folder}")
 
-    def hold_pycon(self, block):
-        self.assertIn(block.page, (ROOT / "tests/PythonTutorialTest.py").read_text(), block)
+    def hold_cmake(self, block):
+        if block.file:
+            self.hold_excerpt(block)
+            return
+        project = self.cwd / "project"
+        shutil.rmtree(project, ignore_errors=True)
+        shutil.copytree(ROOT / "examples/print_table", project)
+        program = "" if "add_executable(" in block.text() else "add_executable(print_table main.cpp)\n"
+        lines = f"cmake_minimum_required(VERSION 3.25)\nproject(page LANGUAGES C CXX)\n{program}{block.text()}"
+        (project / "CMakeLists.txt").write_text(lines)
+        fetched = "".join(f" -DFETCHCONTENT_SOURCE_DIR_{name.upper()}={ROOT}" for name in re.findall(r"FetchContent_Declare\((\w+)", lines))
+        self.run_command(block, f"cmake -S project -B project/build -DCMAKE_PREFIX_PATH={self.prefix}{fetched}")
+
+    def hold_python(self, block):
+        tests = [*(ROOT / "tests").rglob("*.py"), *(ROOT / "python").rglob("*.py")]
+        repeats = [test for test in tests if test != pathlib.Path(__file__).resolve() and block.page in test.read_text()]
+        self.assertTrue(any("doctest" in test.read_text() for test in repeats), f"{block}: expected a test that repeats {block.page}")
+
+    hold_pycon = hold_python
 
     def test_blocks(self):
         self.left_out = set()
         for page, (blocks, _) in BLOCKS.items():
             self.cwd, self.printed = self.sandbox(page), ""
             for block in blocks:
-                hold = self.hold_excerpt if block.kind in ("cpp", "cmake", "csv", "po", "text", "yaml") else getattr(self, f"hold_{block.kind}", None)
+                other = self.hold_excerpt if block.file or block.kind in ("cpp", "text") else None
+                hold = getattr(self, f"hold_{block.kind}", other)
                 with self.subTest(str(block)):
                     self.assertIsNotNone(hold, f"{block}: expected a kind that is known, found \"{block.kind}\"")
                     hold(block)
@@ -310,7 +345,7 @@ def options_by_command():
 
 
 # Options of other programs that pages name by themselves.
-OPTIONS_OF_OTHERS = {"docs/developing.md": {"--quick"}}
+OPTIONS_OF_OTHERS = {"docs/developing.md": {"--quick"}, "docs/linking.md": {"--static"}}
 
 
 class SentencesTest(unittest.TestCase):
