@@ -3,7 +3,9 @@
 
 #include <cmath>
 #include <cstdio>
+#include <exception>
 #include <fstream>
+#include <iostream>
 #include <iterator>
 #include <memory>
 #include <string>
@@ -57,7 +59,7 @@ std::shared_ptr<TablePropertiesData> load(std::string const& file) {
 
 }  // namespace
 
-int main(int argc, char* argv[]) {
+int main(int argc, char* argv[]) try {
   std::string const file = argc > 1 ? argv[1] : "host.limits";
   auto const op10 = genUnit("5d1c1f0e-3f0a-4c1e-9c50-6a8f0b6f3a10", "OP10", -42.5);
   auto const op20 = genUnit("5d1c1f0e-3f0a-4c1e-9c50-6a8f0b6f3a20", "OP20", 28.0);
@@ -82,4 +84,8 @@ int main(int argc, char* argv[]) {
   auto const read = load(file);
   read->updateLimits({op20->getID(), op10->getID()});
   printTable(*op10, *read);
+} catch (std::exception const& error) {
+  // A document that is damaged, for example; the message says where.
+  std::cerr << error.what() << '\n';
+  return 2;
 }
