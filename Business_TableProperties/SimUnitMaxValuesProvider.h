@@ -48,7 +48,7 @@ class KESTREL_TABLEPROPERTIES_EXPORT SimUnitMaxValuesProvider {
   /// join. It begins with a blank.
   static std::string const s_invalidValues_elementNameAppendix;
 
-  /// Reads nothing.
+  /// A provider for a unit and its result; reads nothing yet.
   /// \param simulationUnit must outlive the provider, which keeps its address
   /// \param simulationResult may go at any time; the provider holds it weakly
   SimUnitMaxValuesProvider(SimulationUnit const& simulationUnit,

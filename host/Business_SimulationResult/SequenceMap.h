@@ -29,6 +29,7 @@ class SequenceMap {
   [[nodiscard]] const_iterator begin() const { return m_entries.begin(); }
   [[nodiscard]] const_iterator end() const { return m_entries.end(); }
   ///@}
+
   /// Number of pairs.
   [[nodiscard]] std::size_t size() const { return m_entries.size(); }
 

@@ -66,6 +66,7 @@ class SimulationStep {
   bool addJoin(EvalJoinGUID const& id, std::shared_ptr<SimulationBodyJoin> join);
   bool addLineJoin(EvalLineJoinGUID const& id, std::shared_ptr<SimulationBodyLineJoin> lineJoin);
   ///@}
+
   /// Adds a tong behind the others.
   void addJoiningTong(std::shared_ptr<EvalJoiningTong> tong);
 
