@@ -65,12 +65,12 @@ export function reportOfResults(results, { language, limits, args = [] } = {}) {
   return reportOf(["show", write("results.json", results), ...named, ...args], language);
 }
 
-export function reportOfDifferences(earlier, later) {
-  return reportOf(["diff", write("before.json", earlier), write("after.json", later)]);
+export function reportOfDifferences(earlier, later, language) {
+  return reportOf(["diff", write("before.json", earlier), write("after.json", later)], language);
 }
 
 /** The report of a study with these runs, by name, in their order. */
-export function reportOfStudy(runs, args = []) {
+export function reportOfStudy(runs, args = [], language = "C") {
   const study = join(folder, "study.db");
   rmSync(study, { force: true });
   for (const [name, results] of Object.entries(runs)) {
@@ -78,7 +78,7 @@ export function reportOfStudy(runs, args = []) {
       program, ["study", "add", study, write("run.json", results), "--run", name], { encoding: "utf8" });
     assert.equal(status, 0, stderr);
   }
-  return reportOf(["study", "export", study, ...args]);
+  return reportOf(["study", "export", study, ...args], language);
 }
 
 /**
