@@ -180,21 +180,20 @@ std::vector<fs::path> catalogueFiles() {
   return files;
 }
 
-/// The texts that the application marks with `tr("...")`.
-Messages applicationMessages() {
+/// The texts that the sources of a folder mark with these functions, such as `tr("...")`.
+Messages messagesMarkedIn(fs::path const& folder, std::string const& keywords, std::string const& context) {
   std::string sources;
-  for (auto const& entry : fs::recursive_directory_iterator(sourceDirectory / "result_tables")) {
+  for (auto const& entry : fs::recursive_directory_iterator(folder)) {
     auto const extension = entry.path().extension();
     if (extension == ".cpp" || extension == ".h") sources += ' ' + quotedForShell(entry.path().native());
   }
   if (sources.empty()) return {};
-  TemporaryFolder const folder;
-  auto const extracted = folder.path() / "messages.pot";
-  (void)outputOfCommand("xgettext --language=C++ --from-code=UTF-8 --keyword --keyword=tr --force-po -o " +
-                        quotedForShell(extracted.native()) + sources);
+  TemporaryFolder const temporary;
+  auto const extracted = temporary.path() / "messages.pot";
+  (void)outputOfCommand("xgettext --language=C++ --from-code=UTF-8 --keyword " + keywords +
+                        " --force-po -o " + quotedForShell(extracted.native()) + sources);
   Messages messages;
-  for (auto const& [message, entry] : readCatalogue(extracted))
-    messages.emplace("result-tables", message.second);
+  for (auto const& [message, entry] : readCatalogue(extracted)) messages.emplace(context, message.second);
   return messages;
 }
 
@@ -202,7 +201,9 @@ Messages expectedMessages() {
   askTheLibrary();
   auto messages = asked();
   messages.insert(providerMessages.begin(), providerMessages.end());
-  messages.merge(applicationMessages());
+  messages.merge(messagesMarkedIn(sourceDirectory / "result_tables", "--keyword=tr", "result-tables"));
+  messages.merge(messagesMarkedIn(sourceDirectory / "host", "--keyword=archiveText --keyword=expect:3",
+                                  "PersistenceArchiver"));
   return messages;
 }
 
@@ -224,10 +225,11 @@ std::vector<std::string> placesOf(std::string const& text) {
   return places;
 }
 
-std::size_t countPlaceholders(std::string const& text) {
-  std::size_t count = 0;
-  for (std::size_t at = 0; (at = text.find("%1", at)) != std::string::npos; at += 2) ++count;
-  return count;
+std::size_t count(std::string const& text, std::string const& placeholder) {
+  std::size_t number = 0;
+  for (std::size_t at = 0; (at = text.find(placeholder, at)) != std::string::npos; at += placeholder.size())
+    ++number;
+  return number;
 }
 
 }  // namespace
@@ -282,7 +284,8 @@ TEST(Translations, AreCompleteAndSure) {
       ASSERT_FALSE(entry.translations.empty()) << place;
       for (auto const& translation : entry.translations) {
         EXPECT_NE(translation, "") << place;
-        EXPECT_EQ(countPlaceholders(translation), countPlaceholders(message.second)) << place;
+        for (auto const* const placeholder : {"%1", "%2"})
+          EXPECT_EQ(count(translation, placeholder), count(message.second, placeholder)) << place;
         EXPECT_EQ(placesOf(translation), placesOf(message.second)) << place;
         EXPECT_EQ(translation.starts_with(' '), message.second.starts_with(' ')) << place;
       }
@@ -428,7 +431,7 @@ TEST(Translations, InJapaneseAreSetInOneWay) {
     auto before = Glyph::other;
     while (!text.empty()) {
       // A place of a value, which may be a sign alone.
-      if (text.starts_with("%1")) {
+      if (text.starts_with("%1") || text.starts_with("%2")) {
         before = Glyph::other;
         text.remove_prefix(2);
         continue;

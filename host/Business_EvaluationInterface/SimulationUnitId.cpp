@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "VantaService_PersistenceArchiver/ArchiveTexts.h"
 #include "VantaService_PersistenceArchiver/ClassRegistration.h"
 
 namespace Kestrel {
@@ -27,8 +28,8 @@ void SimulationUnitId::load(PersistenceArchiver& archive, unsigned int /*version
   auto const bytes = archive.read_bytes();
   boost::uuids::uuid uuid;
   if (bytes.size() != uuid.size())
-    archive.handle_currupted_object("expected an identifier of 16 bytes, found " +
-                                    std::to_string(bytes.size()));
+    archive.handle_currupted_object(
+        archiveText("expected an identifier of 16 bytes, found %1", bytes.size()));
   std::copy(bytes.begin(), bytes.end(), uuid.begin());
   *this = SimulationUnitId(GUIdentifier(uuid));
 }

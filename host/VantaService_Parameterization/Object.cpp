@@ -4,6 +4,7 @@
 #include <unordered_map>
 
 #include "VantaService_Parameterization/ChildList.h"
+#include "VantaService_PersistenceArchiver/ArchiveTexts.h"
 #include "VantaService_PersistenceArchiver/ClassRegistration.h"
 
 namespace Kestrel {
@@ -145,11 +146,12 @@ void Object::loadParentLink(PersistenceArchiver& archive) {
     return;
   }
   auto* const parent = linksOf(archive).find(address);
-  if (parent == nullptr) archive.handle_currupted_object("the parent of the object is not there");
+  if (parent == nullptr)
+    archive.handle_currupted_object(archiveText("the parent of the object is not there"));
   auto& [object, childIds] = *parent;
   if (number < childIds.size()) m_childId = childIds[number];
   if (!object->m_attachments->children.put(shared_from_this(), number))
-    archive.handle_currupted_object("the place among the children of the parent is not free");
+    archive.handle_currupted_object(archiveText("the place among the children of the parent is not free"));
   m_parent = object;
 }
 

@@ -5,6 +5,7 @@
 
 #include "VantaService_PersistenceArchiver/ArchiveException.h"
 #include "VantaService_PersistenceArchiver/ArchiveObserver.h"
+#include "VantaService_PersistenceArchiver/ArchiveTexts.h"
 #include "VantaService_PersistenceArchiver/ClassRegistry.h"
 
 namespace Kestrel {
@@ -13,7 +14,7 @@ namespace {
 
 unsigned int sizeOf(std::string_view document) {
   if (document.size() > ArchiveFormat::greatestSize)
-    throw ArchiveException(0, "a document cannot be larger than 2 GiB");
+    throw ArchiveException(0, archiveText("a document cannot be larger than 2 GiB"));
   return static_cast<unsigned int>(document.size());
 }
 
@@ -28,21 +29,18 @@ ArchiveReader::ArchiveReader(std::string_view document, Checksum checksum)
 void ArchiveReader::checkFrame(std::string_view document, Checksum checksum) {
   constexpr unsigned int versionPosition = ArchiveFormat::magic.size();
   auto const size = sizeOf(document);
-  auto const expect = [](unsigned int offset, bool isMet, std::string const& reason) {
-    if (!isMet) throw ArchiveException(offset, reason);
+  auto const expect = [](unsigned int offset, bool isMet, char const* text, auto... numbers) {
+    if (!isMet) throw ArchiveException(offset, archiveText(text, numbers...));
   };
-  std::string const found = ", found " + std::to_string(size);
   expect(0, size >= ArchiveFormat::headerSize + ArchiveFormat::checksumSize,
-         "expected at least 28 bytes" + found);
+         "expected at least 28 bytes, found %1", size);
   expect(0, document.starts_with(ArchiveFormat::magic), "expected the mark of an object archive");
   ByteReader header(document);
   header.set(versionPosition, ArchiveFormat::headerSize);
   auto const version = header.readWord();
-  expect(versionPosition, version == ArchiveFormat::version,
-         "expected format version 1, found " + std::to_string(version));
+  expect(versionPosition, version == ArchiveFormat::version, "expected format version 1, found %1", version);
   auto const length = header.readWord();
-  expect(ArchiveFormat::lengthPosition, length == size,
-         "expected " + std::to_string(length) + " bytes" + found);
+  expect(ArchiveFormat::lengthPosition, length == size, "expected %1 bytes, found %2", length, size);
   if (checksum == Checksum::ignored) return;
   unsigned int const end = size - ArchiveFormat::checksumSize;
   header.set(end, size);
@@ -54,25 +52,26 @@ void ArchiveReader::readTables(unsigned int end) {
   m_bytes.set(ArchiveFormat::tablesPosition, end);
   m_recordsEnd = m_bytes.readWord();
   if (m_recordsEnd < ArchiveFormat::headerSize || m_recordsEnd > end)
-    fail("the tables are outside of the document");
+    fail(archiveText("the tables are outside of the document"));
   m_bytes.set(m_recordsEnd, end);
   readTexts();
   readClasses();
-  if (m_bytes.getBytesLeft() != 0) fail("expected the end of the tables");
+  if (m_bytes.getBytesLeft() != 0) fail(archiveText("expected the end of the tables"));
   m_bytes.set(ArchiveFormat::headerSize, m_recordsEnd);
-  if (m_storedObjects > m_bytes.getBytesLeft() / ArchiveFormat::smallestObject) fail("expected more objects");
+  if (m_storedObjects > m_bytes.getBytesLeft() / ArchiveFormat::smallestObject)
+    fail(archiveText("expected more objects"));
 }
 
 void ArchiveReader::readTexts() {
   auto const count = m_bytes.readNumber();
-  if (count > m_bytes.getBytesLeft()) fail("expected fewer texts");
+  if (count > m_bytes.getBytesLeft()) fail(archiveText("expected fewer texts"));
   m_storedTexts.reserve(count);
   while (m_storedTexts.size() < count) m_storedTexts.push_back(m_bytes.readBytes(m_bytes.readNumber()));
 }
 
 void ArchiveReader::readClasses() {
   auto const count = m_bytes.readNumber();
-  if (count > m_bytes.getBytesLeft()) fail("expected fewer classes");
+  if (count > m_bytes.getBytesLeft()) fail(archiveText("expected fewer classes"));
   m_storedClasses.reserve(count);
   while (m_storedClasses.size() < count) readClass();
 }
@@ -85,7 +84,7 @@ void ArchiveReader::readClass() {
   stored.typeHash = ClassRegistry::hashOf(stored.name);
   m_storedObjects += stored.objectCount;
   if (!m_objectCounts.emplace(stored.typeHash, stored.objectCount).second)
-    fail("class number " + std::to_string(m_storedClasses.size() + 1) + " is there already");
+    fail(archiveText("class number %1 is there already", m_storedClasses.size() + 1));
   m_storedClasses.push_back(stored);
 }
 
@@ -108,9 +107,8 @@ ArchiveReader::AddressHeader ArchiveReader::openUncommonRecord(unsigned int offs
   if ((word & ArchiveFormat::referenceBit) != 0)
     return openReference(offset, word & ~ArchiveFormat::referenceBit);
   if (word > m_bytes.getBytesLeft())
-    fail("expected a record of at most " + std::to_string(m_bytes.getBytesLeft()) + " bytes, found one of " +
-         std::to_string(word));
-  if (isFull()) fail("the records are nested too deeply");
+    fail(archiveText("expected a record of at most %1 bytes, found one of %2", m_bytes.getBytesLeft(), word));
+  if (isFull()) fail(archiveText("the records are nested too deeply"));
   AddressHeader const header{getPosition(), getPosition() + word};
   open({header.address, header.end, false});
   if (m_observer != nullptr) reportRecord();
@@ -119,15 +117,15 @@ ArchiveReader::AddressHeader ArchiveReader::openUncommonRecord(unsigned int offs
 
 ArchiveReader::AddressHeader ArchiveReader::openReference(unsigned int offset, unsigned int address) {
   if (address < ArchiveFormat::headerSize + ArchiveFormat::wordSize || address >= offset)
-    fail("expected a pointer to an object before this place");
+    fail(archiveText("expected a pointer to an object before this place"));
   if (std::ranges::any_of(m_open, [&](OpenRecord const& record) { return record.address == address; }))
-    fail("the object points to itself or to one that it is part of");
+    fail(archiveText("the object points to itself or to one that it is part of"));
   if (m_observer != nullptr) m_observer->onReference(offset, address);
   unsigned int const begin = getPosition();
   static_cast<void>(m_bytes.readNumber());
   unsigned int const end = getPosition();
   m_bytes.set(begin, end);
-  if (isFull()) fail("the records are nested too deeply");
+  if (isFull()) fail(archiveText("the records are nested too deeply"));
   open({begin, end, true});
   return {address, end};
 }
@@ -154,8 +152,7 @@ unsigned int ArchiveReader::readTypeHash() {
   auto const number = m_bytes.readNumber();
   if (number == 0) return BaseClassRegister::noTypeHash;
   if (number > m_storedClasses.size())
-    fail("expected one of " + std::to_string(m_storedClasses.size()) + " classes, found number " +
-         std::to_string(number));
+    fail(archiveText("expected one of %1 classes, found number %2", m_storedClasses.size(), number));
   return m_storedClasses[number - 1].typeHash;
 }
 
@@ -183,8 +180,7 @@ std::string_view ArchiveReader::readBytes() {
 std::string_view ArchiveReader::readStoredText() {
   auto const number = m_bytes.readNumber();
   if (number >= m_storedTexts.size())
-    fail("expected one of " + std::to_string(m_storedTexts.size()) + " texts, found number " +
-         std::to_string(number));
+    fail(archiveText("expected one of %1 texts, found number %2", m_storedTexts.size(), number));
   return m_storedTexts[number];
 }
 
@@ -192,12 +188,11 @@ void ArchiveReader::checkContainerSize(unsigned int count, unsigned int elementS
   assert(elementSize != 0);
   auto const largest = m_bytes.getBytesLeft() / elementSize;
   if (count > largest)
-    fail("expected a container of at most " + std::to_string(largest) + " elements, found one of " +
-         std::to_string(count));
+    fail(archiveText("expected a container of at most %1 elements, found one of %2", largest, count));
 }
 
 void ArchiveReader::checkEnd() const {
-  if (getPosition() != m_recordsEnd) fail("expected the end of the records");
+  if (getPosition() != m_recordsEnd) fail(archiveText("expected the end of the records"));
 }
 
 void ArchiveReader::reportRecord() {

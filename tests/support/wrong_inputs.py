@@ -1,5 +1,7 @@
 """Inputs and command lines that the program must refuse, each in its own way: as many of its messages as can be had cheaply."""
 
+import pathlib
+
 ID = "0b6f6d3e-6c1e-4a57-9b52-0f6f2f1b6a01"
 RESULTS = '{"format": "simulation-results", "version": 1, "units": [%s]}'
 UNIT = RESULTS % ('{"id": "%s", "name": "Q1", %%s}' % ID)
@@ -29,6 +31,8 @@ RESULTS_FILES = [
 ]  # fmt: skip
 
 LIMITS = '{"format": "limits", "version": 1, %s}'
+DOCUMENT = (pathlib.Path(__file__).parent.parent / "data/limits_documents/example.limits").read_bytes()
+DOCUMENTS = [b"Q", bytes(64), DOCUMENT[:-1], DOCUMENT[:8] + b"\2" + DOCUMENT[9:], DOCUMENT[:-1] + bytes([DOCUMENT[-1] ^ 1])]
 TEXTS_OF_LIMITS = [
     "{", LIMITS % '"all": 1', LIMITS % '"all": {"limits": {"Bolt": 1}}', LIMITS % '"all": {"limits": {"BoltNormalForce": "x"}}',
     LIMITS % '"all": {"columns": {"Bolts": {"ClampNormalForce": 3}}}', LIMITS % '"all": {"columns": {"Nuts": {}}}',
@@ -109,6 +113,8 @@ def wrong_inputs():
         yield f"q{number}.json", text, f"show q{number}.json".split()
     for number, text in enumerate(TEXTS_OF_LIMITS):
         yield f"q{number}.limits", text, f"limits import r1.json q{number}.limits".split()
+    for number, content in enumerate(DOCUMENTS):
+        yield f"d{number}.limits", content, f"limits list r1.json --limits d{number}.limits".split()
     for number, text in enumerate(HISTORIES):
         yield f"q{number}.csv", text, f"import csv q{number}.csv --map press.map.json".split()
     for number, text in enumerate(PRINTS):
