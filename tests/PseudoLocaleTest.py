@@ -255,6 +255,7 @@ WITHIN_TERMINALS = [
     ("show", "r1.json", "r2.json", "--teaching", "--when"),
     ("show", "press.csv", "--map", "press.map.json"),
     ("limits", "list", "r1.json"),
+    ("study", "list", "s.db"),
 ]
 
 

@@ -32,5 +32,29 @@ TEST(TextColumns, AreRedWhereTheyAreMarkedAndThereIsColour) {
   EXPECT_EQ(columns.render(false), "name\ngood\nbad\n");
 }
 
+TEST(TextColumns, ContinueInBlocksWhereTheTerminalEnds) {
+  TextColumns columns({{"name"}, {"value", s_number}, {"note"}, {"remark"}});
+  columns.add({"A", "1.5", "long, long", "x"}, true);
+  columns.add({"B", "-12", "", "yy"});
+  auto const* const whole =
+      "name   value   note         remark\n"
+      "A        1.5   long, long   x\n"
+      "B      -12                  yy\n";
+  EXPECT_EQ(columns.render(false, 34), whole);
+  EXPECT_EQ(columns.render(false, 33),
+            "name   value   note\n"
+            "A        1.5   long, long\n"
+            "B      -12\n"
+            "\n"
+            "name   remark\n"
+            "A      x\n"
+            "B      yy\n");
+  EXPECT_EQ(columns.render(true, 10),
+            "\x1b[1mname   value\x1b[0m\n\x1b[31mA        1.5\x1b[0m\nB      -12\n\n"
+            "\x1b[1mname   note\x1b[0m\n\x1b[31mA      long, long\x1b[0m\nB\n\n"
+            "\x1b[1mname   remark\x1b[0m\n\x1b[31mA      x\x1b[0m\nB      yy\n")
+      << "at least one column beside the first";
+}
+
 }  // namespace
 }  // namespace Kestrel::ResultTables

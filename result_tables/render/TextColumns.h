@@ -21,8 +21,9 @@ class TextColumns {
   void add(std::vector<std::string> cells, bool isMarked = false);
 
   /// The headings, and below them the rows with decimal points in line. Columns with nothing in them are left
-  /// out.
-  [[nodiscard]] std::string render(bool colour) const;
+  /// out. What is wider than `width` (0: nothing is) continues in blocks, each of which begins with the first
+  /// column.
+  [[nodiscard]] std::string render(bool colour, std::size_t width = 0) const;
 
  private:
   struct Row {
@@ -30,7 +31,12 @@ class TextColumns {
     bool isMarked;
   };
 
-  [[nodiscard]] std::vector<std::string> paddedColumn(std::size_t column) const;
+  /// The heading and the cells, all of one width.
+  using PaddedColumn = std::vector<std::string>;
+
+  [[nodiscard]] PaddedColumn paddedColumn(std::size_t column) const;
+  [[nodiscard]] std::vector<PaddedColumn> paddedColumns() const;
+  void appendBlock(std::string& out, std::vector<PaddedColumn const*> const& columns, bool colour) const;
 
   std::vector<Column> m_columns;
   std::vector<Row> m_rows;

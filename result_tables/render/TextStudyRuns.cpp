@@ -47,7 +47,7 @@ std::string renderStudyRunsAsText(std::vector<StudyRun> const& runs, TextStyle c
                        {tr("labels")}});
   for (auto const& run : runs)
     columns.add(cellsOf(run), run.counts.exceeded + run.counts.notANumber + run.counts.invalid > 0);
-  return columns.render(style.colour);
+  return columns.render(style.colour, style.width);
 }
 
 }  // namespace Kestrel::ResultTables

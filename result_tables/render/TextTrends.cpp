@@ -54,7 +54,7 @@ std::string tableOf(Trend const& trend, TextStyle const& style) {
                        {tr("remark")}});
   for (auto const& point : trend.points)
     columns.add(pointCells(trend, point, style.digits), point.value.isExceeded);
-  return columns.render(style.colour);
+  return columns.render(style.colour, style.width);
 }
 
 void appendTrend(std::string& out, Trend const& trend, TextStyle const& style) {

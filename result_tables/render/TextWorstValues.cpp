@@ -38,7 +38,7 @@ std::string renderWorstValuesAsText(WorstValues const& values, TextStyle const& 
                        {tr("step"), number},
                        {tr("time"), number}});
   for (auto const& worst : values) columns.add(worstCells(worst, style.digits), worst.value.isExceeded);
-  return columns.render(style.colour);
+  return columns.render(style.colour, style.width);
 }
 
 }  // namespace Kestrel::ResultTables
