@@ -36,7 +36,7 @@ HelpSection familiesSection() {
   for (auto const& family : s_families) {
     auto const elements = family.toolKind ? tr("tools of the kind {}", toolKindName(*family.toolKind))
                                           : tr("line joins of the visible steps");
-    section.rows.emplace_back(family.name, fmt::format("{} ({})", familyTitle(family.dataType), elements));
+    section.rows.emplace_back(family.name, tr("{} ({})", familyTitle(family.dataType), elements));
   }
   return section;
 }
