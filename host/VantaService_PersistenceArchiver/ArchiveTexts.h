@@ -12,7 +12,7 @@ namespace Kestrel {
 
 /// The same with numbers.
 template <typename... Numbers>
-[[nodiscard]] std::string archiveText(char const* text, Numbers... numbers) {
+[[nodiscard, gnu::visibility("hidden")]] std::string archiveText(char const* text, Numbers... numbers) {
   return archiveText(text, {std::to_string(numbers)...});
 }
 
