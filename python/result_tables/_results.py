@@ -140,7 +140,10 @@ class Results:
     def tools(self, units: Names = None) -> List[Tool]:
         """The tools with the series that the solver stored, as arrays without a copy; by unit and kind, in the file's order."""
         found = self._results.tools(names_of("units", units))
-        return [Tool(*head, MappingProxyType(series), force) for *head, series, force in found]
+        return [
+            Tool(unit, unit_id, id, kind, MappingProxyType(series), force)
+            for unit, unit_id, id, kind, series, force in found
+        ]
 
     @property
     def limits(self) -> Mapping[str, Mapping[LimitKey, float]]:

@@ -84,8 +84,13 @@ class Study:
 
         `attrs` says how many runs are `leftOut`, as they have no number there.
         """
-        texts = [text_of(*pair) for pair in (("unit", unit), ("family", family), ("item", item), ("key", key))]
-        found, left_out = self._study.trend(*texts, "" if by is None else text_of("by", by))
+        found, left_out = self._study.trend(
+            text_of("unit", unit),
+            text_of("family", family),
+            text_of("item", item),
+            text_of("key", key),
+            "" if by is None else text_of("by", by),
+        )
         return frame(found, {"leftOut": left_out})
 
     def values(
