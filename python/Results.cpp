@@ -53,8 +53,9 @@ Held readContent(std::string const& name, py::bytes const& content, std::string 
 ImportFormat formatOf(std::string const& path, std::string const& name) {
   if (!name.empty()) return rowNamed("format", s_importFormats, name).format;
   if (auto const format = importFormatOf(path)) return *format;
-  throw Error(tr("{}: expected a name that ends in .dat or .csv, or the format of the print beside it",
-                 toPrintable(path)));
+  throw Error(
+      tr("{}: expected a name that ends in .dat or .csv, or the format of the print beside it, found neither",
+         toPrintable(path)));
 }
 
 /// The results of a print, and what of it is passed over.

@@ -32,6 +32,29 @@ struct PlaceColumns {
     item.add(nameOfItem);
   }
 
+  /// The same of texts that many values have.
+  struct Codes {
+    TextColumn::Code unit;
+    TextColumn::Code unitId;
+    TextColumn::Code family;
+    TextColumn::Code group = 0;
+    TextColumn::Code subGroup = 0;
+    TextColumn::Code item = 0;
+  };
+  [[nodiscard]] Codes codesOf(ResultTable const& table) {
+    return {unit.codeOf(table.unit().getSimulationUnitName()),
+            unitId.codeOf(table.container().simulationUnitId.toString()),
+            family.codeOf(familyName(table.container().dataType))};
+  }
+  void add(Codes const& codes) {
+    unit.add(codes.unit);
+    unitId.add(codes.unitId);
+    family.add(codes.family);
+    group.add(codes.group);
+    subGroup.add(codes.subGroup);
+    item.add(codes.item);
+  }
+
   TextColumn& unit;
   TextColumn& unitId;
   TextColumn& family;
@@ -54,13 +77,28 @@ struct ValueColumns {
         count(frame.add<CountColumn>("count")),
         nans(frame.add<CountColumn>("nans")) {}
 
-  void add(std::string_view keyOfColumn, std::string_view nameOfColumn, std::string_view unitOfColumn,
-           std::optional<ColumnLimit> const& limitOfColumn, TableValue const& shown) {
-    key.add(keyOfColumn);
-    column.add(nameOfColumn);
+  /// What all values of a column have.
+  struct Codes {
+    TextColumn::Code key;
+    TextColumn::Code column;
+    TextColumn::Code valueUnit;
+    std::optional<double> limit;
+  };
+  [[nodiscard]] std::vector<Codes> codesOf(std::vector<TableColumn> const& columns) {
+    std::vector<Codes> codes;
+    for (auto const& one : columns) {
+      codes.push_back({key.codeOf(one.key), column.codeOf(one.tableDisplayName), valueUnit.codeOf(one.unit),
+                       valueOf(one.limit)});
+    }
+    return codes;
+  }
+
+  void add(Codes const& codes, TableValue const& shown) {
+    key.add(codes.key);
+    column.add(codes.column);
     value.add(shownValueOf(shown));
-    valueUnit.add(unitOfColumn);
-    limit.add(valueOf(limitOfColumn));
+    valueUnit.add(codes.valueUnit);
+    limit.add(codes.limit);
     exceeded.add(shown.isExceeded);
     step.add(asInteger(shown.origin.step));
     time.add(shown.origin.companion);
@@ -129,19 +167,21 @@ Frame genValuesFrame(std::vector<ResultTable> const& tables) {
   auto& valid = frame.add<FlagColumn>("valid");
   ValueColumns what(frame);
   for (auto const& table : tables) {
-    auto const unit = table.unit().getSimulationUnitName();
-    auto const unitId = table.container().simulationUnitId.toString();
-    auto const family = familyName(table.container().dataType);
+    auto const fileCode = file.codeOf(table.file());
+    auto place = where.codesOf(table);
     for (std::size_t group = 0; group < table.columns().size(); ++group) {
-      auto const& columns = table.columns(group);
-      forEachRowOf(table, group, [&](Place const& place, auto const& subGroup, auto const& item) {
-        auto const row = table.genRow(place.group, place.subGroup, place.item);
+      place.group = where.group.codeOf(table.container().groups[group].name);
+      auto const columns = what.codesOf(table.columns(group));
+      forEachRowOf(table, group, [&](Place const& at, auto const& subGroup, auto const& item) {
+        place.subGroup = where.subGroup.codeOf(subGroup.name);
+        place.item = where.item.codeOf(item.name);
+        auto const row = table.genRow(at.group, at.subGroup, at.item);
         bool const isValid = table.isValid(item);
         for (std::size_t i = 0; i < row.size(); ++i) {
-          file.add(table.file());
-          where.add(unit, unitId, family, table.container().groups[group].name, subGroup.name, item.name);
+          file.add(fileCode);
+          where.add(place);
           valid.add(isValid);
-          what.add(columns[i].key, columns[i].tableDisplayName, columns[i].unit, columns[i].limit, row[i]);
+          what.add(columns[i], row[i]);
         }
       });
     }

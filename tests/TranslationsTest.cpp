@@ -202,6 +202,7 @@ Messages expectedMessages() {
   auto messages = asked();
   messages.insert(providerMessages.begin(), providerMessages.end());
   messages.merge(messagesMarkedIn(sourceDirectory / "result_tables", "--keyword=tr", "result-tables"));
+  messages.merge(messagesMarkedIn(sourceDirectory / "python", "--keyword=tr", "result-tables"));
   messages.merge(messagesMarkedIn(sourceDirectory / "host", "--keyword=archiveText --keyword=expect:3",
                                   "PersistenceArchiver"));
   return messages;

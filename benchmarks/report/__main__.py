@@ -23,6 +23,7 @@ TOOLS = {
     "program": str(BUILD / "result_tables/result-tables"),
     "parse": str(BUILD / "benchmarks/parse"),
     "peers": f"/usr/bin/python3 {ROOT / 'benchmarks/report/peers.py'}",
+    "frames": f"env PYTHONPATH={BUILD / 'python'} /usr/bin/python3 -B {ROOT / 'benchmarks/report/frames.py'}",
     "data": str(DATA),
     "examples": str(ROOT / "examples"),
 }
@@ -44,10 +45,10 @@ def version_of(package):
 
 def packages():
     names = []
-    for file in ("packages-benchmark.txt", "packages-report.txt"):
+    for file in ("packages-benchmark.txt", "packages-python.txt", "packages-report.txt"):
         lines = (ROOT / "setup" / file).read_text().splitlines()
         names += [line for line in lines if line and not line.startswith("#")]
-    return ["g++", "rapidjson-dev", *names]
+    return list(dict.fromkeys(["g++", "rapidjson-dev", *names]))
 
 
 def machine(quick, load):

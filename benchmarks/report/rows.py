@@ -7,7 +7,7 @@ from typing import NamedTuple, Optional
 
 
 class Job(NamedTuple):
-    """A process that is measured whole. {program}, {parse}, {peers}, {data} and {examples} stand for what they are called."""
+    """A process that is measured whole. {program}, {parse}, {peers}, {frames}, {data} and {examples} stand for what they are called."""
 
     command: str
     exit_codes: tuple = (0,)
@@ -102,6 +102,8 @@ JOBS = {
     "show one small unit": show("units-100", "--unit OP50 "),
     "show in Python": Job("{peers} show {data}/tools-20000.json"),
     "show as a workbook": Job("{program} show --format xlsx {data}/values-1000000.json"),
+    "frames": Job("{frames} module {data}/tools-20000.json"),
+    "frames in pandas": Job("{frames} pandas {data}/tools-20000.json"),
     "workbook in Python": Job("{peers} workbook {data}/values-1000000.json"),
     "version": Job("{program} --version", is_counted=True),
     "simdjson": Job("{parse} simdjson {data}/tools-20000.json"),
@@ -188,6 +190,16 @@ SECTIONS = (
             Row("`check` of the sample", "check the sample", goal=10.0),
         ),
         (7, 2),
+    ),
+    Section(
+        "Data frames in Python",
+        "The same file, five times in one process, as a data frame of the extremes, their steps, counts and limits: "
+        "`result_tables.read_results(path).values()`. *Python* does it with json, numpy and pandas, as above.",
+        (
+            Row("`values`", "frames", PYTHON, "frames in pandas", 0.1),
+            Row("`values`, by the clock", "frames", PYTHON, "frames in pandas", 0.1, figure="wall"),
+        ),
+        (3, 1),
     ),
     Section(
         "Workbooks",

@@ -76,7 +76,12 @@ class Types(unittest.TestCase):
         self.assertIn('Module has no attribute "read"', output)
 
     def test_of_the_extension_are_those_of_the_stub(self):
-        code, output = self.run_tool("mypy.stubtest", f"--mypy-{CONFIGURATION[2:]}", "--concise", EXTENSION)
+        # What all classes of the binding library have: a metaclass, and a constructor where there is none.
+        known = pathlib.Path(self.folder.name) / "known"
+        classes = [node.name for node in ast.parse(STUB.read_text()).body if isinstance(node, ast.ClassDef)]
+        known.write_text("\n".join([f"{EXTENSION}.{name}" for name in [*classes, "Results.__init__", "UnitDraft.__init__"]]))
+        options = [f"--mypy-{CONFIGURATION[2:]}", f"--allowlist={known}", "--concise"]
+        code, output = self.run_tool("mypy.stubtest", *options, EXTENSION)
         self.assertEqual((code, output), (0, ""))
 
     def test_of_the_stub_have_the_names_of_arguments(self):
