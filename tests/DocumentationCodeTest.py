@@ -52,6 +52,7 @@ NOT_RUN = [
     ("docs/study-database.md", "result-tables study add postgresql://", "needs a server", "tests/StudyProcessesTest.py"),
     ("examples/clamped_panel/README.md", "OMP_NUM_THREADS=2 ccx", "takes seconds", "tests/ExamplesTest.py"),
     ("examples/clamped_panel/README.md", "./report", "ends with what check has found, after seconds", "tests/ExamplesTest.py"),
+    ("examples/python/README.md", "", "needs the Python module", "tests/python/PackageTest.py"),
     ("examples/slurm/README.md", "", "needs a cluster", "tests/StudySlurmTest.py"),
 ]
 
