@@ -24,7 +24,6 @@ import termios
 import unittest
 import warnings
 import xml.etree.ElementTree as ElementTree
-import zipfile
 
 import openpyxl
 
@@ -32,7 +31,7 @@ sys.dont_write_bytecode = True
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 sys.path.insert(0, str(ROOT / "tests" / "support"))
 
-from pseudo_locale import CLOSING, LOCALE, OPENING, make_pseudo_locale, pseudo, texts_of  # noqa: E402
+from pseudo_locale import CLOSING, LOCALE, OPENING, make_pseudo_locale, pseudo  # noqa: E402
 from wrong_inputs import wrong_command_lines, wrong_inputs  # noqa: E402
 
 CATALOGUE = ROOT / "translations" / "de.po"
@@ -47,7 +46,7 @@ WIDTHS = (60, 80, 132)  # of terminals
 NAMES = frozenset(
     """result tables shown rows
     show check diff series limits import study demo list set reset sync export dump add worst trend compare remove calculix csv
-    text json html xlsx junit svg plain excel de dat auto always never none findings all auto
+    text json html xlsx junit svg plain excel de dat auto always never none findings all
     unit family teaching limits output format colour when digits curves jobs map from step decimal comma help version abs rel
     item key type value make run label top by long statistics
     RESULTS FILE DIALECT WHICH COMMAND OPTIONS MAP FORMAT BEFORE AFTER NAME KEY TEXT INPUT DATABASE RUN VALUE LABEL UTF JSON UUID

@@ -60,12 +60,6 @@ def entries_of(catalogue):
     return output_of(["msgcat", "--no-wrap", str(catalogue)], "").strip().split("\n\n")
 
 
-def texts_of(catalogue):
-    """The texts of a catalogue, each once, without the settings."""
-    texts = {re.search(r'^msgid "(.+)"$', entry, flags=re.MULTILINE)[1] for entry in entries_of(catalogue)[1:]}
-    return sorted(text.replace('\\"', '"').replace("\\\\", "\\") for text in texts - SETTINGS.keys())
-
-
 def pseudo_entry(entry):
     """An entry with the pseudo translation in place of its own."""
     made, count = re.subn(
