@@ -43,13 +43,14 @@ Tolerance toleranceOf(double absolute, double relative) {
 }
 
 void registerErrors() {
-  py::register_exception_translator([](std::exception_ptr exception) {
-    try {
-      if (exception) std::rethrow_exception(exception);
-    } catch (Error const& error) {
-      raise(error);
-    }
-  });
+  py::register_exception_translator(
+      [](std::exception_ptr exception) {  // NOLINT(performance-unnecessary-value-param): its type
+        try {
+          if (exception) std::rethrow_exception(exception);
+        } catch (Error const& error) {
+          raise(error);
+        }
+      });
 }
 
 }  // namespace Kestrel::ResultTables

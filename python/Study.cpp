@@ -120,6 +120,7 @@ py::dict runValuesOf(PythonStudy& study, std::vector<std::string> const& runs,
     auto const tables = selection.asTables();
     checkSelection(used, tables);
     std::vector<RunValues> values;
+    values.reserve(runs.size());
     for (auto const& run : runs) values.push_back(readRunValues(used, run, tables));
     return genRunValuesFrame(values);
   });

@@ -94,6 +94,7 @@ Frame genRunsFrame(std::vector<StudyRun> const& runs) {
         std::pair("limitsDigest", &StudyRun::limitsDigest)})
     texts.emplace_back(&frame.add<TextColumn>(name), member);
   std::vector<std::pair<TextColumn*, std::string>> labelColumns;
+  labelColumns.reserve(labels.size());
   for (auto const& label : labels) labelColumns.emplace_back(&frame.add<TextColumn>("label/" + label), label);
   auto& values = frame.add<CountColumn>("values");
   std::vector<std::pair<CountColumn*, std::size_t TableCounts::*>> counts;

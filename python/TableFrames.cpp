@@ -86,6 +86,7 @@ struct ValueColumns {
   };
   [[nodiscard]] std::vector<Codes> codesOf(std::vector<TableColumn> const& columns) {
     std::vector<Codes> codes;
+    codes.reserve(columns.size());
     for (auto const& one : columns) {
       codes.push_back({key.codeOf(one.key), column.codeOf(one.tableDisplayName), valueUnit.codeOf(one.unit),
                        valueOf(one.limit)});
