@@ -198,7 +198,7 @@ class Threads(python_testing.InFolder):
 
 
 def lets_others_run(call):
-    """Whether another thread comes to run while `call` does, in one of some thousand turns.
+    """Whether another thread comes to run while `call` does, in one of some hundred turns.
 
     Python itself would take the lock from no thread in that time: the other one runs where the call gives it back.
     """
@@ -216,7 +216,7 @@ def lets_others_run(call):
     other = threading.Thread(target=tick)
     try:
         other.start()
-        for _ in range(5000):
+        for _ in range(300):
             before = ticks
             call()
             if ticks > before:
