@@ -37,7 +37,7 @@ class JoiningTong(NamedTuple):
     name: str
     """What tables call it."""
     state: int
-    """0 to 4294967295; 9 and others are failures, see docs/results-file.md."""
+    """How far the join has come, 0 to 4294967295; 5, 9 and 10: it failed."""
 
 
 class Join(NamedTuple):
