@@ -45,6 +45,27 @@ def series_table(path):
     return table
 
 
+def series_frame(path):
+    """The same by pandas alone."""
+    with open(path, encoding="utf-8") as file:
+        document = json.load(file)
+    places, values = [], []
+    for unit in document["units"]:
+        for tool in unit["tools"]:
+            for one in tool["series"]:
+                places.append((unit["name"], unit["id"], tool["id"], one["quantity"]))
+                values.append(one["values"])
+    series = pandas.DataFrame(values, dtype=float)
+    table = pandas.DataFrame(places, columns=["unit", "unitId", "item", "key"])
+    table["step"] = series.abs().idxmax(axis="columns")
+    table["value"] = [series.iat[row, column] for row, column in enumerate(table["step"])]
+    table["count"] = series.count(axis="columns")
+    table["nans"] = series.isna().sum(axis="columns")
+    table["limit"] = table["key"].map({LIMITED: LIMIT})
+    table["exceeded"] = table["value"].abs() > table["limit"]
+    return table
+
+
 def check(path):
     table = series_table(path)
     for row in table[table["exceeded"]].itertuples():
