@@ -1,6 +1,7 @@
 #include <set>
 
 #include "python/TableFrames.h"
+#include "python/ValueColumns.h"
 #include "result_tables/base/Family.h"
 
 namespace Kestrel::ResultTables {
@@ -40,42 +41,17 @@ struct RunValueColumns {
   explicit RunValueColumns(Frame& frame)
       : occurrence(frame.add<CountColumn>("occurrence")),
         valid(frame.add<FlagColumn>("valid")),
-        key(frame.add<TextColumn>("key")),
-        column(frame.add<TextColumn>("column")),
-        value(frame.add<RealColumn>("value")),
-        valueUnit(frame.add<TextColumn>("valueUnit")),
-        limit(frame.add<RealColumn>("limit")),
-        exceeded(frame.add<FlagColumn>("exceeded")),
-        step(frame.add<IntegerColumn>("step")),
-        time(frame.add<RealColumn>("time")),
-        count(frame.add<CountColumn>("count")),
-        nans(frame.add<CountColumn>("nans")) {}
+        values(frame) {}
 
   void add(RunQuantity const& quantity, TableValue const& shown) {
-    key.add(quantity.key);
-    column.add(quantity.name());
-    value.add(shownValueOf(shown));
-    valueUnit.add(quantity.unit);
-    limit.add(valueOf(quantity.limit));
-    exceeded.add(shown.isExceeded);
-    step.add(asInteger(shown.origin.step));
-    time.add(shown.origin.companion);
-    count.add(shown.origin.count);
-    nans.add(shown.origin.nanCount);
+    values.add({values.key.codeOf(quantity.key), values.column.codeOf(quantity.name()),
+                values.valueUnit.codeOf(quantity.unit), valueOf(quantity.limit)},
+               shown);
   }
 
   CountColumn& occurrence;
   FlagColumn& valid;
-  TextColumn& key;
-  TextColumn& column;
-  RealColumn& value;
-  TextColumn& valueUnit;
-  RealColumn& limit;
-  FlagColumn& exceeded;
-  IntegerColumn& step;
-  RealColumn& time;
-  CountColumn& count;
-  CountColumn& nans;
+  ValueColumns values;
 };
 
 }  // namespace
