@@ -88,6 +88,8 @@ if(KESTREL_BUILD_PYTHON)
 ${summary}This package has the Python module result_tables.")
   set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS
     "${this_library}, python3 (>= 3.11), python3 (<< 3.12), python3-numpy, python3-pandas")
+  set(scripts ${CMAKE_CURRENT_SOURCE_DIR}/debian/python)
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA "${scripts}/postinst;${scripts}/prerm")
 endif()
 
 set(CPACK_GENERATOR DEB)

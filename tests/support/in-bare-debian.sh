@@ -94,8 +94,10 @@ use_program() {
 use_python() {
   [[ " ${names[*]} " == *" python3-result-tables "* ]] || return 0
   local out
-  out=$(inside python3 -c 'import result_tables; print(result_tables.__name__)')
+  # As root and with what Python does when nothing is said: modules that are not compiled yet are, beside their sources.
+  out=$(inside env --unset=PYTHONDONTWRITEBYTECODE python3 -c 'import result_tables; print(result_tables.__name__)')
   [ "$out" = result_tables ] || failed "expected the Python module, found: $out"
+  [ -n "$(inside find /usr/lib/python3/dist-packages/result_tables -name '*.pyc')" ] || failed "expected compiled modules"
 }
 
 use_library() {
