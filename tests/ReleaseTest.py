@@ -161,7 +161,7 @@ class Release(unittest.TestCase):
                 "./test",
                 "cmake --preset package",
                 "cmake --build --preset package",
-                f"cpack --preset package -B build/releases/1.1.0 at {time}",
+                f"cpack --preset package -B {self.root}/build/releases/1.1.0 at {time}",
             ],
         )
         self.assertEqual(self.git("rev-parse", "v1.1.0^{commit}"), self.git("rev-parse", "HEAD"))
