@@ -109,18 +109,17 @@ study export s.db --statistics --format json
 
 def wrong_inputs():
     """What each file holds, and the command that must refuse it."""
-    for number, text in enumerate(RESULTS_FILES):
-        yield f"q{number}.json", text, f"show q{number}.json".split()
-    for number, text in enumerate(TEXTS_OF_LIMITS):
-        yield f"q{number}.limits", text, f"limits import r1.json q{number}.limits".split()
-    for number, content in enumerate(DOCUMENTS):
-        yield f"d{number}.limits", content, f"limits list r1.json --limits d{number}.limits".split()
-    for number, text in enumerate(HISTORIES):
-        yield f"q{number}.csv", text, f"import csv q{number}.csv --map press.map.json".split()
-    for number, text in enumerate(PRINTS):
-        yield f"q{number}.dat", text, f"import calculix q{number}.dat --map cube.map.json".split()
-    for number, text in enumerate(MAPS):
-        yield f"q{number}.map", text, f"import csv press.csv --map q{number}.map".split()
+    for name, contents, command in (
+        ("q{}.json", RESULTS_FILES, "show {}"),
+        ("q{}.limits", TEXTS_OF_LIMITS, "limits import r1.json {}"),
+        ("d{}.limits", DOCUMENTS, "limits list r1.json --limits {}"),
+        ("q{}.csv", HISTORIES, "import csv {} --map press.map.json"),
+        ("q{}.dat", PRINTS, "import calculix {} --map cube.map.json"),
+        ("q{}.map", MAPS, "import csv press.csv --map {}"),
+    ):
+        for number, content in enumerate(contents):
+            file = name.format(number)
+            yield file, content, command.format(file).split()
     for name, terms in MAPS_OF_PRINTS.items():
         for term in terms:
             yield "q.map", MAP_TERM % term, f"import calculix {name} --map q.map".split()
